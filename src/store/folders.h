@@ -1,0 +1,28 @@
+#pragma once
+
+#include "records.h"
+
+// The six folder files.
+
+// Reads a whole folder into mails from index 0 and sets count from the
+// file. A folder number outside 0..5 shows the out-of-range box and leaves
+// mails and count as they were. Throws IndexError for a count above 101 and
+// FormatError for a stored body without its brackets, changing nothing.
+void LoadEmails(int folder, EmailArray &mails, MailCount &count);
+// Rewrites the folder's file with records 0..count-1, every value
+// lower-cased and right-trimmed. A bad folder number shows the box and
+// writes nothing.
+void SaveEmails(int folder, const EmailArray &mails, MailCount count);
+
+// The stored one-line form of a body: in brackets, CR LF as "\n".
+QString EscapeContent(const QString &text);
+// The body of a stored value; throws FormatError when it is shorter than
+// the two brackets.
+QString UnescapeContent(const QString &stored);
+
+// Messages of the folder whose isnew is exactly "1".
+MailCount CountUnread(int folder);
+
+// Shifts the records after position one place down; the last slot keeps
+// its contents.
+void RemoveEmailAt(EmailArray &mails, int position);

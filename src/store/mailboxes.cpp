@@ -1,0 +1,72 @@
+#include "mailboxes.h"
+
+#include "appdir.h"
+#include "errors.h"
+#include "profile.h"
+#include "textutil.h"
+#include "texts.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+QByteArray sectionName(int k)
+{
+    return "mailbox-" + QByteArray::number(k + 1);
+}
+}  // namespace
+
+void LoadMailBoxes(MailBoxArray &accounts, MailCount &count)
+{
+    const ProfileFile file = ProfileFile::load(AppFilePath(MailBoxFileName));
+    // A caller that knows how many accounts it wants is not overruled by
+    // the file; only four characters of "number" are ever read.
+    const int number = count != 0 ? count : LeadingNumber(file.value("mailbox", "number", 5));
+    if (number > MAX_MAILBOXES)
+        throw IndexError(texts::TooManyAccounts);
+
+    for (int k = 0; k < number; ++k) {
+        const QByteArray section = sectionName(k);
+        MailBoxRec &a = accounts[k];
+        a.name = RightTrim(file.value(section, "name"));
+        a.pop = RightTrim(file.value(section, "pop"));
+        a.smtp = RightTrim(file.value(section, "smtp"));
+        a.username = RightTrim(file.value(section, "username"));
+        a.userpassword = RightTrim(file.value(section, "userpassword"));
+        a.address = RightTrim(file.value(section, "address"));
+    }
+    count = MailCount(number);
+}
+
+void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
+{
+    if (count > MAX_MAILBOXES)
+        throw IndexError(texts::TooManyAccounts);
+
+    // Account values are lower-cased but, unlike message values, keep their
+    // trailing blanks.
+    ProfileWriter out;
+    out.line(u"[mailbox]"_s);
+    out.line(u"number", QString::number(count));
+    out.line(QString());
+    for (int k = 0; k < count; ++k) {
+        const MailBoxRec &a = accounts[k];
+        out.line(u'[' + QString::fromLatin1(sectionName(k)) + u']');
+        out.line(u"name", LowerAscii(a.name));
+        out.line(u"pop", LowerAscii(a.pop));
+        out.line(u"smtp", LowerAscii(a.smtp));
+        out.line(u"username", LowerAscii(a.username));
+        out.line(u"userpassword", LowerAscii(a.userpassword));
+        out.line(u"address", LowerAscii(a.address));
+        out.line(QString());
+    }
+    out.commit(AppFilePath(MailBoxFileName));
+}
+
+void RemoveMailBoxAt(MailBoxArray &accounts, int position)
+{
+    if (position < 0)
+        throw IndexError(texts::BadPosition);
+    const int upper = MAX_MAILBOXES - 1;
+    for (int i = position; i < upper; ++i)
+        accounts[i] = accounts[i + 1];
+}

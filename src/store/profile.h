@@ -1,0 +1,96 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+// Reading and writing of the INI-format data files.
+//
+// ProfileFile reads a whole file once and then answers (section, key)
+// queries exactly as the platform's profile-string reader would, with
+// default "" and a buffer of a given size:
+//  - section and key names match without regard to ASCII letter case; only
+//    the first section of a name is searched (a later one of the same name
+//    is not merged in), and in it the first line with a matching key wins;
+//  - blanks (space, tab, vertical tab) around a section name inside the
+//    brackets, around a key and around a value are dropped; blank lines are
+//    ignored;
+//  - a line whose first non-blank character is ";" is a comment; a ";"
+//    anywhere else is ordinary text;
+//  - a line whose first non-blank character is "[" is a section header; the
+//    name ends at the first "]" and the rest of the line is ignored; with no
+//    "]" the rest of the line is the name;
+//  - the first "=" separates key from value, so "k=a=b" gives "a=b"; a line
+//    with no "=" is a key with no value, which reads as "" and still hides a
+//    later line of the same key; lines before the first header belong to no
+//    section and are never found;
+//  - one pair of matching quotes (both ends the same, single or double, the
+//    value at least two characters long) is stripped from a value, keeping
+//    the blanks inside; mismatched ends are kept;
+//  - CR LF, LF alone and CR alone end a line, and so does the end of the
+//    file;
+//  - a value longer than the buffer is cut to at most buffer - 1 bytes of
+//    the file's GB18030 text, never splitting a character;
+//  - a missing file, section or key reads as "".
+// Parsing works on the raw bytes, stepping over whole GB18030 characters,
+// so a trail byte that looks like "]" never ends a section name. Queries are
+// ASCII, so plain byte-wise case folding is enough to match them.
+class ProfileFile
+{
+public:
+    static constexpr int ValueBuffer = 256;     // every ordinary key
+    static constexpr int ContentBuffer = 2048;  // the message body
+
+    ProfileFile() = default;
+
+    // Reads and parses the file; a missing or unreadable file is empty.
+    static ProfileFile load(const QString &path);
+    // Parses bytes as they would stand in a file.
+    static ProfileFile parse(QByteArray bytes);
+
+    // The value of key in section, cut to bufferSize - 1 bytes and decoded.
+    QString value(QByteArrayView section, QByteArrayView key,
+                  int bufferSize = ValueBuffer) const;
+
+private:
+    struct Entry
+    {
+        QByteArray key;  // lower-cased
+        qsizetype begin = -1;  // value bytes in m_bytes; begin < 0: no "="
+        qsizetype end = -1;
+    };
+    struct Section
+    {
+        QList<Entry> entries;
+    };
+
+    const Entry *find(QByteArrayView section, QByteArrayView key) const;
+
+    QByteArray m_bytes;
+    QList<Section> m_sections;
+    QHash<QByteArray, qsizetype> m_firstSection;  // lower-cased name -> index
+};
+
+// Builds a data file line by line and writes it whole: GB18030 text, CR LF
+// line ends, through QSaveFile, so an interrupted save leaves the old file
+// as it was.
+class ProfileWriter
+{
+public:
+    void line(const QString &text);
+    void line(QStringView key, const QString &value);  // "key=value"
+
+    // The bytes that commit() writes.
+    QByteArray bytes() const;
+    // Replaces the file; throws FileError when it cannot be written.
+    void commit(const QString &path) const;
+
+private:
+    QString m_text;
+};
+
+// Cuts GB18030 bytes to at most maxBytes without splitting a character.
+QByteArrayView cutToCharacters(QByteArrayView bytes, qsizetype maxBytes);

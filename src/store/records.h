@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+#include <array>
+#include <tuple>
+
+// The two record kinds that every window keeps in memory, the folder
+// numbering, and the fixed capacities of the arrays that hold them.
+
+// One mail account, one section of mailbox.dat.
+struct MailBoxRec
+{
+    QString name;          // display name shown in the accounts list
+    QString pop;           // incoming (POP3) server
+    QString smtp;          // outgoing (SMTP) server
+    QString username;      // logon name
+    QString userpassword;  // logon password, kept in clear
+    QString address;       // the account's e-mail address
+
+    friend bool operator==(const MailBoxRec &a, const MailBoxRec &b)
+    {
+        return std::tie(a.name, a.pop, a.smtp, a.username, a.userpassword, a.address)
+            == std::tie(b.name, b.pop, b.smtp, b.username, b.userpassword, b.address);
+    }
+    friend bool operator!=(const MailBoxRec &a, const MailBoxRec &b) { return !(a == b); }
+};
+
+// One message, one section of a folder file.
+struct EmailRec
+{
+    QString id;          // decimal whole number as text
+    QString from;
+    QString to;
+    QString alsoto;      // copy recipients
+    QString subject;
+    QString content;     // body, line breaks as CR LF
+    QString datetime;    // "yy-mm-dd hh:mm" when written by a send run
+    QString attachment;  // attachment file list as one text
+    qint32 folder = 0;   // folder the record was loaded from; never stored
+    qint32 index = 0;    // 0-based position in that file; never stored
+    QString isnew;       // "1" unread, "0" read
+
+    friend bool operator==(const EmailRec &a, const EmailRec &b)
+    {
+        return std::tie(a.id, a.from, a.to, a.alsoto, a.subject, a.content, a.datetime,
+                        a.attachment, a.folder, a.index, a.isnew)
+            == std::tie(b.id, b.from, b.to, b.alsoto, b.subject, b.content, b.datetime,
+                        b.attachment, b.folder, b.index, b.isnew);
+    }
+    friend bool operator!=(const EmailRec &a, const EmailRec &b) { return !(a == b); }
+};
+
+// Counts and positions in the arrays are 16-bit, like the files' "number".
+using MailCount = qint16;
+
+inline constexpr int MAX_FOLDER_MAILS = 101;  // indices 0..100
+inline constexpr int MAX_MAILBOXES = 21;      // indices 0..20
+
+// Fixed-capacity arrays; the number of records in use is kept beside them.
+using EmailArray = std::array<EmailRec, MAX_FOLDER_MAILS>;
+using MailBoxArray = std::array<MailBoxRec, MAX_MAILBOXES>;
+
+// The six message folders, by the number every folder routine takes.
+namespace FolderFile {
+inline constexpr int Inbox = 0;         // receive_c.dat, "收件箱"
+inline constexpr int Outbox = 1;        // send_c.dat, "发件箱"
+inline constexpr int SentItems = 2;     // receive_s.dat, "已发送邮件"
+inline constexpr int DeletedItems = 3;  // deleted_c.dat, "已删除邮件"
+inline constexpr int Drafts = 4;        // draft.dat, "草稿"
+inline constexpr int ServerQueue = 5;   // send_s.dat, never shown to the user
+inline constexpr int Count = 6;
+
+// The file name of a folder, or an empty string for a number outside 0..5.
+QString fileName(int folder);
+}  // namespace FolderFile
+
+inline const QString MailBoxFileName = QStringLiteral("mailbox.dat");
