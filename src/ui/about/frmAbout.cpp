@@ -1,0 +1,160 @@
+#include "frmAbout.h"
+
+#include "texts.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QShowEvent>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+// The banner: the program's name on a blue band, drawn here so that the box
+// needs no image file. Drawn at the screen's pixel ratio, so it stays crisp
+// at 144 dpi.
+QPixmap banner(QSize size, qreal ratio)
+{
+    QPixmap pm(size * ratio);
+    pm.setDevicePixelRatio(ratio);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    QLinearGradient g(0, 0, size.width(), 0);
+    g.setColorAt(0, QColor(0x1f, 0x4e, 0x8c));
+    g.setColorAt(1, QColor(0x6f, 0x9f, 0xd8));
+    p.fillRect(QRect(QPoint(0, 0), size), g);
+    QFont f = p.font();
+    f.setPixelSize(size.height() * 2 / 5);
+    f.setBold(true);
+    p.setFont(f);
+    p.setPen(Qt::white);
+    p.drawText(QRect(size.height() / 3, 0, size.width(), size.height()),
+               Qt::AlignVCenter | Qt::AlignLeft, texts::AppTitle);
+    return pm;
+}
+
+// The logo: a sealed envelope with a quill across it.
+QPixmap logo(int side, qreal ratio)
+{
+    QPixmap pm(QSize(side, side) * ratio);
+    pm.setDevicePixelRatio(ratio);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    const QRectF env(side * 0.08, side * 0.3, side * 0.84, side * 0.55);
+    p.setPen(QPen(QColor(0x1f, 0x4e, 0x8c), side / 24.0));
+    p.setBrush(QColor(0xfd, 0xf6, 0xe3));
+    p.drawRect(env);
+    QPainterPath flap;
+    flap.moveTo(env.topLeft());
+    flap.lineTo(env.center().x(), env.top() + env.height() * 0.55);
+    flap.lineTo(env.topRight());
+    p.drawPath(flap);
+    QPainterPath quill;
+    quill.moveTo(side * 0.25, side * 0.95);
+    quill.cubicTo(side * 0.45, side * 0.55, side * 0.7, side * 0.2, side * 0.95, side * 0.05);
+    quill.cubicTo(side * 0.8, side * 0.35, side * 0.6, side * 0.6, side * 0.25, side * 0.95);
+    p.setPen(QPen(QColor(0x8c, 0x3b, 0x1f), side / 40.0));
+    p.setBrush(QColor(0xe8, 0xa8, 0x4c));
+    p.drawPath(quill);
+    return pm;
+}
+}  // namespace
+
+frmAbout::frmAbout(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(u"frmAbout"_s);
+    setWindowTitle(texts::about::Caption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+
+    Image1 = new QLabel(this);
+    Image1->setObjectName(u"Image1"_s);
+    Image2 = new QLabel(this);
+    Image2->setObjectName(u"Image2"_s);
+    Label1 = new QLabel(texts::about::Version, this);
+    Label1->setObjectName(u"Label1"_s);
+    Label2 = new QLabel(texts::about::Copyright, this);
+    Label2->setObjectName(u"Label2"_s);
+    Label3 = new QLabel(texts::about::DesignsNotice, this);
+    Label3->setObjectName(u"Label3"_s);
+    Label4 = new QLabel(texts::about::StationeryNotice, this);
+    Label4->setObjectName(u"Label4"_s);
+    for (QLabel *l : {Label3, Label4})
+        l->setWordWrap(true);
+
+    ListView1 = new QTreeWidget(this);
+    ListView1->setObjectName(u"ListView1"_s);
+    ListView1->setRootIsDecorated(false);
+    ListView1->setSelectionMode(QAbstractItemView::SingleSelection);
+    ListView1->setHeaderLabels({texts::about::ColumnFile, texts::about::ColumnVersion,
+                                texts::about::ColumnPath});
+    ListView1->header()->setSectionsClickable(false);
+
+    Command1 = new QPushButton(texts::about::Ok, this);
+    Command1->setObjectName(u"Command1"_s);
+    Command1->setDefault(true);
+
+    auto *text = new QVBoxLayout;
+    text->addWidget(Label1);
+    text->addWidget(Label2);
+    text->addStretch();
+    auto *head = new QHBoxLayout;
+    head->addWidget(Image2, 0, Qt::AlignTop);
+    head->addLayout(text, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(Command1);
+    auto *body = new QVBoxLayout;
+    body->setContentsMargins(12, 8, 12, 12);
+    body->addLayout(head);
+    body->addWidget(ListView1, 1);
+    body->addWidget(Label3);
+    body->addWidget(Label4);
+    body->addLayout(buttons);
+    auto *root = new QVBoxLayout(this);
+    root->setContentsMargins(0, 0, 0, 0);
+    root->addWidget(Image1);
+    root->addLayout(body, 1);
+
+    connect(Command1, &QPushButton::clicked, this, &frmAbout::Command1_Click);
+
+    const int unit = fontMetrics().height();
+    resize(unit * 40, unit * 30);
+}
+
+void frmAbout::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        Form_Load();
+    QDialog::showEvent(event);
+}
+
+void frmAbout::Form_Load()
+{
+    const qreal ratio = devicePixelRatioF();
+    const int unit = fontMetrics().height();
+    Image1->setPixmap(banner(QSize(width(), unit * 3), ratio));
+    Image2->setPixmap(logo(unit * 3, ratio));
+
+    // Cleared first: the box is shown again and again from one instance.
+    ListView1->clear();
+    for (const texts::about::Component &c : texts::about::Components) {
+        auto *item = new QTreeWidgetItem(ListView1);
+        item->setText(0, QString::fromUtf16(c.file));
+        item->setText(1, c.version ? QString::fromUtf16(c.version) : texts::about::UnknownVersion);
+        item->setText(2, QString::fromUtf16(c.path));
+    }
+    for (int column = 0; column < ListView1->columnCount(); ++column)
+        ListView1->resizeColumnToContents(column);
+}
+
+void frmAbout::Command1_Click()
+{
+    close();
+}
