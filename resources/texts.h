@@ -71,4 +71,8 @@ inline constexpr Component Components[] = {
     {u"version.dll", nullptr, u"version.dll"},
 };
 }  // namespace about
+// ---- Send and receive ---------------------------------------------------
+// Before a send: an Outbox message names the first account neither as
+// sender nor as recipient.
+inline const QString OutboxWithoutAccount = u"发件箱中的部分邮件没有指定账号,请检查。"_s;
 }  // namespace texts

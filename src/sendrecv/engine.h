@@ -1,0 +1,98 @@
+#pragma once
+
+#include "store/records.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+
+// The send-and-receive engine. There is no network: sending copies the
+// Outbox into Sent Items and the server queue, receiving moves queued mail
+// into the Inbox. Each step loads the folders it needs whole, changes them
+// in memory and saves them whole at its end, so a step ended by a check or
+// an error has written nothing. The steps show nothing; they report what
+// they did and the progress dialog turns that into window updates.
+
+// What the dialog's SendReceiveMode asks for.
+namespace SendReceiveModes {
+inline constexpr qint16 SendAndReceive = 0;
+inline constexpr qint16 ReceiveOnly = 1;
+inline constexpr qint16 SendOnly = 2;
+}  // namespace SendReceiveModes
+
+struct SendResult
+{
+    // A message failed the recipient check: no file was written and the
+    // Outbox keeps every message. The dialog's SendFailed.
+    bool failed = false;
+    // Messages moved out of the Outbox (0 when failed).
+    MailCount sent = 0;
+    // The step asks the dialog to start its bar; false only when failed.
+    bool barStarts = false;
+};
+
+struct ReceiveResult
+{
+    // Inbox copies appended; a message for two accounts counts twice.
+    MailCount received = 0;
+    // Queued messages that matched no account and stay queued.
+    MailCount kept = 0;
+    // The Inbox unread count to show: the unread messages the Inbox had
+    // before the step plus received. Only meaningful when received > 0; the
+    // main window is told nothing otherwise.
+    MailCount inboxUnread = 0;
+    // False when there was no account: nothing was read past the account
+    // file and nothing was written.
+    bool hadAccounts = false;
+    // Receiving always lets the bar run.
+    bool barStarts = true;
+};
+
+struct RunResult
+{
+    bool sendRan = false;
+    bool receiveRan = false;
+    SendResult send;
+    ReceiveResult receive;
+
+    bool sendFailed() const { return send.failed; }
+    // Whether any step started the bar; after a failed send-only run
+    // nothing does and the dialog waits for its caller to unload it.
+    bool barStarts() const
+    {
+        return (sendRan && send.barStarts) || (receiveRan && receive.barStarts);
+    }
+};
+
+// Checks before a send that every Outbox message names the first account,
+// by its from or its to (spaces trimmed, exact, case-sensitive). At the
+// first message that names neither it shows the "no account" box and
+// returns true: the send must not happen. False with no message or no
+// account. Only the first account is compared, deliberately.
+bool CheckOutboxAccounts();
+
+// Sends the whole Outbox or nothing. Every message must pass
+// RecipientsAcceptable; then each goes to Sent Items (keeping its isnew)
+// and to the server queue (isnew "1"), both stamped with the present time,
+// and the Outbox is saved empty. Throws IndexError when Sent Items or the
+// queue would exceed 101 messages, before writing anything.
+SendResult SendStep();
+
+// Delivers each queued message into the Inbox once for every account whose
+// address occurs among its recipients, stamped with the present time;
+// messages that match no account stay queued in order. Throws IndexError,
+// before writing anything, when the Inbox would exceed 101 messages.
+ReceiveResult ReceiveStep();
+
+// The steps of one dialog load: mode 0 send then receive, 1 receive, 2
+// send, any other mode neither. A failed send does not keep mode 0 from
+// receiving.
+RunResult RunSendReceive(qint16 mode);
+
+// The stamp the steps give the messages they move: the clock's present
+// time as "yy-mm-dd hh:mm".
+QString SendReceiveStamp();
+// Replaces the clock the stamps are taken from; an empty function goes
+// back to the system clock. For tests and benchmarks.
+void SetSendReceiveClock(std::function<QDateTime()> now);

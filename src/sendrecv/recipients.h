@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+// The two address rules of a send-and-receive run: whether an Outbox
+// message may leave, and which local accounts a queued message reaches.
+
+// Send side: to must hold "@"; alsoto, with character 0 removed and
+// surrounding spaces trimmed, must be empty or hold "@". Only the presence
+// of "@" is tested, so a field of several addresses passes when any one
+// of them has it.
+bool RecipientsAcceptable(const QString &to, const QString &alsoto);
+
+// Receive side: to + ";" + alsoto with every ";" and "," turned into
+// character 0, so that each address stands between separators that no
+// address can contain.
+QString RecipientText(const QString &to, const QString &alsoto);
+
+// True when address occurs anywhere in a RecipientText, letter case
+// respected. Text around it is allowed: "xbob@a.cny" matches "bob@a.cn".
+bool AddressMatches(const QString &recipientText, const QString &address);
+
+// Removes spaces at both ends, and only spaces: a tab or a line break is
+// part of the value, as everywhere in the store.
+QString TrimSpaces(const QString &text);
