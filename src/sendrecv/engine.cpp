@@ -48,9 +48,9 @@ bool CheckOutboxAccounts()
     if (nAcc == 0)
         return false;
 
-    // Only the first account is compared, and the first message naming
-    // neither it as sender nor as recipient stops the check: a message from
-    // a second account is reported too. That is the rule users know.
+    // Only the first account is compared, on purpose, and the first message
+    // that names it neither as sender nor as recipient ends the check with a
+    // single box: a message from the second account is refused as well.
     const QString &address = accounts[0].address;
     for (int i = 0; i < nOut; ++i) {
         if (TrimSpaces(outbox[i].from) == address || TrimSpaces(outbox[i].to) == address)
@@ -71,6 +71,7 @@ SendResult SendStep()
     LoadEmails(FolderFile::ServerQueue, queue, nQueue);
 
     SendResult result;
+    // One stamp per step: every message a step moves bears the same minute.
     const QString stamp = SendReceiveStamp();
     // Every message is checked, even after a failure, and the valid ones
     // are copied in memory all the same; only the saving depends on the
@@ -110,8 +111,10 @@ ReceiveResult ReceiveStep()
     MailBoxArray accounts;
     MailCount nAcc = 0;
     LoadMailBoxes(accounts, nAcc);
-    if (nAcc == 0)
+    if (nAcc == 0) {
+        result.kept = nQueue;
         return result;
+    }
     result.hadAccounts = true;
 
     MailCount unreadBefore = 0;

@@ -36,7 +36,8 @@ struct ReceiveResult
 {
     // Inbox copies appended; a message for two accounts counts twice.
     MailCount received = 0;
-    // Queued messages that matched no account and stay queued.
+    // Messages left in the server queue: those that matched no account, or
+    // all of them when there was no account.
     MailCount kept = 0;
     // The Inbox unread count to show: the unread messages the Inbox had
     // before the step plus received. Only meaningful when received > 0; the

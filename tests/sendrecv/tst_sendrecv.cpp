@@ -178,6 +178,7 @@ private slots:
         for (int run = 0; run < 2; ++run) {
             const ReceiveResult r = ReceiveStep();
             QCOMPARE(r.received, run == 0 ? delivered.size() : 0);
+            QCOMPARE(r.kept, kept.size());
             if (r.received > 0)  // each copy counts as unread, whatever its isnew
                 QCOMPARE(r.inboxUnread, 1 + delivered.size());
             QCOMPARE(dir.readBytes(In), folder(inbox));
