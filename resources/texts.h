@@ -71,6 +71,7 @@ inline constexpr Component Components[] = {
     {u"version.dll", nullptr, u"version.dll"},
 };
 }  // namespace about
+
 // ---- Send and receive ---------------------------------------------------
 // Before a send: an Outbox message names the first account neither as
 // sender nor as recipient.

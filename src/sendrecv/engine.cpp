@@ -1,21 +1,17 @@
 #include "engine.h"
 
 #include "recipients.h"
+#include "store/clock.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/prompter.h"
+#include "store/textutil.h"
 #include "texts.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-std::function<QDateTime()> &stampClock()
-{
-    static std::function<QDateTime()> now;
-    return now;
-}
-
 // The next free slot of a folder array, refusing a 102nd message before
 // anything is written.
 EmailRec &slot(EmailArray &mails, int position)
@@ -25,17 +21,6 @@ EmailRec &slot(EmailArray &mails, int position)
     return mails[position];
 }
 }  // namespace
-
-QString SendReceiveStamp()
-{
-    const QDateTime now = stampClock() ? stampClock()() : QDateTime::currentDateTime();
-    return now.toString(u"yy-MM-dd hh:mm"_s);
-}
-
-void SetSendReceiveClock(std::function<QDateTime()> now)
-{
-    stampClock() = std::move(now);
-}
 
 bool CheckOutboxAccounts()
 {
@@ -72,7 +57,7 @@ SendResult SendStep()
 
     SendResult result;
     // One stamp per step: every message a step moves bears the same minute.
-    const QString stamp = SendReceiveStamp();
+    const QString stamp = NowStamp();
     // Every message is checked, even after a failure, and the valid ones
     // are copied in memory all the same; only the saving depends on the
     // whole Outbox being valid.
@@ -123,7 +108,7 @@ ReceiveResult ReceiveStep()
             ++unreadBefore;
     }
 
-    const QString stamp = SendReceiveStamp();
+    const QString stamp = NowStamp();
     MailCount kept = 0;
     for (int i = 0; i < nQueue; ++i) {
         const QString recipients = RecipientText(queue[i].to, queue[i].alsoto);

@@ -2,10 +2,7 @@
 
 #include "store/records.h"
 
-#include <QDateTime>
 #include <QString>
-
-#include <functional>
 
 // The send-and-receive engine. There is no network: sending copies the
 // Outbox into Sent Items and the server queue, receiving moves queued mail
@@ -75,7 +72,7 @@ bool CheckOutboxAccounts();
 
 // Sends the whole Outbox or nothing. Every message must pass
 // RecipientsAcceptable; then each goes to Sent Items (keeping its isnew)
-// and to the server queue (isnew "1"), both stamped with the present time,
+// and to the server queue (isnew "1"), both stamped with NowStamp(),
 // and the Outbox is saved empty. Throws IndexError when Sent Items or the
 // queue would exceed 101 messages, before writing anything.
 SendResult SendStep();
@@ -90,10 +87,3 @@ ReceiveResult ReceiveStep();
 // send, any other mode neither. A failed send does not keep mode 0 from
 // receiving.
 RunResult RunSendReceive(qint16 mode);
-
-// The stamp the steps give the messages they move: the clock's present
-// time as "yy-mm-dd hh:mm".
-QString SendReceiveStamp();
-// Replaces the clock the stamps are taken from; an empty function goes
-// back to the system clock. For tests and benchmarks.
-void SetSendReceiveClock(std::function<QDateTime()> now);

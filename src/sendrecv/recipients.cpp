@@ -1,17 +1,8 @@
 #include "recipients.h"
 
-using namespace Qt::Literals::StringLiterals;
+#include "store/textutil.h"
 
-QString TrimSpaces(const QString &text)
-{
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && text.at(begin) == u' ')
-        ++begin;
-    while (end > begin && text.at(end - 1) == u' ')
-        --end;
-    return text.mid(begin, end - begin);
-}
+using namespace Qt::Literals::StringLiterals;
 
 bool RecipientsAcceptable(const QString &to, const QString &alsoto)
 {

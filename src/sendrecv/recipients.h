@@ -19,7 +19,3 @@ QString RecipientText(const QString &to, const QString &alsoto);
 // True when address occurs anywhere in a RecipientText, letter case
 // respected. Text around it is allowed: "xbob@a.cny" matches "bob@a.cn".
 bool AddressMatches(const QString &recipientText, const QString &address);
-
-// Removes spaces at both ends, and only spaces: a tab or a line break is
-// part of the value, as everywhere in the store.
-QString TrimSpaces(const QString &text);

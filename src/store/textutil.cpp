@@ -21,6 +21,14 @@ QString RightTrim(const QString &text)
     return text.left(n);
 }
 
+QString TrimSpaces(const QString &text)
+{
+    qsizetype begin = 0;
+    while (begin < text.size() && text.at(begin) == u' ')
+        ++begin;
+    return RightTrim(text.mid(begin));
+}
+
 namespace {
 // The digit run at the start of text, after leading blanks.
 QStringView leadingDigits(const QString &text)

@@ -9,6 +9,9 @@ QString LowerAscii(const QString &text);
 
 // Removes trailing spaces (only spaces, as the store always has).
 QString RightTrim(const QString &text);
+// Removes spaces at both ends, and only spaces: a tab or a line break is
+// part of the value.
+QString TrimSpaces(const QString &text);
 
 // The leading decimal number of a text: leading blanks skipped, then digits
 // up to the first other character; no digits gives 0. Returned as decimal

@@ -1,5 +1,6 @@
 #include "sendrecv/engine.h"
 #include "sendrecv/recipients.h"
+#include "store/clock.h"
 #include "store/errors.h"
 #include "testsupport.h"
 
@@ -57,8 +58,8 @@ class tst_sendrecv : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { SetSendReceiveClock([] { return QDateTime({2009, 1, 2}, {3, 4, 59}); }); }
-    void cleanup() { SetSendReceiveClock({}); }
+    void init() { SetClock([] { return QDateTime({2009, 1, 2}, {3, 4, 59}); }); }
+    void cleanup() { SetClock({}); }
 
     void rules_data()
     {

@@ -9,14 +9,6 @@ namespace compose {
 
 namespace {
 constexpr int MaxAttachmentPieces = 21;
-
-QString trimmedSpaces(const QString &text)
-{
-    qsizetype begin = 0;
-    while (begin < text.size() && text.at(begin) == u' ')
-        ++begin;
-    return RightTrim(text.mid(begin));
-}
 }  // namespace
 
 QString ReplySubject(const EmailRec &quoted)
@@ -31,7 +23,7 @@ QString ForwardSubject(const EmailRec &quoted)
 
 QString QuotedBlock(const EmailRec &quoted, bool reply)
 {
-    const QString from = reply ? trimmedSpaces(quoted.from) : RightTrim(quoted.from);
+    const QString from = reply ? TrimSpaces(quoted.from) : RightTrim(quoted.from);
     return u"\r\n\r\n"_s
         + u"-----Original Message-----\r\n"_s
         + u"From:"_s + from + u"\r\n"_s
