@@ -7,6 +7,7 @@
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/state.h"
+#include "ui/about/frmAbout.h"
 #include "ui/common/application.h"
 #include "ui/common/fonts.h"
 #include "ui/common/forms.h"
@@ -116,6 +117,10 @@ int main(int argc, char *argv[])
     clickItem(w->TreeView1, w->node(Node::Inbox));
     clickItem(w->ListView1, w->ListView1->topLevelItem(0));
     ok &= save(w, outDir + u"/mainwindow-inbox"_s + suffix + u".png"_s);
+
+    frmAbout *about = forms::About();
+    about->show();
+    ok &= save(about, outDir + u"/about"_s + suffix + u".png"_s);
 
     forms::destroyAll();
     return ok ? 0 : 1;

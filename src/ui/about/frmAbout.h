@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/common/forms.h"
+
 #include <QDialog>
 
 class QLabel;
@@ -33,3 +35,7 @@ protected:
 private:
     void Command1_Click();
 };
+
+namespace forms {
+inline frmAbout *About() { return instance<frmAbout>(); }
+}  // namespace forms

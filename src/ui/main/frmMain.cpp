@@ -5,6 +5,7 @@
 #include "store/folders.h"
 #include "store/prompter.h"
 #include "texts.h"
+#include "ui/about/frmAbout.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
@@ -611,7 +612,13 @@ void frmMain::mnuRSMail_Click() {}        // hook: send and receive all
 void frmMain::mnuReceiveMail_Click() {}   // hook: receive all
 void frmMain::mnuSendMail_Click() {}      // hook: send all
 void frmMain::T9_Click() {}               // hook: show frmMailBox
-void frmMain::H6_Click() {}               // hook: show frmAbout
+void frmMain::H6_Click()
+{
+    frmAbout *about = forms::About();
+    about->show();
+    about->raise();
+    about->activateWindow();
+}
 
 void frmMain::Command11_Click()
 {

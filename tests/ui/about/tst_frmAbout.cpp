@@ -1,4 +1,8 @@
+#include "testsupport.h"
 #include "ui/about/frmAbout.h"
+#include "ui/main/frmMain.h"
+
+#include <QAction>
 
 #include <QLabel>
 #include <QPushButton>
@@ -55,6 +59,20 @@ private slots:
         QVERIFY(box.Label1->text().contains(QRegularExpression(u"\\d+\\.\\d+\\.\\d+\\.\\d+"_s)));
         QCOMPARE(box.Command1->text(), u"确定"_s);
         QVERIFY(!box.Image1->pixmap().isNull() && !box.Image2->pixmap().isNull());
+    }
+
+    void helpMenuOpensTheOneAboutBox()
+    {
+        testsupport::DataDir dir;
+        frmMain *main = forms::Main();
+        main->show();
+        main->H6->trigger();
+        frmAbout *box = forms::About();
+        QVERIFY(box->isVisible());
+        main->H6->trigger();  // a second choice brings back the same box
+        QCOMPARE(forms::About(), box);
+        QCOMPARE(box->ListView1->topLevelItemCount(), 21);
+        forms::destroyAll();
     }
 };
 
