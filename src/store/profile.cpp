@@ -44,22 +44,47 @@ void trim(const QByteArray &bytes, qsizetype &begin, qsizetype &end)
         --end;
 }
 
+char foldCase(char c)
+{
+    return (c >= 'A' && c <= 'Z') ? char(c + ('a' - 'A')) : c;
+}
+
 QByteArray lowered(QByteArrayView name)
 {
     QByteArray out(name.data(), name.size());
-    for (char &c : out) {
-        if (c >= 'A' && c <= 'Z')
-            c = char(c + ('a' - 'A'));
-    }
+    for (char &c : out)
+        c = foldCase(c);
     return out;
 }
 
 QString decode(QByteArrayView bytes)
 {
+    // GB18030 leaves ASCII as it is, and most values (ids, addresses,
+    // dates, flags) are nothing else: those skip the converter.
+    bool ascii = true;
+    for (char c : bytes) {
+        if (uchar(c) >= 0x80) {
+            ascii = false;
+            break;
+        }
+    }
+    if (ascii)
+        return QString::fromLatin1(bytes.data(), bytes.size());
     // One decoder for the whole run; opening a converter costs more than a
     // short value takes to decode.
     static QStringDecoder decoder(Gb18030, QStringConverter::Flag::Stateless);
     return decoder.decode(bytes);
+}
+
+bool sameName(QByteArrayView a, QByteArrayView b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        if (foldCase(a[i]) != foldCase(b[i]))
+            return false;
+    }
+    return true;
 }
 }  // namespace
 
@@ -120,6 +145,7 @@ ProfileFile ProfileFile::parse(QByteArray bytes)
             trim(b, nameBegin, nameEnd);
             QByteArray name = lowered(QByteArrayView(b).sliced(nameBegin, nameEnd - nameBegin));
             profile.m_sections.append(Section());
+            profile.m_sections.last().entries.reserve(12);  // a message has nine keys
             if (!profile.m_firstSection.contains(name))
                 profile.m_firstSection.insert(name, profile.m_sections.size() - 1);
             current = &profile.m_sections.last();
@@ -133,10 +159,9 @@ ProfileFile ProfileFile::parse(QByteArray bytes)
         if (eq >= 0)
             eq += s;
         Entry entry;
-        qsizetype keyEnd = eq < 0 ? e : eq;
-        qsizetype keyBegin = s;
-        trim(b, keyBegin, keyEnd);
-        entry.key = lowered(QByteArrayView(b).sliced(keyBegin, keyEnd - keyBegin));
+        entry.keyBegin = s;
+        entry.keyEnd = eq < 0 ? e : eq;
+        trim(b, entry.keyBegin, entry.keyEnd);
         if (eq >= 0) {
             entry.begin = eq + 1;
             entry.end = e;
@@ -147,14 +172,24 @@ ProfileFile ProfileFile::parse(QByteArray bytes)
     return profile;
 }
 
+const ProfileFile::Section *ProfileFile::findSection(QByteArrayView section) const
+{
+    if (m_lastIndex < 0 || !sameName(m_lastName, section)) {
+        const auto it = m_firstSection.constFind(lowered(section));
+        m_lastName = section.toByteArray();
+        m_lastIndex = it == m_firstSection.cend() ? -1 : it.value();
+    }
+    return m_lastIndex < 0 ? nullptr : &m_sections.at(m_lastIndex);
+}
+
 const ProfileFile::Entry *ProfileFile::find(QByteArrayView section, QByteArrayView key) const
 {
-    const auto it = m_firstSection.constFind(lowered(section));
-    if (it == m_firstSection.cend())
+    const Section *found = findSection(section);
+    if (!found)
         return nullptr;
-    const QByteArray wanted = lowered(key);
-    for (const Entry &entry : m_sections.at(it.value()).entries) {
-        if (entry.key == wanted)
+    for (const Entry &entry : found->entries) {
+        if (sameName(QByteArrayView(m_bytes).sliced(entry.keyBegin, entry.keyEnd - entry.keyBegin),
+                     key))
             return &entry;
     }
     return nullptr;

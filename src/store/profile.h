@@ -37,7 +37,9 @@
 //  - a missing file, section or key reads as "".
 // Parsing works on the raw bytes, stepping over whole GB18030 characters,
 // so a trail byte that looks like "]" never ends a section name. Queries are
-// ASCII, so plain byte-wise case folding is enough to match them.
+// ASCII, so plain byte-wise case folding is enough to match them. Keys stay
+// spans of the file's bytes: a load asks a few hundred questions, and
+// copying every key would cost more than the answers.
 class ProfileFile
 {
 public:
@@ -58,7 +60,8 @@ public:
 private:
     struct Entry
     {
-        QByteArray key;  // lower-cased
+        qsizetype keyBegin = 0;  // key bytes in m_bytes
+        qsizetype keyEnd = 0;
         qsizetype begin = -1;  // value bytes in m_bytes; begin < 0: no "="
         qsizetype end = -1;
     };
@@ -67,11 +70,16 @@ private:
         QList<Entry> entries;
     };
 
+    const Section *findSection(QByteArrayView section) const;
     const Entry *find(QByteArrayView section, QByteArrayView key) const;
 
     QByteArray m_bytes;
     QList<Section> m_sections;
     QHash<QByteArray, qsizetype> m_firstSection;  // lower-cased name -> index
+    // Callers ask for the keys of one section in a row; the last section
+    // found is remembered so that the run costs one hash lookup.
+    mutable QByteArray m_lastName;
+    mutable qsizetype m_lastIndex = -1;  // -1: none yet, or not found
 };
 
 // Builds a data file line by line and writes it whole: GB18030 text, CR LF

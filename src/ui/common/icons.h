@@ -4,7 +4,8 @@
 #include <QString>
 
 // An icon of the compiled-in set, in every size it comes in (16, 22, 24,
-// 32 pixels), so that it stays crisp at 96 and 144 dpi.
+// 32 pixels), so that it stays crisp at 96 and 144 dpi. Each size is
+// decoded the first time it is painted.
 QIcon appIcon(const QString &name);
 
 // Makes the compiled-in images reachable under ":/icons/"; appIcon() does
