@@ -9,6 +9,7 @@
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
+#include "ui/message/frmMailRead.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -418,6 +419,14 @@ void frmMain::connectHandlers()
     connect(T9, &QAction::triggered, this, &frmMain::T9_Click);
     connect(H6, &QAction::triggered, this, &frmMain::H6_Click);
     connect(Command11, &QPushButton::clicked, this, &frmMain::Command11_Click);
+    // The read window is modeless; asked again while it is open, it comes
+    // to the front with the message it already shows.
+    connect(this, &frmMain::mailReadRequested, this, [] {
+        frmMailRead *read = forms::MailRead();
+        read->show();
+        read->raise();
+        read->activateWindow();
+    });
     // The caption shows CTRL+M itself, so the key works through a shortcut
     // of the window rather than one the menu would print a second time.
     auto *ctrlM = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
