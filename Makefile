@@ -4,7 +4,7 @@
 BUILD_DIR ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test bench clean
+.PHONY: all deps configure build run test bench screenshots clean
 
 all: build
 
@@ -25,6 +25,11 @@ test: build
 
 bench: build
 	@scripts/run-benchmarks $(BUILD_DIR)/bin
+
+# The README's pictures of the main window, at 96 and at 144 dpi.
+screenshots: build
+	QT_QPA_PLATFORM=offscreen $(BUILD_DIR)/bin/quillpost_screenshots docs
+	QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=1.5 $(BUILD_DIR)/bin/quillpost_screenshots docs -144dpi
 
 clean:
 	rm -rf $(BUILD_DIR)

@@ -71,4 +71,113 @@ inline constexpr Component Components[] = {
     {u"version.dll", nullptr, u"version.dll"},
 };
 }  // namespace about
+
+// ---- Window layer, shared ----------------------------------------------
+inline const QString HeaderStyleFailed = u"表头定位出错"_s;
+
+// ---- Main window: panes ------------------------------------------------
+inline const QString LocalFolders = u"本地文件夹"_s;
+inline const QString InboxName = u"收件箱"_s;
+inline const QString OutboxName = u"发件箱"_s;
+inline const QString SentItemsName = u"已发送邮件"_s;
+inline const QString DeletedItemsName = u"已删除邮件"_s;
+inline const QString DraftsName = u"草稿"_s;
+inline const QString LocalFoldersNote =
+    u"为 POP 账号使用本地文件夹,并用它们存储其他账号上的邮件"_s;
+inline const QString SummaryFolderColumn = u"文件夹"_s;
+inline const QString SummaryUnreadColumn = u"未读"_s;
+inline const QString SummaryTotalColumn = u"总计"_s;
+inline const QString SendAndReceiveAll = u"发送和接收全部邮件"_s;
+inline const QString PreviewFrom = u"发件人:"_s;
+inline const QString PreviewTo = u"收件人:"_s;
+inline const QString PreviewSubject = u"主题:"_s;
+inline const QString NoMailSelected = u"未选择任何邮件"_s;
+inline const QString ColumnFrom = u"发件人"_s;
+inline const QString ColumnTo = u"收件人"_s;
+inline const QString ColumnSubject = u"主题"_s;
+inline const QString ColumnReceived = u"接收时间"_s;
+inline const QString ColumnSent = u"发送时间"_s;
+inline const QString ColumnAccount = u"账号"_s;
+inline const QString WorkingOnline = u"正在联机工作"_s;
+inline const QString StartPageWelcome = u"欢迎使用 Quillpost Express"_s;
+inline const QString StartPageHint = u"在左侧的文件夹列表中选择一个文件夹，即可查看其中的邮件。"_s;
+inline const QString AskSendOutboxOnClose = u"“发件箱”中还有未发的邮件。是否现在发送？"_s;
+
+// ---- Main window: toolbar (caption, tooltip) ----------------------------
+inline const QString TbNewMail = u"新邮件"_s;
+inline const QString TbReply = u"回复作者"_s;
+inline const QString TbReplyTip = u"答复发件人"_s;
+inline const QString TbReplyAll = u"全部回复"_s;
+inline const QString TbReplyAllTip = u"全部答复"_s;
+inline const QString TbForward = u"转发"_s;
+inline const QString TbPrint = u"打印"_s;
+inline const QString TbDelete = u"删除"_s;
+inline const QString TbSendReceive = u"发送/接收"_s;
+inline const QString TbAddressBook = u"通讯薄"_s;
+inline const QString TbFind = u"查找"_s;
+inline const QString TbEncoding = u"编码"_s;
+inline const QString ReceiveAll = u"接收全部邮件"_s;
+inline const QString SendAll = u"发送全部邮件"_s;
+
+// ---- Main window: menu bar ----------------------------------------------
+// Captions keep their mnemonics; a shortcut written into a caption also works.
+inline const QString MenuFile = u"文件(&F)"_s;
+inline const QString MenuFileNew = u"新建(&N)"_s;
+inline const QString MenuNewMail = u"邮件(&M) "_s;  // the trailing blank is part of it
+inline const QString MenuNewPost = u"新闻帖子(&P)"_s;
+inline const QString MenuNewContact = u"联系人(&C)..."_s;
+inline const QString MenuNewFolder = u"文件夹(&F)..."_s;
+inline const QString MenuOpen = u"打开(&O)"_s;
+inline const QString MenuSaveAs = u"另存为(&A)..."_s;
+inline const QString MenuSaveAttachments = u"保存附件(&V)..."_s;
+inline const QString MenuImport = u"导入(&I)"_s;
+inline const QString MenuExport = u"导出(&E)"_s;
+inline const QString MenuPrint = u"打印(&P)..."_s;
+inline const QString MenuSwitchIdentity = u"切换标识(&W)..."_s;
+inline const QString MenuProperties = u"属性(&R)"_s;
+inline const QString MenuExit = u"退出(&X)"_s;
+inline const QString MenuEdit = u"编辑(&E)"_s;
+inline const QString MenuCopy = u"复制(&C)"_s;
+inline const QString MenuSelectAll = u"全选(&A)"_s;
+inline const QString MenuFindMessage = u"查找(&F)"_s;
+inline const QString MenuMoveToFolder = u"移动到文件夹(&V)..."_s;
+inline const QString MenuCopyToFolder = u"复制到文件夹(&O)..."_s;
+inline const QString MenuDelete = u"删除(&D)"_s;
+inline const QString MenuMarkRead = u"标记为已读(&M)"_s;
+inline const QString MenuMarkUnread = u"标记为未读(&U)"_s;
+inline const QString MenuMarkAllRead = u"全部标记为已读(&L)"_s;
+inline const QString MenuView = u"查看(&V)"_s;
+inline const QString MenuCurrentView = u"当前视图(&V)"_s;
+inline const QString MenuSortBy = u"排序方式(&Y)"_s;
+inline const QString MenuColumns = u"列(&C)..."_s;
+inline const QString MenuLayout = u"布局(&L)..."_s;
+inline const QString MenuTextSize = u"文字大小(&X)"_s;
+inline const QString MenuEncoding = u"编码(&D)"_s;
+inline const QString MenuPrevious = u"上一封邮件(&V)"_s;
+inline const QString MenuNext = u"下一封(&N)"_s;
+inline const QString MenuGoToFolder = u"转到文件夹(&F)..."_s;
+inline const QString MenuStop = u"停止(&P)"_s;
+inline const QString MenuRefresh = u"刷新(&R)"_s;
+inline const QString MenuTools = u"工具(&T)"_s;
+inline const QString MenuSendReceive = u"发送和接收(&S)"_s;
+inline const QString MenuRSMail = u"发送和接收全部邮件(&A)  CTRL+M"_s;
+inline const QString MenuReceiveMail = u"接收全部邮件(&R)"_s;
+inline const QString MenuSendMail = u"发送全部邮件(&S)"_s;
+inline const QString MenuSynchronize = u"全部同步(&Z)"_s;
+inline const QString MenuAddressBook = u"通讯簿(&B)..."_s;
+inline const QString MenuAddSender = u"将发件人添加到通讯簿(&D)"_s;
+inline const QString MenuRules = u"邮件规则(&R)"_s;
+inline const QString MenuAccounts = u"账号(&A)..."_s;
+inline const QString MenuOptions = u"选项(&O)..."_s;
+inline const QString MenuMessage = u"邮件(&M)"_s;
+inline const QString MenuMsgNew = u"新邮件(&N)"_s;
+inline const QString MenuMsgReply = u"答复发件人(&R)"_s;
+inline const QString MenuMsgReplyAll = u"全部答复(&A)"_s;
+inline const QString MenuMsgForward = u"转发(&F)"_s;
+inline const QString MenuMsgForwardAttached = u"作为附件转发(&H)"_s;
+inline const QString MenuMsgBlockSender = u"阻止发件人(&B)..."_s;
+inline const QString MenuHelp = u"帮助(&H)"_s;
+inline const QString MenuContents = u"内容和索引(&C)"_s;
+inline const QString MenuOnline = u"网上支持(&O)"_s;
+inline const QString MenuAbout = u"关于 Quillpost Express(&A)"_s;
 }  // namespace texts

@@ -1,18 +1,22 @@
 #include "store/appdir.h"
-
-#include <QApplication>
-#include <QMainWindow>
-
-using namespace Qt::Literals::StringLiterals;
+#include "store/prompter.h"
+#include "ui/common/application.h"
+#include "ui/common/fonts.h"
+#include "ui/common/msgboxprompter.h"
+#include "ui/main/frmMain.h"
 
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
+    QuillpostApplication app(argc, argv);
+    app.setFont(fonts::uiFont());
     SetAppDir(QCoreApplication::applicationDirPath());
 
-    QMainWindow window;
-    window.setWindowTitle(u"Quillpost Express"_s);
-    window.resize(800, 600);
-    window.show();
-    return app.exec();
+    MessageBoxPrompter boxes;
+    setPrompter(&boxes);
+
+    forms::Main()->show();
+    const int rc = app.exec();
+    forms::destroyAll();
+    setPrompter(nullptr);
+    return rc;
 }

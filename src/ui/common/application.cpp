@@ -1,0 +1,31 @@
+#include "application.h"
+
+#include "store/errors.h"
+#include "store/prompter.h"
+#include "texts.h"
+
+#include <exception>
+
+QuillpostApplication::QuillpostApplication(int &argc, char **argv) : QApplication(argc, argv) {}
+
+QString QuillpostApplication::abandonedText(const QString &reason)
+{
+    return texts::OperationAbandoned + u"\r\r" + reason;
+}
+
+bool QuillpostApplication::notify(QObject *receiver, QEvent *event)
+{
+    // Every store operation loads, changes memory and saves only at its end,
+    // so an operation stopped here has written nothing and the program can
+    // carry on.
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const StoreError &error) {
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           abandonedText(error.userText()));
+    } catch (const std::exception &error) {
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           abandonedText(QString::fromLocal8Bit(error.what())));
+    }
+    return false;
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class QWidget;
+
+// The open and save file dialogs, behind a port so that no test ever blocks
+// on a real modal dialog. An empty result means the user cancelled.
+class FileChooser
+{
+public:
+    virtual ~FileChooser() = default;
+    virtual QString openFileName(QWidget *parent, const QString &title,
+                                 const QString &filter) = 0;
+    virtual QString saveFileName(QWidget *parent, const QString &title,
+                                 const QString &suggestedName, const QString &filter) = 0;
+};
+
+// The real dialogs.
+class DialogFileChooser final : public FileChooser
+{
+public:
+    QString openFileName(QWidget *parent, const QString &title, const QString &filter) override;
+    QString saveFileName(QWidget *parent, const QString &title, const QString &suggestedName,
+                         const QString &filter) override;
+};
+
+// Answers with scripted names in order, then with "" (cancel); installs
+// itself for its lifetime.
+class ScriptedFileChooser final : public FileChooser
+{
+public:
+    ScriptedFileChooser();
+    ~ScriptedFileChooser() override;
+
+    void answer(const QString &fileName) { m_answers.append(fileName); }
+    int asked() const { return m_asked; }
+    QString lastTitle() const { return m_lastTitle; }
+
+    QString openFileName(QWidget *parent, const QString &title, const QString &filter) override;
+    QString saveFileName(QWidget *parent, const QString &title, const QString &suggestedName,
+                         const QString &filter) override;
+
+private:
+    QString next(const QString &title);
+
+    QList<QString> m_answers;
+    int m_asked = 0;
+    QString m_lastTitle;
+    FileChooser *m_previous = nullptr;
+};
+
+// The installed chooser; the real dialogs until another is installed.
+FileChooser &fileChooser();
+// Installs c (not owned); nullptr goes back to the real dialogs.
+void setFileChooser(FileChooser *c);

@@ -1,0 +1,29 @@
+#include "forms.h"
+
+#include <QList>
+
+namespace forms {
+
+namespace {
+QList<QPointer<QWidget>> &created()
+{
+    static QList<QPointer<QWidget>> list;
+    return list;
+}
+}  // namespace
+
+void detail::remember(QWidget *form)
+{
+    created().append(form);
+}
+
+void destroyAll()
+{
+    // Newest first: a later window may refer to an earlier one while it goes.
+    QList<QPointer<QWidget>> forms;
+    forms.swap(created());
+    for (auto it = forms.rbegin(); it != forms.rend(); ++it)
+        delete it->data();
+}
+
+}  // namespace forms

@@ -1,0 +1,189 @@
+#pragma once
+
+#include "store/records.h"
+#include "ui/common/forms.h"
+
+#include <QList>
+#include <QMainWindow>
+
+class QAction;
+class QFrame;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QStatusBar;
+class QTextEdit;
+class QToolBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+// The start-up window: toolbar, folder tree, a right-hand pane showing the
+// start page, the folder summary or the message list with its preview, and
+// the status bar. It stays open for the whole run; other windows read its
+// public fields and call refreshlistview and ReloadfrmMain.
+class frmMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    // Toolbar buttons by their position on the toolbar (1-based); the
+    // numbers are the ones the states and the commands refer to.
+    enum ToolbarButton : int {
+        tbNewMail = 1,
+        tbReply = 2,
+        tbReplyAll = 3,
+        tbForward = 4,
+        tbSeparator5 = 5,
+        tbPrint = 6,
+        tbDelete = 7,
+        tbSeparator8 = 8,
+        tbSendReceive = 9,
+        tbSeparator10 = 10,
+        tbAddressBook = 11,
+        tbFind = 12,
+        tbSeparator13 = 13,
+        tbEncoding = 14,
+        tbCount = 14
+    };
+
+    // What the eight context buttons (2-7, 13, 14) look like.
+    enum class ToolbarState {
+        StartPage,     // hidden
+        Shown,         // visible
+        NoSelection,   // disabled
+        InboxMessage,  // enabled
+        OtherMessage   // 4-7, 13, 14 enabled; 2 and 3 keep their state
+    };
+
+    // The window's size when it opens, in twips.
+    static constexpr int DesignWidth = 13500;
+    static constexpr int DesignHeight = 9300;
+
+    frmMain();
+    ~frmMain() override;
+
+    // Reloads folder and refills the message list in file order.
+    void refreshlistview(qint16 folder);
+    // refreshlistview of the folder being shown.
+    void ReloadfrmMain();
+    // Recounts the unread mail of the Inbox and Deleted Items and rewrites
+    // their node captions.
+    void ShowUnreadCounts();
+
+    // Tree node click by node index (1-7); other indices do nothing.
+    void NodeClick(int index);
+    void FillFolderSummary();
+    void ShowMessagePage();
+    void SetToolbarState(ToolbarState state);
+
+    // The toolbar button at a 1-based position.
+    QAction *toolbarButton(int index) const;
+    // The tree node at a 1-based index.
+    QTreeWidgetItem *node(int index) const;
+
+    // ---- Fields other windows read -------------------------------------
+    qint16 InboxUnread = 0;
+    qint16 DeletedUnread = 0;
+    qint16 CurrentFolder = 0;
+    bool FolderHoldsUnsent = false;
+    qint32 SelectedMail = 0;
+    ::MailCount MailCount = 0;
+    QString CurrentMailId;
+    EmailArray Mails;  // the folder the message list shows
+
+    // ---- Menu items that act -------------------------------------------
+    QAction *AddNewMail = nullptr;
+    QAction *F20 = nullptr;
+    QAction *mnuRSMail = nullptr;
+    QAction *mnuReceiveMail = nullptr;
+    QAction *mnuSendMail = nullptr;
+    QAction *T9 = nullptr;
+    QAction *H6 = nullptr;
+
+    // ---- Child widgets ---------------------------------------------------
+    QFrame *CoolBar1 = nullptr;
+    QToolBar *Toolbar1 = nullptr;
+    QMenu *sendReceiveMenu = nullptr;  // drop-down of the send/receive button
+    QLabel *Image1 = nullptr;
+    QLabel *Label1 = nullptr;
+    QTreeWidget *TreeView1 = nullptr;
+    QFrame *Frame4 = nullptr;
+    QLabel *Picture1 = nullptr;
+    QFrame *Frame5 = nullptr;
+    QLabel *Label2 = nullptr;   // "本地文件夹"
+    QLabel *Label3 = nullptr;   // the note under it
+    QLabel *Label10 = nullptr;  // the heading's picture
+    QLabel *Label11 = nullptr;  // the page's white ground
+    QTreeWidget *ListView2 = nullptr;
+    QPushButton *Command11 = nullptr;
+    QFrame *Frame2 = nullptr;
+    QTreeWidget *ListView1 = nullptr;
+    QFrame *Frame3 = nullptr;
+    QLabel *Label4 = nullptr;
+    QLabel *Label5 = nullptr;
+    QLabel *Label6 = nullptr;
+    QLabel *Label7 = nullptr;
+    QLabel *Label8 = nullptr;
+    QLabel *Label9 = nullptr;
+    QFrame *Line1 = nullptr;
+    QFrame *Line2 = nullptr;
+    QFrame *Line3 = nullptr;
+    QTextEdit *Text1 = nullptr;
+    QStatusBar *StatusBar1 = nullptr;
+    QLabel *StatusPanel1 = nullptr;
+    QLabel *StatusPanel2 = nullptr;
+
+signals:
+    // Where the message windows will be opened once they exist: a
+    // double-click asks for the read window, or for the compose window
+    // (with ComposeMode 0) on unsent mail.
+    void mailReadRequested();
+    void mailEditRequested();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void buildMenus();
+    void buildToolbar();
+    void buildPanes();
+    void buildStatusBar();
+    void connectHandlers();
+
+    void Form_Load();
+    void Form_Resize();
+    bool Form_Unload();
+    void alignDockedWidgets(int clientWidthPx);
+    void buildTree();
+    void setNodeCaption(int index, const QString &name, int unread);
+    void setPaneHeader(int node);
+    void showNoMail();
+    void stackPreviewLabels();
+
+    // Handlers.
+    void TreeView1_NodeClick(QTreeWidgetItem *item);
+    void ListView2_Click();
+    void ListView1_Click();
+    void ListView1_DblClick();
+    void Toolbar1_ButtonClick(int index);
+    void AddNewMail_Click();
+    void F20_Click();
+    void mnuRSMail_Click();
+    void mnuReceiveMail_Click();
+    void mnuSendMail_Click();
+    void T9_Click();
+    void H6_Click();
+    void Command11_Click();
+
+    QList<QAction *> m_buttons;  // toolbar buttons, position 1 at 0
+    QList<QTreeWidgetItem *> m_nodes;  // tree nodes, index 1 at 0
+    bool m_loaded = false;
+    bool m_forwarding = false;  // an event being handed on to a list
+    double m_previewHeaderBottom = 0;  // twips below which Text1 may start
+};
+
+namespace forms {
+inline frmMain *Main() { return instance<frmMain>(); }
+}  // namespace forms

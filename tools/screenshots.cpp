@@ -1,0 +1,122 @@
+// quillpost_screenshots OUTDIR [SUFFIX]
+// Fills a temporary application folder with sample mail, shows the main
+// window and saves the start page, the folder summary and the Inbox with a
+// previewed message as OUTDIR/mainwindow-*SUFFIX.png.
+
+#include "store/appdir.h"
+#include "store/folders.h"
+#include "store/mailboxes.h"
+#include "store/state.h"
+#include "ui/common/application.h"
+#include "ui/common/fonts.h"
+#include "ui/common/forms.h"
+#include "ui/main/foldernodes.h"
+#include "ui/main/frmMain.h"
+
+#include <QDir>
+#include <QPixmap>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeWidget>
+
+#include <cstdio>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+EmailRec mail(const QString &from, const QString &to, const QString &subject,
+              const QString &body, const QString &when, bool unread,
+              const QString &attachment = QString())
+{
+    EmailRec m;
+    m.id = QString::number(RandomBetween(10000000, 99999999));
+    m.from = from;
+    m.to = to;
+    m.subject = subject;
+    m.content = body;
+    m.datetime = when;
+    m.attachment = attachment;
+    m.isnew = unread ? u"1"_s : u"0"_s;
+    return m;
+}
+
+void writeSampleData()
+{
+    MailBoxArray accounts;
+    accounts[0] = {u"张伟"_s, u"pop.example.com"_s, u"smtp.example.com"_s, u"zhangwei"_s,
+                   u"secret"_s, u"zhangwei@example.com"_s};
+    accounts[1] = {u"李娜"_s, u"pop.example.com"_s, u"smtp.example.com"_s, u"lina"_s,
+                   u"secret"_s, u"lina@example.com"_s};
+    SaveMailBoxes(accounts, 2);
+
+    EmailArray inbox;
+    inbox[0] = mail(u"lina@example.com"_s, u"zhangwei@example.com"_s, u"下周项目例会安排"_s,
+                    u"张伟：\r\n\r\n下周一上午九点在三楼会议室召开项目例会，请准备好本月的进度报告。"
+                    "\r\n\r\n谢谢！\r\n李娜"_s,
+                    u"24-05-13 09:12"_s, true, u"agenda.doc"_s);
+    inbox[1] = mail(u"wangfang@example.com"_s, u"zhangwei@example.com"_s, u"培训资料已上传"_s,
+                    u"培训资料已上传到共享文件夹，请查收。"_s, u"24-05-12 16:40"_s, true);
+    inbox[2] = mail(u"chenjie@example.com"_s, u"zhangwei@example.com;lina@example.com"_s,
+                    u"周末聚餐"_s, u"周六晚上六点，老地方见。"_s, u"24-05-10 18:05"_s, false);
+    inbox[3] = mail(u"liuyang@example.com"_s, u"zhangwei@example.com"_s, u"季度报表"_s,
+                    u"附件是第一季度的报表。"_s, u"24-05-08 11:30"_s, false, u"report.xls"_s);
+    SaveEmails(FolderFile::Inbox, inbox, 4);
+
+    EmailArray sent;
+    sent[0] = mail(u"zhangwei@example.com"_s, u"lina@example.com"_s, u"回复：会议时间"_s,
+                   u"好的，我会准时参加。"_s, u"24-05-11 10:02"_s, false);
+    SaveEmails(FolderFile::SentItems, sent, 1);
+
+    EmailArray deleted;
+    deleted[0] = mail(u"news@example.com"_s, u"zhangwei@example.com"_s, u"每周新闻摘要"_s,
+                      u"本周新闻摘要。"_s, u"24-05-06 08:00"_s, true);
+    SaveEmails(FolderFile::DeletedItems, deleted, 1);
+}
+
+bool save(QWidget *window, const QString &path)
+{
+    QCoreApplication::processEvents();
+    const bool ok = window->grab().save(path);
+    std::printf("%s %s\n", ok ? "wrote" : "FAILED", qPrintable(path));
+    return ok;
+}
+
+void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
+{
+    const QRect r = view->visualItemRect(item);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, r.center());
+}
+
+}  // namespace
+
+int main(int argc, char *argv[])
+{
+    QuillpostApplication app(argc, argv);
+    app.setFont(fonts::uiFont());
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: quillpost_screenshots OUTDIR [SUFFIX]\n");
+        return 2;
+    }
+    const QString outDir = QString::fromLocal8Bit(argv[1]);
+    const QString suffix = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QString();
+    QDir().mkpath(outDir);
+
+    QTemporaryDir data;
+    SetAppDir(data.path());
+    writeSampleData();
+
+    frmMain *w = forms::Main();
+    w->show();
+    bool ok = save(w, outDir + u"/mainwindow-start"_s + suffix + u".png"_s);
+
+    clickItem(w->TreeView1, w->node(Node::LocalFolders));
+    ok &= save(w, outDir + u"/mainwindow-summary"_s + suffix + u".png"_s);
+
+    clickItem(w->TreeView1, w->node(Node::Inbox));
+    clickItem(w->ListView1, w->ListView1->topLevelItem(0));
+    ok &= save(w, outDir + u"/mainwindow-inbox"_s + suffix + u".png"_s);
+
+    forms::destroyAll();
+    return ok ? 0 : 1;
+}
