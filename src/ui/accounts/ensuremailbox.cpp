@@ -1,0 +1,22 @@
+#include "ensuremailbox.h"
+
+#include "frmMailBox.h"
+
+#include "store/mailboxes.h"
+
+bool EnsureMailBox()
+{
+    MailBoxArray accounts;
+    MailCount count = 0;
+    LoadMailBoxes(accounts, count);
+    if (count >= 1)
+        return false;
+
+    frmMailBox *dialog = forms::MailBox();
+    dialog->mnuEmail_Click();
+    // The wizard's finish is the only thing that sets Changed here.
+    const bool abandon = !dialog->Changed;
+    // The window goes; the object and its fields stay for the next opening.
+    dialog->close();
+    return abandon;
+}
