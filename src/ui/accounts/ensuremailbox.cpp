@@ -14,7 +14,10 @@ bool EnsureMailBox()
 
     frmMailBox *dialog = forms::MailBox();
     dialog->mnuEmail_Click();
-    // The wizard's finish is the only thing that sets Changed here.
+    // Only the wizard's finish sets Changed, but storing the new account
+    // rebuilds the dialog, and the rebuild clears Changed again: a finished
+    // wizard therefore ends the caller's command too, and the user sends
+    // again with the new account in place.
     const bool abandon = !dialog->Changed;
     // The window goes; the object and its fields stay for the next opening.
     dialog->close();

@@ -260,6 +260,10 @@ void frmMailBox::btnAddNew_Click()
 
 void frmMailBox::mnuEmail_Click()
 {
+    // Called from outside while the dialog is closed (EnsureMailBox): it
+    // starts up first, as an opening would, so that the table is the file's.
+    if (!isVisible())
+        Form_Load();
     NewRec = MailBoxRec();
     Changed = false;
 
