@@ -19,6 +19,7 @@
 #include <QScreen>
 #include <QTabBar>
 #include <QTest>
+#include <QToolBar>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -290,6 +291,39 @@ private slots:
         QTest::mouseClick(d->btnClose, Qt::LeftButton);
         QVERIFY(!d->isVisible());
         QCOMPARE(d->AccountCount, 2);  // the object outlives the window
+    }
+
+    // The first steps of a new user: Send/Receive on an empty data folder
+    // leads through the wizard; the second account comes from the Accounts
+    // menu item.
+    void aNewUserSetsUpTwoAccounts()
+    {
+        DataDir dir;
+        frmMain *main = forms::Main();
+        main->show();
+        WizardAnswers first;
+        ModalScript script;
+        walkWizard(script, first);
+        script.start();
+        QWidget *sendReceive = main->Toolbar1->widgetForAction(
+            main->toolbarButton(frmMain::tbSendReceive));
+        QTest::mouseClick(sendReceive, Qt::LeftButton);
+        QVERIFY2(script.finished(), script.report());
+
+        main->T9->trigger();
+        frmMailBox *d = forms::MailBox();
+        QCOMPARE(rows(d), QStringList{u"NewLogon"_s});
+        WizardAnswers second{u"Second"_s, u"second@example.com"_s, u"pop.example.com"_s,
+                             u"smtp.example.com"_s, u"second"_s, u"pw"_s};
+        walkWizard(script, second);
+        script.start();
+        QTest::mouseClick(d->btnAddNew, Qt::LeftButton);
+        QTest::mouseClick(d->btMnu, Qt::LeftButton, {},
+                          d->btMnu->actionGeometry(d->mnuEmail).center());
+        QVERIFY2(script.finished(), script.report());
+        QCOMPARE(rows(d), (QStringList{u"NewLogon"_s, u"second"_s}));
+        QCOMPARE(dir.readBytes(MailBoxFileName),
+                 accountFile({storedRecord(first), storedRecord(second)}));
     }
 };
 
