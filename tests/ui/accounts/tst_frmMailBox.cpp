@@ -1,18 +1,16 @@
 // The accounts dialog: its list, the hit test of a click, deleting, the
-// tabs, the add menu and the 22nd account, opened from the main window.
+// tabs, the add menu and the 22nd account; a new user's first two accounts.
 
 #include "accountsfixture.h"
 
-#include "store/records.h"
 #include "texts.h"
 #include "ui/accounts/frmMailBox.h"
+#include "ui/accounts/frmMainBoxAdd3.h"
 #include "ui/common/application.h"
-#include "ui/common/forms.h"
 #include "ui/common/twips.h"
 #include "ui/main/frmMain.h"
 
 #include <QAction>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
@@ -26,7 +24,6 @@ using namespace Qt::Literals::StringLiterals;
 using namespace accountstest;
 using testsupport::DataDir;
 using testsupport::ScriptedPrompter;
-using Icon = Prompter::Icon;
 
 namespace {
 frmMailBox *openDialog()
@@ -44,17 +41,20 @@ QStringList rows(const frmMailBox *d)
     return texts;
 }
 
-void clickRow(frmMailBox *d, int row)
+QStringList logonNames(const QList<MailBoxRec> &records)
 {
-    const QRect r = d->ListView1->visualItemRect(d->ListView1->topLevelItem(row));
-    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {}, r.center());
+    QStringList names;
+    for (const MailBoxRec &r : records)
+        names.append(r.username);
+    return names;
 }
 
-void clickEmptySpace(frmMailBox *d)
+void clickList(frmMailBox *d, int row)  // -1: empty space below the rows
 {
     const QWidget *v = d->ListView1->viewport();
-    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {},
-                      QPoint(v->width() / 2, v->height() - 4));
+    const QPoint at = row < 0 ? QPoint(v->width() / 2, v->height() - 4)
+                              : d->ListView1->visualItemRect(d->ListView1->topLevelItem(row)).center();
+    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {}, at);
 }
 
 void clickTab(QTabBar *bar, const QString &caption)
@@ -62,6 +62,12 @@ void clickTab(QTabBar *bar, const QString &caption)
     for (int i = 0; i < bar->count(); ++i)
         if (bar->tabText(i) == caption)
             QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(i).center());
+}
+
+void chooseAddMail(frmMailBox *d)
+{
+    QTest::mouseClick(d->btnAddNew, Qt::LeftButton);
+    QTest::mouseClick(d->btMnu, Qt::LeftButton, {}, d->btMnu->actionGeometry(d->mnuEmail).center());
 }
 
 bool canDeleteOrEdit(const frmMailBox *d)
@@ -94,31 +100,37 @@ private slots:
         if (fileExists)
             writeAccounts(dir, accounts(count));
         frmMailBox *d = openDialog();
-        QCOMPARE(d->windowTitle(), u"Internet 账号"_s);
-        QStringList expected;
-        for (const MailBoxRec &r : accounts(count))
-            expected.append(r.username);
-        QCOMPARE(rows(d), expected);
+        QCOMPARE(rows(d), logonNames(accounts(count)));
         for (int i = 0; i < count; ++i) {
             QCOMPARE(d->ListView1->topLevelItem(i)->text(1), u"邮件"_s);
             QCOMPARE(d->ListView1->topLevelItem(i)->text(2), u"任何可用连接"_s);
-            QVERIFY(!d->ListView1->topLevelItem(i)->icon(0).isNull());
         }
         QVERIFY(!d->btnDelete->isEnabled() && !d->btnProperty->isEnabled());
-        QVERIFY(!d->Command[0]->isEnabled() && !d->Command[1]->isEnabled()
-                && !d->Command[2]->isEnabled() && d->Command[3]->isEnabled());
-        QCOMPARE(d->AccountCount, count);
+        QVERIFY(!d->Command[0]->isEnabled() && !d->Command[2]->isEnabled() && d->Command[3]->isEnabled());
         QVERIFY(!d->ListView1->header()->sectionsClickable());
         QCOMPARE(d->ListView1->header()->sectionSize(1), twips::toPixels(1400));
     }
 
-    void opensAtTwoFifthsOfTheFreeSpace()
+    void placement_data()
     {
+        QTest::addColumn<bool>("accountsDialog");
+        QTest::addColumn<int>("share");
+        QTest::addColumn<int>("parts");
+        QTest::newRow("the accounts dialog opens at two fifths of the free space") << true << 2 << 5;
+        QTest::newRow("a wizard page opens centred") << false << 1 << 2;
+    }
+
+    void placement()
+    {
+        QFETCH(bool, accountsDialog);
+        QFETCH(int, share);
+        QFETCH(int, parts);
         DataDir dir;
-        frmMailBox *d = openDialog();
+        QWidget *w = accountsDialog ? static_cast<QWidget *>(forms::MailBox()) : forms::MainBoxAdd3();
+        w->show();
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
-        QVERIFY(qAbs(d->x() - 2 * (screen.width() - d->frameGeometry().width()) / 5) <= 1);
-        QVERIFY(qAbs(d->y() - 2 * (screen.height() - d->frameGeometry().height()) / 5) <= 1);
+        QVERIFY(qAbs(w->x() - share * (screen.width() - w->frameGeometry().width()) / parts) <= 1);
+        QVERIFY(qAbs(w->y() - share * (screen.height() - w->frameGeometry().height()) / parts) <= 1);
     }
 
     void clickingEmptySpaceTakesTheSelectionAway()
@@ -126,16 +138,13 @@ private slots:
         DataDir dir;
         writeAccounts(dir, accounts(3));
         frmMailBox *d = openDialog();
-        clickRow(d, 1);
-        QVERIFY(canDeleteOrEdit(d));
-        QCOMPARE(d->SelectedIndex, 1.0f);
+        clickList(d, 1);
+        QVERIFY(canDeleteOrEdit(d) && d->ListView1->topLevelItem(1)->isSelected());
         QCOMPARE(d->SelectedName, u"logon2"_s);
-        QVERIFY(d->ListView1->topLevelItem(1)->isSelected());
-
-        clickEmptySpace(d);
+        clickList(d, -1);
         QVERIFY(!d->btnDelete->isEnabled() && !d->btnProperty->isEnabled());
         QVERIFY(d->ListView1->selectedItems().isEmpty());
-        QCOMPARE(d->SelectedName, u"logon2"_s);  // remembered, though no longer usable
+        QCOMPARE(d->SelectedIndex, 1.0f);  // remembered, though no longer usable
     }
 
     void deletingAnAccount_data()
@@ -161,40 +170,29 @@ private slots:
         frmMailBox *d = openDialog();
         ScriptedPrompter boxes;
         // The question names the logon name, not the display name.
-        boxes.expectConfirm(Icon::Warning, u"Internet 账号"_s,
+        boxes.expectConfirm(Prompter::Icon::Warning, u"Internet 账号"_s,
                             u"您确信要删除'logon%1'账号吗?"_s.arg(row + 1), yes);
-        clickRow(d, row);
+        clickList(d, row);
         QTest::mouseClick(d->btnDelete, Qt::LeftButton);
         QVERIFY2(boxes.done(), boxes.report());
-
         QList<MailBoxRec> expected;
-        QStringList names;
-        for (int k : left) {
+        for (int k : left)
             expected.append(account(k));
-            names.append(account(k).username);
-        }
         QCOMPARE(dir.readBytes(MailBoxFileName), accountFile(expected));
-        QCOMPARE(rows(d), names);
-        QCOMPARE(d->AccountCount, left.size());
+        QCOMPARE(rows(d), logonNames(expected));
         QCOMPARE(canDeleteOrEdit(d), !yes);  // a rebuild disables them again
     }
 
-    void afterDeletingTheLastAccountTheFileIsReadAgain()
+    // The table is read from the file only while the dialog holds none.
+    void theFileIsReadOnlyWhenNoAccountIsHeld()
     {
         DataDir dir;
-        writeAccounts(dir, accounts(1));
         frmMailBox *d = openDialog();
-        ScriptedPrompter boxes;
-        boxes.expectConfirm(Icon::Warning, u"Internet 账号"_s, u"您确信要删除'logon1'账号吗?"_s, true);
-        clickRow(d, 0);
-        QTest::mouseClick(d->btnDelete, Qt::LeftButton);
         d->close();
-        // With no account in memory, the next opening reads the file...
         writeAccounts(dir, accounts(2));
         d->show();
-        QCOMPARE(rows(d), (QStringList{u"logon1"_s, u"logon2"_s}));
+        QCOMPARE(rows(d).size(), 2);
         d->close();
-        // ...but with accounts in memory it keeps its own table.
         writeAccounts(dir, accounts(4));
         d->show();
         QCOMPARE(rows(d).size(), 2);
@@ -218,84 +216,45 @@ private slots:
         DataDir dir;
         writeAccounts(dir, accounts(3));
         frmMailBox *d = openDialog();
-        clickRow(d, 0);
+        clickList(d, 0);
         clickTab(d->TabStrip1, tab);
         QCOMPARE(d->ListView1->topLevelItemCount(), rowsShown);
         QCOMPARE(canDeleteOrEdit(d), buttonsKept);
         clickTab(d->TabStrip1, u"全部"_s);
         QCOMPARE(d->ListView1->topLevelItemCount(), 3);
-        QVERIFY(!canDeleteOrEdit(d));
     }
 
-    void theAddMenuStartsTheWizardAndStoresTheAccount()
+    void theAddMenuPopsUpAtTheButtonsCorner()
     {
         DataDir dir;
-        writeAccounts(dir, accounts(2));
         frmMailBox *d = openDialog();
         QTest::mouseClick(d->btnAddNew, Qt::LeftButton);
         QVERIFY(d->btMnu->isVisible());
         QCOMPARE(d->btMnu->pos(), d->mapToGlobal(QPoint(438, 16)));
         QCOMPARE(d->btnAddNew->geometry().topRight() + QPoint(1, 0), QPoint(438, 16));
-        QStringList items;
-        for (const QAction *a : d->btMnu->actions())
-            items.append(a->text());
-        QCOMPARE(items, (QStringList{u"邮件(&M)..."_s, u"新闻(&N)..."_s, u"目录服务(&D)..."_s}));
-
-        ModalScript script;
-        walkWizard(script, WizardAnswers());
-        script.start();
-        QTest::mouseClick(d->btMnu, Qt::LeftButton, {},
-                          d->btMnu->actionGeometry(d->mnuEmail).center());
-        QVERIFY2(script.finished(), script.report());
-        QCOMPARE(dir.readBytes(MailBoxFileName),
-                 accountFile(accounts(2) << storedRecord(WizardAnswers())));
-        // The list shows the table in memory, as typed; only the file is lower-cased.
-        QCOMPARE(rows(d).last(), u"NewLogon"_s);
-        QVERIFY(!d->Changed);  // cleared by the rebuild
+        QCOMPARE(d->btMnu->actions().size(), 3);
     }
 
     void aTwentySecondAccountIsRefusedWithNothingWritten()
     {
         DataDir dir;
         writeAccounts(dir, accounts(21));
-        const QByteArray before = dir.readBytes(MailBoxFileName);
         frmMailBox *d = openDialog();
         ScriptedPrompter boxes;
-        boxes.expectMessage(Icon::Exclamation, u"Quillpost Express"_s,
+        boxes.expectMessage(Prompter::Icon::Exclamation, u"Quillpost Express"_s,
                             QuillpostApplication::abandonedText(texts::TooManyAccounts));
         ModalScript script;
         walkWizard(script, WizardAnswers());
         script.start();
-        QTest::mouseClick(d->btnAddNew, Qt::LeftButton);
-        QTest::mouseClick(d->btMnu, Qt::LeftButton, {},
-                          d->btMnu->actionGeometry(d->mnuEmail).center());
+        chooseAddMail(d);
         QVERIFY2(script.finished(), script.report());
         QVERIFY2(boxes.done(), boxes.report());
-        QCOMPARE(dir.readBytes(MailBoxFileName), before);
-        QCOMPARE(d->AccountCount, 21);
+        QCOMPARE(dir.readBytes(MailBoxFileName), accountFile(accounts(21)));
         QCOMPARE(rows(d).size(), 21);
     }
 
-    void theAccountsMenuItemOpensItModeless()
-    {
-        DataDir dir;
-        writeAccounts(dir, accounts(2));
-        frmMain *main = forms::Main();
-        main->show();
-        QCOMPARE(main->T9->text(), u"账号(&A)..."_s);
-        main->T9->trigger();
-        frmMailBox *d = forms::MailBox();
-        QVERIFY(d->isVisible());
-        QVERIFY(!d->isModal() && !QApplication::activeModalWidget());
-        QCOMPARE(rows(d).size(), 2);
-        QTest::mouseClick(d->btnClose, Qt::LeftButton);
-        QVERIFY(!d->isVisible());
-        QCOMPARE(d->AccountCount, 2);  // the object outlives the window
-    }
-
-    // The first steps of a new user: Send/Receive on an empty data folder
-    // leads through the wizard; the second account comes from the Accounts
-    // menu item.
+    // Send/Receive on an empty data folder leads through the wizard; the
+    // second account comes from the Accounts menu item's modeless dialog.
     void aNewUserSetsUpTwoAccounts()
     {
         DataDir dir;
@@ -305,25 +264,27 @@ private slots:
         ModalScript script;
         walkWizard(script, first);
         script.start();
-        QWidget *sendReceive = main->Toolbar1->widgetForAction(
-            main->toolbarButton(frmMain::tbSendReceive));
-        QTest::mouseClick(sendReceive, Qt::LeftButton);
+        QTest::mouseClick(main->Toolbar1->widgetForAction(main->toolbarButton(frmMain::tbSendReceive)),
+                          Qt::LeftButton);
         QVERIFY2(script.finished(), script.report());
 
+        QCOMPARE(main->T9->text(), u"账号(&A)..."_s);
         main->T9->trigger();
         frmMailBox *d = forms::MailBox();
-        QCOMPARE(rows(d), QStringList{u"NewLogon"_s});
-        WizardAnswers second{u"Second"_s, u"second@example.com"_s, u"pop.example.com"_s,
-                             u"smtp.example.com"_s, u"second"_s, u"pw"_s};
+        QVERIFY(d->isVisible() && !d->isModal() && !QApplication::activeModalWidget());
+        QCOMPARE(rows(d), QStringList{u"NewLogon"_s});  // as typed: only the file is lower-cased
+        const WizardAnswers second{u"Second"_s, u"second@example.com"_s, u"pop.example.com"_s,
+                                   u"smtp.example.com"_s, u"second"_s, u"pw"_s};
         walkWizard(script, second);
         script.start();
-        QTest::mouseClick(d->btnAddNew, Qt::LeftButton);
-        QTest::mouseClick(d->btMnu, Qt::LeftButton, {},
-                          d->btMnu->actionGeometry(d->mnuEmail).center());
+        chooseAddMail(d);
         QVERIFY2(script.finished(), script.report());
         QCOMPARE(rows(d), (QStringList{u"NewLogon"_s, u"second"_s}));
         QCOMPARE(dir.readBytes(MailBoxFileName),
                  accountFile({storedRecord(first), storedRecord(second)}));
+        QTest::mouseClick(d->btnClose, Qt::LeftButton);
+        QVERIFY(!d->isVisible());
+        QCOMPARE(d->AccountCount, 2);  // the object outlives the window
     }
 };
 
