@@ -6,6 +6,8 @@
 #include "store/prompter.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
+#include "ui/accounts/ensuremailbox.h"
+#include "ui/accounts/frmMailBox.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
@@ -617,10 +619,33 @@ void frmMain::Toolbar1_ButtonClick(int index)
 }
 
 void frmMain::AddNewMail_Click() {}       // hook: ComposeMode 1, show frmMailEdit
-void frmMain::mnuRSMail_Click() {}        // hook: send and receive all
 void frmMain::mnuReceiveMail_Click() {}   // hook: receive all
-void frmMain::mnuSendMail_Click() {}      // hook: send all
-void frmMain::T9_Click() {}               // hook: show frmMailBox
+
+// A first-time user has no account yet: the wizard comes first, and
+// cancelling it ends the command.
+void frmMain::mnuRSMail_Click()
+{
+    if (EnsureMailBox())
+        return;
+    // hook: check the Outbox's senders, then send and receive all
+}
+
+void frmMain::mnuSendMail_Click()
+{
+    if (EnsureMailBox())
+        return;
+    // hook: check the Outbox's senders, then send all
+}
+
+// Modeless: the main window stays usable beside the accounts dialog.
+void frmMain::T9_Click()
+{
+    frmMailBox *dialog = forms::MailBox();
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
 void frmMain::H6_Click()
 {
     frmAbout *about = forms::About();
