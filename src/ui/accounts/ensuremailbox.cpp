@@ -14,10 +14,8 @@ bool EnsureMailBox()
 
     frmMailBox *dialog = forms::MailBox();
     dialog->mnuEmail_Click();
-    // Only the wizard's finish sets Changed, but storing the new account
-    // rebuilds the dialog, and the rebuild clears Changed again: a finished
-    // wizard therefore ends the caller's command too, and the user sends
-    // again with the new account in place.
+    // Changed is true only when the wizard was finished and the account
+    // stored; a cancelled wizard leaves it false and ends the command.
     const bool abandon = !dialog->Changed;
     // The window goes; the object and its fields stay for the next opening.
     dialog->close();

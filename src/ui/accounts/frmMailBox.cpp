@@ -289,6 +289,10 @@ void frmMailBox::mnuEmail_Click()
     MailCount scratchCount = 0;
     LoadEmails(FolderFile::Inbox, scratch, scratchCount);
     Form_Load();
+    // The rebuild clears Changed; it is set again so that a caller who ran
+    // this for a first-time user (EnsureMailBox) can tell that the account
+    // now exists and go on with its command.
+    Changed = true;
 }
 
 void frmMailBox::btnDelete_Click()
@@ -303,6 +307,10 @@ void frmMailBox::btnDelete_Click()
     MailCount scratchCount = 0;
     LoadEmails(FolderFile::Inbox, scratch, scratchCount);
     Form_Load();
+    // The rebuild clears Changed; it is set again so that a caller who ran
+    // this for a first-time user (EnsureMailBox) can tell that the account
+    // now exists and go on with its command.
+    Changed = true;
 }
 
 void frmMailBox::btnProperty_Click()
