@@ -3,14 +3,18 @@
 #include "foldernodes.h"
 #include "mainlayout.h"
 #include "store/folders.h"
+#include "store/errors.h"
 #include "store/prompter.h"
+#include "store/state.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
+#include "ui/message/frmMailEdit.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGuiApplication>
@@ -418,6 +422,13 @@ void frmMain::connectHandlers()
     connect(T9, &QAction::triggered, this, &frmMain::T9_Click);
     connect(H6, &QAction::triggered, this, &frmMain::H6_Click);
     connect(Command11, &QPushButton::clicked, this, &frmMain::Command11_Click);
+    // A double-click on unsent mail has set ComposeMode to re-open it.
+    connect(this, &frmMain::mailEditRequested, this, [] {
+        frmMailEdit *edit = forms::MailEdit();
+        edit->show();
+        edit->raise();
+        edit->activateWindow();
+    });
     // The caption shows CTRL+M itself, so the key works through a shortcut
     // of the window rather than one the menu would print a second time.
     auto *ctrlM = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
@@ -565,7 +576,10 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    if (Form_Unload()) {
+    // The program ends with this window, so every other window goes with
+    // it; a compose window whose user keeps an unsent message keeps the
+    // program open as well.
+    if (Form_Unload() && closeOtherWindows()) {
         event->accept();
         m_loaded = false;
     } else {
@@ -587,9 +601,20 @@ bool frmMain::Form_Unload()
     return true;
 }
 
+bool frmMain::closeOtherWindows()
+{
+    bool allClosed = true;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *w : windows) {
+        if (w != this && w->isVisible() && w->isWindow() && !w->inherits("QMenu")) {
+            w->close();
+            allClosed = allClosed && !w->isVisible();
+        }
+    }
+    return allClosed;
+}
+
 // ---- Commands -------------------------------------------------------------
-// The windows these commands open are built separately; until then each
-// command stops at its hook.
 
 void frmMain::Toolbar1_ButtonClick(int index)
 {
@@ -597,17 +622,86 @@ void frmMain::Toolbar1_ButtonClick(int index)
     case tbNewMail:
         AddNewMail_Click();
         break;
+    case tbReply:
+        openCompose(Main::ComposeModes::Reply);
+        break;
+    case tbForward:
+        openCompose(Main::ComposeModes::Forward);
+        break;
+    case tbDelete:
+        Delete_Click();
+        break;
     case tbSendReceive:
         mnuRSMail_Click();
         break;
     default:
-        // Reply, forward and delete act once the message windows exist;
-        // the rest are present for show.
+        // Reply All is shown and enabled like Reply but does nothing, on
+        // purpose; Print and the rest are there for show.
         break;
     }
 }
 
-void frmMain::AddNewMail_Click() {}       // hook: ComposeMode 1, show frmMailEdit
+void frmMain::openCompose(qint16 mode)
+{
+    // Reply and forward quote the message the compose window finds by
+    // CurrentMailId; from the toolbar that is the previewed message.
+    if (mode != Main::ComposeModes::New && SelectedMail >= 0 && SelectedMail < MailCount)
+        CurrentMailId = Mails.at(SelectedMail).id.trimmed();
+    Main::ComposeMode = mode;
+    frmMailEdit *edit = forms::MailEdit();
+    edit->show();
+    edit->raise();
+    edit->activateWindow();
+}
+
+void frmMain::AddNewMail_Click()
+{
+    openCompose(Main::ComposeModes::New);
+}
+
+void frmMain::Delete_Click()
+{
+    if (TreeView1->currentItem() != node(Node::DeletedItems)) {
+        // Into Deleted Items, without a question and without undo.
+        EmailArray source;
+        ::MailCount sourceCount = 0;
+        EmailArray deleted;
+        ::MailCount deletedCount = 0;
+        LoadEmails(CurrentFolder, source, sourceCount);
+        LoadEmails(FolderFile::DeletedItems, deleted, deletedCount);
+        if (SelectedMail < 0 || SelectedMail >= sourceCount)
+            return;
+        if (deletedCount >= MAX_FOLDER_MAILS)
+            throw IndexError(texts::TooManyMails);
+        deleted[deletedCount++] = source[SelectedMail];
+        RemoveEmailAt(source, SelectedMail);
+        --sourceCount;
+        SaveEmails(FolderFile::DeletedItems, deleted, deletedCount);
+        SaveEmails(CurrentFolder, source, sourceCount);
+        refreshlistview(CurrentFolder);
+        ShowUnreadCounts();
+        return;
+    }
+
+    if (!prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
+                            texts::AskDeleteForGood))
+        return;
+    EmailArray deleted;
+    ::MailCount count = 0;
+    LoadEmails(FolderFile::DeletedItems, deleted, count);
+    const ::MailCount held = count;
+    if (SelectedMail >= 0 && SelectedMail < count) {
+        RemoveEmailAt(deleted, SelectedMail);
+        --count;
+        SaveEmails(FolderFile::DeletedItems, deleted, count);
+    }
+    if (held <= 1)
+        toolbarButton(tbDelete)->setEnabled(false);
+    SelectedMail = 0;
+    refreshlistview(FolderFile::DeletedItems);
+    ShowUnreadCounts();
+}
+
 void frmMain::mnuRSMail_Click() {}        // hook: send and receive all
 void frmMain::mnuReceiveMail_Click() {}   // hook: receive all
 void frmMain::mnuSendMail_Click() {}      // hook: send all

@@ -176,6 +176,12 @@ private:
     void T9_Click();
     void H6_Click();
     void Command11_Click();
+    void Delete_Click();
+
+    // Sets ComposeMode and shows the compose window.
+    void openCompose(qint16 mode);
+    // Closes every other window as the program ends; false when one stays.
+    bool closeOtherWindows();
 
     QList<QAction *> m_buttons;  // toolbar buttons, position 1 at 0
     QList<QTreeWidgetItem *> m_nodes;  // tree nodes, index 1 at 0
