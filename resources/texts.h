@@ -262,4 +262,52 @@ inline const QString SendLaterNotice = u"当发送电子邮件时,邮件将首�
 // closes and drops them.
 inline const QString AskDiscardOnClose = u"此邮件尚未发送，也未保存。\r\r是否放弃此邮件并关闭窗口？"_s;
 }  // namespace compose
+
+// ---- Send-and-receive progress dialog --------------------------------------
+namespace sendreceive {
+inline const QString Connecting = u"正在连接服务器..."_s;
+inline const QString Working = u"正在收发信息......请稍候"_s;
+inline const QString Hide = u"隐藏(&H)"_s;
+inline const QString Stop = u"停止(&S)"_s;
+inline const QString Details = u"详细资料(&D) >>"_s;
+}  // namespace sendreceive
+
+// ---- Read window ------------------------------------------------------------
+namespace read {
+inline const QString DateCaption = u"日期:"_s;
+inline const QString AttachmentsCaption = u"附件:"_s;
+// Tool bar (caption, tooltip where it differs).
+inline const QString TbReply = u"答复"_s;
+inline const QString TbReplyTip = u"答复发件人"_s;
+inline const QString TbReplyAll = u"全部答复"_s;
+inline const QString TbForward = u"转发"_s;
+inline const QString TbPrint = u"打印"_s;
+inline const QString TbDelete = u"删除"_s;
+inline const QString TbPrevious = u"上一封"_s;
+inline const QString TbPreviousTip = u"上一封邮件"_s;
+inline const QString TbNext = u"下一封"_s;
+inline const QString TbNextTip = u"下一封邮件"_s;
+inline const QString TbAddressBook = u"通讯簿"_s;
+// Menu bar. The blanks before a shortcut are part of the caption; the
+// shortcut is only shown, like the entries themselves these do nothing.
+inline const QString MenuClose = u"关闭(&C)"_s;
+inline const QString MenuNextMessage = u"下一封(&N)"_s;
+inline const QString MenuPreviousMessage = u"上一封邮件(&P)    CTRL+<"_s;
+inline const QString MenuReply = u"答复发件人(&R)      CTRL+R"_s;
+inline const QString MenuReplyAll = u"全部答复            CTRL+SHIFT+R"_s;
+inline const QString MenuForward = u"转发(&F)"_s;
+// The attachment list's pop-up menu; only Save as acts.
+inline const QString PopupTitle = u"弹出"_s;
+inline const QString PopupOpen = u"打开(&O)"_s;
+inline const QString PopupPrint = u"打印(&P)"_s;
+inline const QString PopupQuickView = u"快速察看(&Q)"_s;
+inline const QString PopupSaveAs = u"另存为(&A)"_s;
+inline const QString PopupAdd = u"添加(&D)"_s;
+inline const QString PopupRemove = u"删除(&M)"_s;
+inline const QString SaveTitle = u"另存为"_s;
+// In the chooser's own "description|pattern|" form, trailing bar included.
+inline const QString SaveFilter = u"All Files(*.*)|*.*|"_s;
+// The whole content of a saved attachment, written quoted with CR LF after.
+inline const QString AttachmentMarker = u"This is Quillpost Text"_s;
+}  // namespace read
 }  // namespace texts

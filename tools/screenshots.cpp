@@ -1,7 +1,9 @@
 // quillpost_screenshots OUTDIR [SUFFIX]
 // Fills a temporary application folder with sample mail, shows the main
 // window and saves the start page, the folder summary and the Inbox with a
-// previewed message as OUTDIR/mainwindow-*SUFFIX.png.
+// previewed message as OUTDIR/mainwindow-*SUFFIX.png, then the read window
+// on a message with an attachment (readwindow) and the send-and-receive
+// dialog half-way through a run (sendreceive).
 
 #include "store/appdir.h"
 #include "store/folders.h"
@@ -12,7 +14,10 @@
 #include "ui/common/fonts.h"
 #include "ui/common/forms.h"
 #include "ui/main/foldernodes.h"
+#include "sendrecv/engine.h"
+#include "sendrecv/frmSendAndReceive.h"
 #include "ui/main/frmMain.h"
+#include "ui/message/frmMailRead.h"
 
 #include <QDir>
 #include <QPixmap>
@@ -117,6 +122,20 @@ int main(int argc, char *argv[])
     clickItem(w->TreeView1, w->node(Node::Inbox));
     clickItem(w->ListView1, w->ListView1->topLevelItem(0));
     ok &= save(w, outDir + u"/mainwindow-inbox"_s + suffix + u".png"_s);
+
+    const QRect first = w->ListView1->visualItemRect(w->ListView1->topLevelItem(0));
+    QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {}, first.center());
+    ok &= save(forms::MailRead(), outDir + u"/readwindow"_s + suffix + u".png"_s);
+    forms::MailRead()->close();
+
+    frmSendAndReceive *run = forms::SendAndReceive();
+    run->SendReceiveMode = SendReceiveModes::ReceiveOnly;
+    run->show();
+    run->Timer2_Timer();
+    for (int tick = 0; tick < 7; ++tick)
+        run->Timer1_Timer();
+    ok &= save(run, outDir + u"/sendreceive"_s + suffix + u".png"_s);
+    run->close();
 
     frmAbout *about = forms::About();
     about->show();

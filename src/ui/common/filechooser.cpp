@@ -1,6 +1,9 @@
 #include "filechooser.h"
 
 #include <QFileDialog>
+#include <QStringList>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 DialogFileChooser dialogs;
@@ -17,16 +20,34 @@ void setFileChooser(FileChooser *c)
     installed = c ? c : &dialogs;
 }
 
+QString dialogFilter(const QString &barFilter)
+{
+    if (!barFilter.contains(u'|'))
+        return barFilter;
+    const QStringList parts = barFilter.split(u'|');
+    QStringList filters;
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        const QString &description = parts.at(i);
+        const QString &pattern = parts.at(i + 1);
+        if (description.isEmpty() && pattern.isEmpty())
+            continue;
+        filters << (description.endsWith(u'(' + pattern + u')')
+                        ? description
+                        : description + u" ("_s + pattern + u')');
+    }
+    return filters.join(u";;"_s);
+}
+
 QString DialogFileChooser::openFileName(QWidget *parent, const QString &title,
                                         const QString &filter)
 {
-    return QFileDialog::getOpenFileName(parent, title, QString(), filter);
+    return QFileDialog::getOpenFileName(parent, title, QString(), dialogFilter(filter));
 }
 
 QString DialogFileChooser::saveFileName(QWidget *parent, const QString &title,
                                         const QString &suggestedName, const QString &filter)
 {
-    return QFileDialog::getSaveFileName(parent, title, suggestedName, filter);
+    return QFileDialog::getSaveFileName(parent, title, suggestedName, dialogFilter(filter));
 }
 
 ScriptedFileChooser::ScriptedFileChooser() : m_previous(&fileChooser())
@@ -46,13 +67,17 @@ QString ScriptedFileChooser::next(const QString &title)
     return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
 }
 
-QString ScriptedFileChooser::openFileName(QWidget *, const QString &title, const QString &)
+QString ScriptedFileChooser::openFileName(QWidget *, const QString &title, const QString &filter)
 {
+    m_lastSuggestedName.clear();
+    m_lastFilter = filter;
     return next(title);
 }
 
-QString ScriptedFileChooser::saveFileName(QWidget *, const QString &title, const QString &,
-                                          const QString &)
+QString ScriptedFileChooser::saveFileName(QWidget *, const QString &title,
+                                          const QString &suggestedName, const QString &filter)
 {
+    m_lastSuggestedName = suggestedName;
+    m_lastFilter = filter;
     return next(title);
 }

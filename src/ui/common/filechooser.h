@@ -6,7 +6,8 @@
 class QWidget;
 
 // The open and save file dialogs, behind a port so that no test ever blocks
-// on a real modal dialog. An empty result means the user cancelled.
+// on a real modal dialog. An empty result means the user cancelled. A
+// filter is written in the windows' own "description|pattern|" form.
 class FileChooser
 {
 public:
@@ -37,6 +38,8 @@ public:
     void answer(const QString &fileName) { m_answers.append(fileName); }
     int asked() const { return m_asked; }
     QString lastTitle() const { return m_lastTitle; }
+    QString lastSuggestedName() const { return m_lastSuggestedName; }
+    QString lastFilter() const { return m_lastFilter; }
 
     QString openFileName(QWidget *parent, const QString &title, const QString &filter) override;
     QString saveFileName(QWidget *parent, const QString &title, const QString &suggestedName,
@@ -48,8 +51,15 @@ private:
     QList<QString> m_answers;
     int m_asked = 0;
     QString m_lastTitle;
+    QString m_lastSuggestedName;
+    QString m_lastFilter;
     FileChooser *m_previous = nullptr;
 };
+
+// A "description|pattern|..." filter in the form Qt's dialogs read:
+// "All Files(*.*)|*.*|" becomes "All Files(*.*)"; a description without
+// its pattern in brackets gets it appended.
+QString dialogFilter(const QString &barFilter);
 
 // The installed chooser; the real dialogs until another is installed.
 FileChooser &fileChooser();

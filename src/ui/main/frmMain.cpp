@@ -9,9 +9,13 @@
 #include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/message/frmMailEdit.h"
+#include "ui/common/accountgate.h"
+#include "sendrecv/engine.h"
+#include "sendrecv/frmSendAndReceive.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
+#include "ui/message/frmMailRead.h"
 
 #include <QAction>
 #include <QApplication>
@@ -422,13 +426,19 @@ void frmMain::connectHandlers()
     connect(T9, &QAction::triggered, this, &frmMain::T9_Click);
     connect(H6, &QAction::triggered, this, &frmMain::H6_Click);
     connect(Command11, &QPushButton::clicked, this, &frmMain::Command11_Click);
-    // A double-click on unsent mail has set ComposeMode to re-open it.
-    connect(this, &frmMain::mailEditRequested, this, [] {
-        frmMailEdit *edit = forms::MailEdit();
-        edit->show();
-        edit->raise();
-        edit->activateWindow();
+    // The read window is modeless; asked again while it is open, it comes
+    // to the front with the message it already shows.
+    connect(this, &frmMain::mailReadRequested, this, [this] {
+        frmMailRead *read = forms::MailRead();
+        // Its reply and forward have set ComposeMode for the compose window.
+        connect(read, &frmMailRead::mailEditRequested, this, &frmMain::showMailEdit,
+                Qt::UniqueConnection);
+        read->show();
+        read->raise();
+        read->activateWindow();
     });
+    // A double-click on unsent mail has set ComposeMode to re-open it.
+    connect(this, &frmMain::mailEditRequested, this, &frmMain::showMailEdit);
     // The caption shows CTRL+M itself, so the key works through a shortcut
     // of the window rather than one the menu would print a second time.
     auto *ctrlM = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
@@ -596,6 +606,14 @@ bool frmMain::Form_Unload()
         && prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
                               texts::AskSendOutboxOnClose)) {
         mnuSendMail_Click();
+        // A run that found a message it may not send never finishes by
+        // itself; it is closed here and the user told why.
+        frmSendAndReceive *run = forms::SendAndReceive();
+        if (run->isVisible() && run->SendFailed) {
+            run->close();
+            prompter().message(Prompter::Icon::Information, texts::NameCheckTitle,
+                               texts::NameCheckFailed);
+        }
     }
     // Nothing is saved here: every change went to the files when it was made.
     return true;
@@ -648,6 +666,11 @@ void frmMain::openCompose(qint16 mode)
     if (mode != Main::ComposeModes::New && SelectedMail >= 0 && SelectedMail < MailCount)
         CurrentMailId = Mails.at(SelectedMail).id.trimmed();
     Main::ComposeMode = mode;
+    showMailEdit();
+}
+
+void frmMain::showMailEdit()
+{
     frmMailEdit *edit = forms::MailEdit();
     edit->show();
     edit->raise();
@@ -702,9 +725,33 @@ void frmMain::Delete_Click()
     ShowUnreadCounts();
 }
 
-void frmMain::mnuRSMail_Click() {}        // hook: send and receive all
-void frmMain::mnuReceiveMail_Click() {}   // hook: receive all
-void frmMain::mnuSendMail_Click() {}      // hook: send all
+void frmMain::startRun(qint16 mode, bool checked)
+{
+    frmSendAndReceive *run = forms::SendAndReceive();
+    run->SendReceiveMode = mode;
+    // A send needs an account, and every Outbox message must name the
+    // first one; receiving alone needs neither.
+    if (checked && (NoAccountToSendFrom() || CheckOutboxAccounts()))
+        return;
+    run->show();
+    run->raise();
+    run->activateWindow();
+}
+
+void frmMain::mnuRSMail_Click()
+{
+    startRun(SendReceiveModes::SendAndReceive, true);
+}
+
+void frmMain::mnuReceiveMail_Click()
+{
+    startRun(SendReceiveModes::ReceiveOnly, false);
+}
+
+void frmMain::mnuSendMail_Click()
+{
+    startRun(SendReceiveModes::SendOnly, true);
+}
 void frmMain::T9_Click() {}               // hook: show frmMailBox
 void frmMain::H6_Click()
 {

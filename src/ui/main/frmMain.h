@@ -69,6 +69,12 @@ public:
     // Recounts the unread mail of the Inbox and Deleted Items and rewrites
     // their node captions.
     void ShowUnreadCounts();
+    // Rewrites the Inbox and Deleted Items captions from InboxUnread and
+    // DeletedUnread as they stand, without recounting.
+    void ShowUnreadCaptions();
+    // A receive run's news: the Inbox's new unread count in its node
+    // caption and in the folder summary's Inbox row.
+    void ShowInboxUnread(qint16 unread);
 
     // Tree node click by node index (1-7); other indices do nothing.
     void NodeClick(int index);
@@ -180,6 +186,11 @@ private:
 
     // Sets ComposeMode and shows the compose window.
     void openCompose(qint16 mode);
+    // Shows the compose window for the ComposeMode already set.
+    void showMailEdit();
+    // Shows the progress dialog for a run of the given mode, after the
+    // account checks when checked.
+    void startRun(qint16 mode, bool checked);
     // Closes every other window as the program ends; false when one stays.
     bool closeOtherWindows();
 

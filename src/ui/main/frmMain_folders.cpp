@@ -85,8 +85,23 @@ void frmMain::ShowUnreadCounts()
 {
     InboxUnread = CountUnread(FolderFile::Inbox);
     DeletedUnread = CountUnread(FolderFile::DeletedItems);
+    ShowUnreadCaptions();
+}
+
+void frmMain::ShowUnreadCaptions()
+{
     setNodeCaption(Node::Inbox, texts::InboxName, InboxUnread);
     setNodeCaption(Node::DeletedItems, texts::DeletedItemsName, DeletedUnread);
+}
+
+void frmMain::ShowInboxUnread(qint16 unread)
+{
+    InboxUnread = unread;
+    ShowUnreadCaptions();
+    // The summary's first row is the Inbox; it exists once start-up has
+    // filled the summary.
+    if (QTreeWidgetItem *row = ListView2->topLevelItem(0))
+        row->setText(1, QString::number(unread));
 }
 
 void frmMain::setPaneHeader(int index)

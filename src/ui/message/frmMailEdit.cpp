@@ -1,6 +1,8 @@
 #include "frmMailEdit.h"
 
 #include "composerules.h"
+#include "sendrecv/engine.h"
+#include "sendrecv/frmSendAndReceive.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
@@ -30,6 +32,7 @@
 #include <QPlainTextEdit>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
 
@@ -543,7 +546,20 @@ void frmMailEdit::mnuMailSend_Click()
 
 void frmMailEdit::runSendOnly()
 {
-    // The send-only run of the progress dialog follows here once it exists.
+    frmSendAndReceive *run = forms::SendAndReceive();
+    run->SendReceiveMode = SendReceiveModes::SendOnly;
+    // A failed send-only run never starts its bar and so never closes
+    // itself; it is closed as soon as it stands, which ends the modal run.
+    QTimer::singleShot(0, run, [run] {
+        if (run->SendFailed)
+            run->close();
+    });
+    run->exec();
+    if (run->SendFailed) {
+        run->close();
+        prompter().message(Prompter::Icon::Information, texts::NameCheckTitle,
+                           texts::NameCheckFailed);
+    }
 }
 
 bool frmMailEdit::storeForSendLater()

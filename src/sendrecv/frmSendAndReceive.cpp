@@ -1,0 +1,178 @@
+#include "frmSendAndReceive.h"
+
+#include "sendrecv/engine.h"
+#include "store/folders.h"
+#include "texts.h"
+#include "ui/common/icons.h"
+#include "ui/common/twips.h"
+#include "ui/main/foldernodes.h"
+#include "ui/main/frmMain.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
+#include <QTimer>
+#include <QTreeWidgetItem>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+template <class W>
+W *named(W *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    return widget;
+}
+
+// Where everything sits, in twips from the dialog's top-left corner. The
+// bar lies over its trough, so both share a left edge and a height.
+constexpr int BarLeft = 840;
+constexpr int BarTop = 600;
+constexpr int BarHeight = 330;
+constexpr int ButtonTop = 1260;
+constexpr int ButtonHeight = 420;
+
+}  // namespace
+
+frmSendAndReceive::frmSendAndReceive(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(u"frmSendAndReceive"_s);
+    setWindowTitle(texts::AppTitle);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+
+    Image1 = named(new QLabel(this), u"Image1"_s);
+    Image1->setPixmap(appIcon(u"mail-send-receive"_s).pixmap(QSize(32, 32)));
+    Image1->setGeometry(twips::toPixels(180, 180, 480, 480));
+
+    Label1 = named(new QLabel(texts::sendreceive::Connecting, this), u"Label1"_s);
+    Label1->setGeometry(twips::toPixels(BarLeft, 180, DesignWidth - BarLeft - 180, 330));
+
+    Text1 = named(new QLineEdit(this), u"Text1"_s);
+    Text1->setReadOnly(true);
+    Text1->setFocusPolicy(Qt::NoFocus);
+    Text1->setGeometry(twips::toPixels(BarLeft, BarTop, 14 * BarStep, BarHeight));
+
+    Text2 = named(new QLineEdit(this), u"Text2"_s);
+    Text2->setReadOnly(true);
+    Text2->setFocusPolicy(Qt::NoFocus);
+    Text2->setFrame(false);
+    Text2->setStyleSheet(u"QLineEdit#Text2 { background: #0a246a; border: none; }"_s);
+    setText2Width(0);
+
+    // The buttons fill the bar's width: hide, stop, details.
+    Command1 = named(new QPushButton(texts::sendreceive::Hide, this), u"Command1"_s);
+    Command2 = named(new QPushButton(texts::sendreceive::Stop, this), u"Command2"_s);
+    Command3 = named(new QPushButton(texts::sendreceive::Details, this), u"Command3"_s);
+    Command1->setGeometry(twips::toPixels(BarLeft, ButtonTop, 1500, ButtonHeight));
+    Command2->setGeometry(twips::toPixels(BarLeft + 1620, ButtonTop, 1500, ButtonHeight));
+    Command3->setGeometry(twips::toPixels(BarLeft + 3240, ButtonTop, 2360, ButtonHeight));
+    for (QPushButton *b : {Command1, Command2, Command3})
+        b->setAutoDefault(false);
+
+    Timer2 = named(new QTimer(this), u"Timer2"_s);
+    Timer2->setInterval(150);
+    Timer1 = named(new QTimer(this), u"Timer1"_s);
+    Timer1->setInterval(5);
+    connect(Timer2, &QTimer::timeout, this, &frmSendAndReceive::Timer2_Timer);
+    connect(Timer1, &QTimer::timeout, this, &frmSendAndReceive::Timer1_Timer);
+
+    setFixedSize(twips::toPixels(DesignWidth), twips::toPixels(DesignHeight));
+}
+
+frmSendAndReceive::~frmSendAndReceive() = default;
+
+void frmSendAndReceive::setText2Width(int tw)
+{
+    m_text2Width = tw;
+    Text2->setGeometry(twips::toPixels(BarLeft, BarTop, tw, BarHeight));
+    Text2->setVisible(tw > 0);
+}
+
+void frmSendAndReceive::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        Form_Load();
+    QDialog::showEvent(event);
+}
+
+void frmSendAndReceive::Form_Load()
+{
+    SendFailed = false;
+    // Each run starts from the dialog's first look, though the object lives on.
+    Timer1->stop();
+    Timer2->stop();
+    Label1->setText(texts::sendreceive::Connecting);
+    setText2Width(0);
+
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect g = screen->geometry();
+        const int left = twips::freeSpaceOffset(int(twips::fromPixels(g.width())), DesignWidth, 2);
+        const int top = twips::freeSpaceOffset(int(twips::fromPixels(g.height())), DesignHeight, 2);
+        move(g.topLeft() + QPoint(twips::toPixels(left), twips::toPixels(top)));
+    }
+
+    // Every file is written here, before the dialog is first painted; the
+    // timers only present the run.
+    const RunResult run = RunSendReceive(SendReceiveMode);
+    SendFailed = run.sendFailed();
+    if (run.receiveRan && run.receive.received > 0)
+        forms::Main()->ShowInboxUnread(run.receive.inboxUnread);
+    // A failed send-only run leaves the dialog standing: its caller reads
+    // SendFailed and unloads it.
+    if (run.barStarts())
+        Timer2->start();
+}
+
+void frmSendAndReceive::Timer2_Timer()
+{
+    // The first phase is a short pause with an empty bar; one tick is all
+    // it takes before the bar starts to grow.
+    setText2Width(0);
+    Timer2->stop();
+    Label1->setText(texts::sendreceive::Working);
+    Timer1->start();
+}
+
+void frmSendAndReceive::Timer1_Timer()
+{
+    if (m_text2Width < BarGrowsBelow)
+        setText2Width(m_text2Width + BarStep);
+    if (m_text2Width < BarFinishesAt)
+        return;
+
+    Timer1->stop();
+    EmailArray inbox;
+    ::MailCount inboxCount = 0;
+    LoadEmails(FolderFile::Inbox, inbox, inboxCount);
+    // Only the folders a run can change are redrawn, and only when shown.
+    // Deleted Items is not among them: a run never touches it.
+    struct Shown
+    {
+        int node;
+        qint16 folder;
+    };
+    static const Shown refreshed[] = {
+        {Node::Inbox, FolderFile::Inbox},
+        {Node::SentItems, FolderFile::SentItems},
+        {Node::Outbox, FolderFile::Outbox},
+        {Node::Drafts, FolderFile::Drafts},
+    };
+    frmMain *main = forms::Main();
+    for (const Shown &s : refreshed) {
+        if (main->node(s.node) && main->node(s.node)->isSelected())
+            main->refreshlistview(s.folder);
+    }
+    close();
+}
+
+void frmSendAndReceive::closeEvent(QCloseEvent *event)
+{
+    Timer1->stop();
+    Timer2->stop();
+    QDialog::closeEvent(event);
+}

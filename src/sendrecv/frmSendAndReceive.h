@@ -1,0 +1,70 @@
+#pragma once
+
+#include "ui/common/forms.h"
+
+#include <QDialog>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTimer;
+
+// The progress dialog of a send-and-receive run. All moving of mail happens
+// while it loads; its two timers then only animate the bar, bring the main
+// window up to date and unload the dialog. It cannot be stopped or hidden:
+// the three buttons are there for show.
+class frmSendAndReceive : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // The dialog's size, in twips; the centring works on these.
+    static constexpr int DesignWidth = 7200;
+    static constexpr int DesignHeight = 2040;
+    // Text2's full width: fourteen steps of 400 twips from nothing.
+    static constexpr int BarStep = 400;
+    static constexpr int BarGrowsBelow = 5400;
+    static constexpr int BarFinishesAt = 5500;
+
+    explicit frmSendAndReceive(QWidget *parent = nullptr);
+    ~frmSendAndReceive() override;
+
+    // Set by the caller before showing: 0 send and receive, 1 receive only,
+    // 2 send only (see SendReceiveModes).
+    qint16 SendReceiveMode = 0;
+    // Whether the send step found a message it may not send; read by the
+    // caller after the run.
+    bool SendFailed = false;
+
+    // Text2's width in twips: the bar's progress. Kept in twips because 400
+    // twips is no whole number of pixels.
+    int Text2Width() const { return m_text2Width; }
+
+    // The two timers' ticks, public so that a run can be stepped through.
+    void Timer2_Timer();
+    void Timer1_Timer();
+
+    QLabel *Label1 = nullptr;
+    QLineEdit *Text1 = nullptr;
+    QLineEdit *Text2 = nullptr;
+    QPushButton *Command1 = nullptr;
+    QPushButton *Command2 = nullptr;
+    QPushButton *Command3 = nullptr;
+    QLabel *Image1 = nullptr;
+    QTimer *Timer1 = nullptr;
+    QTimer *Timer2 = nullptr;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void Form_Load();
+    void setText2Width(int tw);
+
+    int m_text2Width = 0;
+};
+
+namespace forms {
+inline frmSendAndReceive *SendAndReceive() { return instance<frmSendAndReceive>(); }
+}  // namespace forms
