@@ -13,6 +13,7 @@
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
+#include "sendrecv/frmSendAndReceive.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -27,6 +28,7 @@
 #include <QToolBar>
 #include <QTreeWidget>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
@@ -154,6 +156,8 @@ private slots:
     void newMessageStoredExactly();
     void storing_data();
     void storing();
+    void sendNow_data();
+    void sendNow();
     void refusals_data();
     void refusals();
     void attachments();
@@ -374,6 +378,66 @@ void tst_frmMailEdit::storing()
     }
     if (box == u"draft")
         QCOMPARE(Main::ComposeMode, Main::ComposeModes::Reopen);
+}
+
+void tst_frmMailEdit::sendNow_data()
+{
+    QTest::addColumn<int>("folder");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("to");  // typed into To
+    QTest::addColumn<QString>("outbox");  // ids after the run; "new" for a fresh id
+    QTest::addColumn<QString>("sent");
+    QTest::addColumn<QString>("drafts");
+    QTest::addColumn<bool>("nameCheck");
+
+    QTest::newRow("new message: sent at once")
+        << 0 << 1 << u"b@y.com"_s << QString() << u"new"_s << QString() << false;
+    QTest::newRow("re-opened draft leaves Drafts and goes out with its id")
+        << 4 << 0 << QString() << QString() << u"20000000"_s << u"20000001"_s << false;
+    QTest::newRow("forward from Sent Items goes out as a new message")
+        << 2 << 3 << u"b@y.com"_s << QString() << u"20000000|20000001|new"_s << QString()
+        << false;
+    QTest::newRow("re-opened Outbox message replaced in place, then sent")
+        << 1 << 0 << QString() << QString() << u"20000000|20000001"_s << QString() << false;
+    QTest::newRow("To without @: name check box, the message waits in the Outbox")
+        << 0 << 1 << u"nobody"_s << u"new"_s << QString() << QString() << true;
+}
+
+void tst_frmMailEdit::sendNow()
+{
+    QFETCH(int, folder);
+    QFETCH(int, mode);
+    QFETCH(QString, to);
+    QFETCH(bool, nameCheck);
+    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
+    fixtures::writeFolder(*dir, folder, fixtures::mails(2));
+
+    frmMailEdit *e = openCompose(folder, qint16(mode));
+    QTest::keyClicks(e->Text3, to);
+    QTest::keyClicks(e->Text5, u" Now"_s);
+    if (nameCheck) {
+        boxes->expectMessage(Icon::Information, u"检查姓名"_s,
+                             u"未找到匹配项,请检查邮件填写是否有误"_s);
+    }
+    clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
+
+    auto ids = [](int number) {
+        QStringList list;
+        for (const EmailRec &m : stored(number))
+            list << (m.id.startsWith(u"2000000"_s) ? m.id : u"new"_s);
+        return list.join(u'|');
+    };
+    QTEST(ids(FolderFile::Outbox), "outbox");
+    QTEST(ids(FolderFile::SentItems), "sent");
+    QTEST(ids(FolderFile::Drafts), "drafts");
+    QCOMPARE(ids(FolderFile::ServerQueue), nameCheck ? QString()
+             : folder == FolderFile::SentItems ? u"new"_s : ids(FolderFile::SentItems));
+    QVERIFY(!e->isVisible());
+    QVERIFY(!forms::SendAndReceive()->isVisible());
+    // The message typed here went out edited and lower-cased.
+    const QList<EmailRec> out = stored(nameCheck ? FolderFile::Outbox : FolderFile::SentItems);
+    QVERIFY(std::any_of(out.begin(), out.end(),
+                        [](const EmailRec &m) { return m.subject.endsWith(u"now"_s); }));
 }
 
 void tst_frmMailEdit::refusals_data()
