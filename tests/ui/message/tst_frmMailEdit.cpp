@@ -156,8 +156,6 @@ private slots:
     void newMessageStoredExactly();
     void storing_data();
     void storing();
-    void sendNow_data();
-    void sendNow();
     void refusals_data();
     void refusals();
     void attachments();
@@ -305,33 +303,51 @@ void tst_frmMailEdit::storing_data()
 {
     QTest::addColumn<int>("folder");
     QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("box");     // "notice", "draft" or ""
-    QTest::addColumn<QString>("outbox");  // ids after the command; "new" for a fresh id
+    QTest::addColumn<QString>("command");  // send, later or save
+    QTest::addColumn<QString>("to");       // typed after the To already there
+    QTest::addColumn<QString>("box");      // notice, draft, names or none
+    QTest::addColumn<QString>("outbox");   // ids after the command; "new" for a fresh id
+    QTest::addColumn<QString>("sent");
     QTest::addColumn<QString>("drafts");
-    QTest::addColumn<QString>("source");  // the folder opened from
-    QTest::addColumn<QString>("written");  // "folder:index" of the stored record, -1 last
+    QTest::addColumn<QString>("source");   // the folder opened from
     QTest::addColumn<bool>("closes");
 
     // The folder opened from holds 20000000 and 20000001; the first one is
-    // quoted or re-opened.
+    // quoted or re-opened. Sent mail also lands in the queue.
     const QString both = u"20000000|20000001"_s;
+    QTest::newRow("new message sent now goes out at once")
+        << 0 << 1 << u"send"_s << u"b@y.com"_s << QString() << QString() << u"new"_s
+        << QString() << both << true;
+    QTest::newRow("re-opened draft sent now leaves Drafts with its id")
+        << 4 << 0 << u"send"_s << QString() << QString() << QString() << u"20000000"_s
+        << u"20000001"_s << u"20000001"_s << true;
+    QTest::newRow("forward from Sent Items goes out as a new message")
+        << 2 << 3 << u"send"_s << u"b@y.com"_s << QString() << QString()
+        << both + u"|new"_s << QString() << both + u"|new"_s << true;
+    QTest::newRow("re-opened Outbox message replaced in place, then sent")
+        << 1 << 0 << u"send"_s << QString() << QString() << QString() << both << QString()
+        << QString() << true;
+    QTest::newRow("To without @: name check box, the message waits in the Outbox")
+        << 0 << 1 << u"send"_s << u"nobody"_s << u"names"_s << u"new"_s << QString()
+        << QString() << both << true;
     QTest::newRow("draft sent later moves to the Outbox with its id")
-        << 4 << 0 << u"later"_s << u"notice"_s << u"20000000"_s << u"20000001"_s
-        << u"20000001"_s << u"1:0"_s << true;
-    QTest::newRow("new message saved goes to Drafts, the window stays")
-        << 0 << 1 << u"save"_s << u"draft"_s << QString() << u"new"_s << both << u"4:-1"_s
-        << false;
-    QTest::newRow("reply saved goes to Drafts") << 0 << 2 << u"save"_s << u"draft"_s << QString()
-                                                << u"new"_s << both << u"4:-1"_s << false;
-    QTest::newRow("re-opened draft saved replaces itself")
-        << 4 << 0 << u"save"_s << QString() << QString() << both << both << u"4:0"_s << false;
-    QTest::newRow("forward saved overwrites the forwarded message")
-        << 0 << 3 << u"save"_s << QString() << QString() << QString() << both << u"0:0"_s
-        << false;
+        << 4 << 0 << u"later"_s << QString() << u"notice"_s << u"20000000"_s << QString()
+        << u"20000001"_s << u"20000001"_s << true;
     QTest::newRow("reply sent later from the Inbox stores nothing")
-        << 0 << 2 << u"later"_s << QString() << QString() << QString() << both << QString()
-        << false;
+        << 0 << 2 << u"later"_s << QString() << QString() << QString() << QString() << QString()
+        << both << false;
+    QTest::newRow("new message saved goes to Drafts, the window stays")
+        << 0 << 1 << u"save"_s << u"b@y.com"_s << u"draft"_s << QString() << QString()
+        << u"new"_s << both << false;
+    QTest::newRow("reply saved goes to Drafts") << 0 << 2 << u"save"_s << QString() << u"draft"_s
+                                                << QString() << QString() << u"new"_s << both
+                                                << false;
+    QTest::newRow("re-opened draft saved replaces itself")
+        << 4 << 0 << u"save"_s << QString() << QString() << QString() << QString() << both
+        << both << false;
+    QTest::newRow("forward saved overwrites the forwarded message")
+        << 0 << 3 << u"save"_s << u"b@y.com"_s << QString() << QString() << QString()
+        << QString() << both << false;
 }
 
 void tst_frmMailEdit::storing()
@@ -339,14 +355,14 @@ void tst_frmMailEdit::storing()
     QFETCH(int, folder);
     QFETCH(int, mode);
     QFETCH(QString, command);
+    QFETCH(QString, to);
     QFETCH(QString, box);
-    QFETCH(QString, written);
     QFETCH(bool, closes);
     fixtures::writeAccounts(*dir, {u"a@x.com"_s});
     fixtures::writeFolder(*dir, folder, fixtures::mails(2));
 
     frmMailEdit *e = openCompose(folder, qint16(mode));
-    QTest::keyClicks(e->Text3, u"X@y.com"_s);
+    QTest::keyClicks(e->Text3, to);
     QTest::keyClicks(e->Text5, u" Edited"_s);
     if (box == u"notice") {
         boxes->expectMessage(Icon::Information, u"Quillpost Express"_s,
@@ -354,72 +370,14 @@ void tst_frmMailEdit::storing()
     } else if (box == u"draft") {
         boxes->expectMessage(Icon::Information, u"已经保存的邮件"_s,
                              u"该邮件已存储在“草稿”文件夹中。"_s);
-    }
-    (command == u"save" ? e->Save : e->mnuMailSendLate)->trigger();
-
-    auto ids = [](int number) {
-        QStringList list;
-        for (const EmailRec &m : stored(number))
-            list << (m.id.startsWith(u"2000000"_s) ? m.id : u"new"_s);
-        return list.join(u'|');
-    };
-    QTEST(ids(FolderFile::Outbox), "outbox");
-    QTEST(ids(FolderFile::Drafts), "drafts");
-    QTEST(ids(folder), "source");
-    QCOMPARE(e->isVisible(), !closes);
-    if (!written.isEmpty()) {
-        const QList<EmailRec> mails = stored(written.section(u':', 0, 0).toInt());
-        const int at = written.section(u':', 1).toInt();
-        const EmailRec &m = mails.at(at < 0 ? mails.size() - 1 : at);
-        QVERIFY2(m.subject.endsWith(u"edited"_s), qPrintable(m.subject));
-        QVERIFY(m.to.endsWith(u"x@y.com"_s));
-        QCOMPARE(m.datetime, Stamp);
-        QCOMPARE(m.isnew, u"0"_s);
-    }
-    if (box == u"draft")
-        QCOMPARE(Main::ComposeMode, Main::ComposeModes::Reopen);
-}
-
-void tst_frmMailEdit::sendNow_data()
-{
-    QTest::addColumn<int>("folder");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("to");  // typed into To
-    QTest::addColumn<QString>("outbox");  // ids after the run; "new" for a fresh id
-    QTest::addColumn<QString>("sent");
-    QTest::addColumn<QString>("drafts");
-    QTest::addColumn<bool>("nameCheck");
-
-    QTest::newRow("new message: sent at once")
-        << 0 << 1 << u"b@y.com"_s << QString() << u"new"_s << QString() << false;
-    QTest::newRow("re-opened draft leaves Drafts and goes out with its id")
-        << 4 << 0 << QString() << QString() << u"20000000"_s << u"20000001"_s << false;
-    QTest::newRow("forward from Sent Items goes out as a new message")
-        << 2 << 3 << u"b@y.com"_s << QString() << u"20000000|20000001|new"_s << QString()
-        << false;
-    QTest::newRow("re-opened Outbox message replaced in place, then sent")
-        << 1 << 0 << QString() << QString() << u"20000000|20000001"_s << QString() << false;
-    QTest::newRow("To without @: name check box, the message waits in the Outbox")
-        << 0 << 1 << u"nobody"_s << u"new"_s << QString() << QString() << true;
-}
-
-void tst_frmMailEdit::sendNow()
-{
-    QFETCH(int, folder);
-    QFETCH(int, mode);
-    QFETCH(QString, to);
-    QFETCH(bool, nameCheck);
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
-    fixtures::writeFolder(*dir, folder, fixtures::mails(2));
-
-    frmMailEdit *e = openCompose(folder, qint16(mode));
-    QTest::keyClicks(e->Text3, to);
-    QTest::keyClicks(e->Text5, u" Now"_s);
-    if (nameCheck) {
+    } else if (box == u"names") {
         boxes->expectMessage(Icon::Information, u"检查姓名"_s,
                              u"未找到匹配项,请检查邮件填写是否有误"_s);
     }
-    clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
+    if (command == u"send")
+        clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
+    else
+        (command == u"save" ? e->Save : e->mnuMailSendLate)->trigger();
 
     auto ids = [](int number) {
         QStringList list;
@@ -430,14 +388,25 @@ void tst_frmMailEdit::sendNow()
     QTEST(ids(FolderFile::Outbox), "outbox");
     QTEST(ids(FolderFile::SentItems), "sent");
     QTEST(ids(FolderFile::Drafts), "drafts");
-    QCOMPARE(ids(FolderFile::ServerQueue), nameCheck ? QString()
-             : folder == FolderFile::SentItems ? u"new"_s : ids(FolderFile::SentItems));
-    QVERIFY(!e->isVisible());
+    if (folder != FolderFile::Outbox && folder != FolderFile::SentItems
+        && folder != FolderFile::Drafts)
+        QTEST(ids(folder), "source");
+    QCOMPARE(e->isVisible(), !closes);
     QVERIFY(!forms::SendAndReceive()->isVisible());
-    // The message typed here went out edited and lower-cased.
-    const QList<EmailRec> out = stored(nameCheck ? FolderFile::Outbox : FolderFile::SentItems);
-    QVERIFY(std::any_of(out.begin(), out.end(),
-                        [](const EmailRec &m) { return m.subject.endsWith(u"now"_s); }));
+    // What was stored is the edited message, lower-cased and stamped.
+    int edited = 0;
+    for (int f = 0; f < FolderFile::Count; ++f) {
+        for (const EmailRec &m : stored(f)) {
+            if (m.subject.endsWith(u"edited"_s)) {
+                ++edited;
+                QCOMPARE(m.datetime, Stamp);
+            }
+        }
+    }
+    const bool sentOut = command == u"send" && box.isEmpty();
+    QCOMPARE(edited, (command == u"later" && box.isEmpty()) ? 0 : sentOut ? 2 : 1);
+    if (box == u"draft")
+        QCOMPARE(Main::ComposeMode, Main::ComposeModes::Reopen);
 }
 
 void tst_frmMailEdit::refusals_data()
