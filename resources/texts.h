@@ -310,4 +310,97 @@ inline const QString SaveFilter = u"All Files(*.*)|*.*|"_s;
 // The whole content of a saved attachment, written quoted with CR LF after.
 inline const QString AttachmentMarker = u"This is Quillpost Text"_s;
 }  // namespace read
+
+// ---- Accounts ---------------------------------------------------------------
+namespace accounts {
+// The accounts dialog.
+inline const QString Caption = u"Internet 账号"_s;
+inline const QString TabAll = u"全部"_s;
+inline const QString TabMail = u"邮件"_s;
+inline const QString TabNews = u"新闻"_s;
+inline const QString TabDirectory = u"目录服务"_s;
+inline const QString ColumnAccount = u"账号"_s;
+inline const QString ColumnType = u"类型"_s;
+inline const QString ColumnConnection = u"连接"_s;
+inline const QString RowTypeMail = u"邮件"_s;
+inline const QString RowAnyConnection = u"任何可用连接"_s;
+inline const QString AddPicture = u"添加"_s;  // drawn into the add button's picture
+inline const QString Remove = u"删除(&R)"_s;
+inline const QString Properties = u"属性(&P)"_s;
+inline const QString SetDefault = u"设为默认值(&D)"_s;
+inline const QString Import = u"导入(&I)..."_s;
+inline const QString Export = u"导出(&E)..."_s;
+inline const QString SetOrder = u"设置顺序(&S)..."_s;
+inline const QString Close = u"关闭"_s;
+inline const QString AddMenu = u"按钮菜单"_s;
+inline const QString AddMail = u"邮件(&M)..."_s;
+inline const QString AddNews = u"新闻(&N)..."_s;
+inline const QString AddDirectory = u"目录服务(&D)..."_s;
+inline const QString AskDeleteAccount = u"您确信要删除'%1'账号吗?"_s;  // %1: logon name
+
+// The new-account wizard, all five pages.
+inline const QString WizardCaption = u"Internet 连接向导"_s;
+inline const QString Back = u"< 上一步(&B)"_s;
+inline const QString Next = u"下一步(&N) >"_s;
+inline const QString Cancel = u"取消"_s;
+inline const QString Finish = u"完成"_s;
+inline const QString AskQuitWizard = u"新的 Internet 账号尚未创建。\r\r您确信要退出向导吗?"_s;
+inline const QString NameIntro =
+    u"当您发送电子邮件时，你的姓名将出现在外发邮件的“发件人”字段。键入您想显示的名称。"_s;
+inline const QString NameLabel = u"显示姓名(&D) :"_s;
+inline const QString NameExample = u"例如: John Smith"_s;
+inline const QString AddressIntro = u"您的电子邮件地址是别人给您发送电子邮件的地址。"_s;
+inline const QString UseExistingAddress = u"我想使用一个已有的电子邮件地址(&A)"_s;
+inline const QString AddressLabel = u"电子邮件地址(&E) :"_s;
+inline const QString AddressExample = u"例如: xiaoli@quillmail.example"_s;
+inline const QString SignUpNewAccount = u"我想申请一个新的账号(&S) :"_s;
+inline const QString SignUpService = u"Tessamail"_s;
+inline const QString IncomingKindLabel = u"我的邮件接收服务器是(&S)"_s;
+inline const QString ServerKinds[] = {u"POP3"_s, u"IMAP"_s, u"HTTP"_s};
+inline const QString ServerSuffix = u"服务器。"_s;
+inline const QString IncomingLabel = u"接收邮件 (POP3, IMAP 或 HTTP) 服务器。"_s;
+inline const QString OutgoingIntro = u"SMTP 服务器是您用来发送邮件的服务器。"_s;
+inline const QString OutgoingLabel = u"外发邮件服务器(SMTP)(&O):"_s;
+inline const QString LogonIntro = u"键入 Internet 服务提供商给您的账号名称和密码。"_s;
+inline const QString LogonNameLabel = u"账号名(&A):"_s;
+inline const QString PasswordLabel = u"密码(&P):"_s;
+inline const QString RememberPassword = u"记住密码"_s;
+inline const QString UseSpa = u"使用安全密码验证登录(SPA)(&S)"_s;
+inline const QString SpaNote =
+    u"如果 Internet 服务供应商要求您使用“安全密码验证 (SPA)”来访问电子邮件账号，请选择“使用安全密码验证登录”选项。"_s;
+inline const QString DoneIntro = u"您已成功地输入了设置账号所需的所有信息。"_s;
+inline const QString DoneHint = u"要保存这些设置，单击“完成”。"_s;
+
+// The properties dialog.
+inline const QString PropCaption = u"邮件属性"_s;
+inline const QString TabGeneral = u"常规"_s;
+inline const QString TabServers = u"服务器"_s;
+inline const QString TabConnection = u"连接"_s;
+inline const QString TabSecurity = u"安全"_s;
+inline const QString TabAdvanced = u"高级"_s;
+inline const QString MailAccount = u"邮件账号"_s;
+inline const QString AccountLabelHint =
+    u"请键入您想用来指代这些服务器的名称。例如：\"Work\" 或 \"Veltronix Mail Server\"。"_s;
+inline const QString UserInformation = u"用户信息"_s;
+inline const QString PropName = u"名称(&N):"_s;
+inline const QString PropOrganization = u"单位(&O):"_s;
+inline const QString PropAddress = u"电子邮件地址(&M):"_s;
+inline const QString PropReplyAddress = u"回复地址(&Y):"_s;
+inline const QString IncludeAccount = u"接收邮件或同步时包含此账号(&I)"_s;
+inline const QString ServerInformation = u"服务器信息"_s;
+inline const QString PropIncomingKindLabel = u"我的邮件接收服务器是(&M)"_s;
+inline const QString PropIncomingKind = u" POP3"_s;  // the leading blank is part of it
+inline const QString PropIncoming = u"接收邮件(POP3)(&I):"_s;
+inline const QString PropOutgoing = u"外发邮件(SMTP)(&U):"_s;
+inline const QString IncomingServerHeading = u"接收邮件服务器"_s;
+inline const QString PropLogonName = u"账号名(&C):"_s;
+inline const QString PropPassword = u"密码(&P):"_s;
+inline const QString PropRememberPassword = u"记住密码(&W)"_s;
+inline const QString PropUseSpa = u"使用安全密码验证登录(&S)"_s;
+inline const QString OutgoingServerHeading = u"外发邮件服务器"_s;
+inline const QString ServerNeedsLogon = u"我的服务器要求身份验证(&V)"_s;
+inline const QString ServerSettings = u"设置(&E)..."_s;
+inline const QString Ok = u"确定"_s;
+inline const QString Apply = u"应用"_s;
+}  // namespace accounts
 }  // namespace texts

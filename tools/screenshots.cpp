@@ -2,14 +2,19 @@
 // Fills a temporary application folder with sample mail, shows the main
 // window and saves the start page, the folder summary and the Inbox with a
 // previewed message as OUTDIR/mainwindow-*SUFFIX.png, then the read window
-// on a message with an attachment (readwindow) and the send-and-receive
-// dialog half-way through a run (sendreceive).
+// on a message with an attachment (readwindow), the send-and-receive
+// dialog half-way through a run (sendreceive), the about box (about), the
+// accounts dialog, the wizard's address page and the account properties
+// (accounts-*).
 
 #include "store/appdir.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/state.h"
 #include "ui/about/frmAbout.h"
+#include "ui/accounts/frmMailBox.h"
+#include "ui/accounts/frmMailBoxProp.h"
+#include "ui/accounts/frmMainBoxAdd2.h"
 #include "ui/common/application.h"
 #include "ui/common/fonts.h"
 #include "ui/common/forms.h"
@@ -21,6 +26,8 @@
 #include "ui/message/frmMailRead.h"
 
 #include <QDir>
+#include <QLineEdit>
+#include <QTabBar>
 #include <QPlainTextEdit>
 #include <QPixmap>
 #include <QTemporaryDir>
@@ -151,6 +158,27 @@ int main(int argc, char *argv[])
     frmAbout *about = forms::About();
     about->show();
     ok &= save(about, outDir + u"/about"_s + suffix + u".png"_s);
+
+    frmMailBox *accounts = forms::MailBox();
+    accounts->show();
+    clickItem(accounts->ListView1, accounts->ListView1->topLevelItem(1));
+    ok &= save(accounts, outDir + u"/accounts-dialog"_s + suffix + u".png"_s);
+
+    // The wizard's pages are modal in use; shown modeless here, one at a time.
+    frmMainBoxAdd2 *page = forms::MainBoxAdd2();
+    page->show();
+    QTest::keyClicks(page->Text1, u"lina@example.com"_s);
+    ok &= save(page, outDir + u"/accounts-wizard-address"_s + suffix + u".png"_s);
+    page->hide();
+
+    frmMailBoxProp *prop = forms::MailBoxProp();
+    accounts->EditRec = {u"李娜"_s, u"lina@example.com"_s, u"pop.example.com"_s,
+                         u"smtp.example.com"_s, u"lina"_s, u"secret"_s};
+    prop->show();
+    ok &= save(prop, outDir + u"/accounts-properties"_s + suffix + u".png"_s);
+    prop->TabStrip1->setCurrentIndex(1);
+    ok &= save(prop, outDir + u"/accounts-properties-servers"_s + suffix + u".png"_s);
+    prop->hide();
 
     forms::destroyAll();
     return ok ? 0 : 1;

@@ -1,13 +1,10 @@
 #include "accountgate.h"
 
-#include "store/mailboxes.h"
+#include "ui/accounts/ensuremailbox.h"
 
 bool NoAccountToSendFrom()
 {
-    // Until the accounts dialog can offer to set one up, an empty account
-    // file simply abandons the command.
-    MailBoxArray accounts;
-    MailCount count = 0;
-    LoadMailBoxes(accounts, count);
-    return count == 0;
+    // With no account on file the user is led through the new-account
+    // wizard; the command is abandoned either way.
+    return EnsureMailBox();
 }

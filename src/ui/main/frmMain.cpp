@@ -12,6 +12,7 @@
 #include "ui/common/accountgate.h"
 #include "sendrecv/engine.h"
 #include "sendrecv/frmSendAndReceive.h"
+#include "ui/accounts/frmMailBox.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
@@ -752,7 +753,16 @@ void frmMain::mnuSendMail_Click()
 {
     startRun(SendReceiveModes::SendOnly, true);
 }
-void frmMain::T9_Click() {}               // hook: show frmMailBox
+
+// Modeless: the main window stays usable beside the accounts dialog.
+void frmMain::T9_Click()
+{
+    frmMailBox *dialog = forms::MailBox();
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
 void frmMain::H6_Click()
 {
     frmAbout *about = forms::About();

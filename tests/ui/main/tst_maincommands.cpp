@@ -253,8 +253,6 @@ void tst_MainCommands::sendAndReceive_data()
         << u"2|1"_s;
     QTest::newRow("send from the drop-down")
         << u"drop 2"_s << true << u"a@x.com"_s << true << QString() << QString() << u"2|1"_s;
-    QTest::newRow("no account: no run")
-        << u"mnuRSMail"_s << false << u"a@x.com"_s << false << u"1"_s << QString() << u"2"_s;
     QTest::newRow("Outbox mail of no account: warned, no run")
         << u"mnuSendMail"_s << true << u"z@z.com"_s << false << u"1"_s << QString() << u"2"_s;
 }

@@ -422,8 +422,6 @@ void tst_frmMailEdit::refusals_data()
     QTest::newRow("send with empty To") << true << 1 << QString() << u"send"_s << noRecipient;
     QTest::newRow("send tests To before From") << false << 1 << QString() << u"send"_s
                                                 << noRecipient;
-    QTest::newRow("send with no account at all stops quietly")
-        << false << 1 << u"b@y.com"_s << u"send"_s << QString();
     QTest::newRow("send later with empty To") << true << 1 << QString() << u"later"_s
                                               << noRecipient;
     QTest::newRow("send later with empty From") << false << 1 << u"b@y.com"_s << u"later"_s

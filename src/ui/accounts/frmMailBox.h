@@ -1,0 +1,89 @@
+#pragma once
+
+#include "store/records.h"
+#include "ui/common/forms.h"
+
+#include <QDialog>
+
+class QAction;
+class QMenu;
+class QPushButton;
+class QTabBar;
+class QTreeWidget;
+
+// The "Internet 账号" dialog: lists the accounts, starts the new-account
+// wizard, deletes an account and opens its properties. It keeps its own copy
+// of the account table and writes the whole file after every change. The
+// wizard pages and the properties dialog talk back through its public fields.
+class frmMailBox : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmMailBox(QWidget *parent = nullptr);
+
+    // The account handed to the properties dialog.
+    struct EditRecord
+    {
+        QString name;
+        QString address;
+        QString pop;
+        QString smtp;
+        QString username;
+        QString userpassword;
+    };
+
+    // Public fields; they belong to the object, not to the window on screen,
+    // so a later opening in the same run sees the same values.
+    qint32 AccountCount = 0;      // used slots of Accounts
+    float SelectedIndex = 0;      // zero-based slot of the row last clicked
+    QString SelectedName;         // that row's text, the account's logon name
+    bool Changed = false;         // set by the wizard's finish and the properties' OK/Apply
+    EditRecord EditRec;
+
+    QTabBar *TabStrip1 = nullptr;
+    QTreeWidget *ListView1 = nullptr;
+    QPushButton *btnAddNew = nullptr;
+    QPushButton *btnDelete = nullptr;
+    QPushButton *btnProperty = nullptr;
+    QPushButton *Command[4] = {};
+    QPushButton *btnClose = nullptr;
+    QMenu *btMnu = nullptr;
+    QAction *mnuEmail = nullptr;
+    QAction *mnuNew = nullptr;
+    QAction *mnudir = nullptr;
+
+    // Where the add menu pops up: the add button's top-right corner.
+    static constexpr QPoint MenuAnchor{438, 16};
+
+    // The dialog's start-up; it also runs whenever the dialog rebuilds itself.
+    void Form_Load();
+    // Runs the whole new-account wizard and stores the account when it was
+    // finished. Also the entry point of EnsureMailBox.
+    void mnuEmail_Click();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void ListView1_MouseDown(const QPoint &pos);
+    void ListView1_Click();
+    void ListView1_DblClick();
+    void TabStrip1_Click();
+    void btnAddNew_Click();
+    void btnDelete_Click();
+    void btnProperty_Click();
+    void btnClose_Click();
+    void placeOnScreen();
+
+    float MouseX = 0;
+    float MouseY = 0;
+    MailBoxArray Accounts;
+    MailBoxRec NewRec;
+    bool m_clickPending = false;  // a press in the list awaits its release
+};
+
+namespace forms {
+inline frmMailBox *MailBox() { return instance<frmMailBox>(); }
+}  // namespace forms
