@@ -54,6 +54,11 @@ inline const QString WorkingOnline = u"正在联机工作"_s;
 inline const QString StartPageWelcome = u"欢迎使用 Quillpost Express"_s;
 inline const QString StartPageHint = u"在左侧的文件夹列表中选择一个文件夹，即可查看其中的邮件。"_s;
 inline const QString AskSendOutboxOnClose = u"“发件箱”中还有未发的邮件。是否现在发送？"_s;
+inline const QString AskDeleteForGood = u"你确实要彻底删除这些邮件吗?"_s;
+// After a send run that found a message it may not send; the main window's
+// closing and the compose window's send both show it.
+inline const QString NameCheckTitle = u"检查姓名"_s;
+inline const QString NameCheckFailed = u"未找到匹配项,请检查邮件填写是否有误"_s;
 
 // ---- Main window: toolbar (caption, tooltip) ----------------------------
 inline const QString TbNewMail = u"新邮件"_s;
@@ -185,6 +190,78 @@ inline constexpr Component Components[] = {
 // Before a send: an Outbox message names the first account neither as
 // sender nor as recipient.
 inline const QString OutboxWithoutAccount = u"发件箱中的部分邮件没有指定账号,请检查。"_s;
+
+// ---- Compose window -------------------------------------------------------
+namespace compose {
+inline const QString Caption = u"新邮件"_s;
+inline const QString FromLabel = u"发件人:"_s;
+inline const QString ToLabel = u"收件人:"_s;
+inline const QString CcLabel = u"抄送:"_s;
+inline const QString SubjectLabel = u"主题:"_s;
+inline const QString AttachmentsLabel = u"附件:"_s;
+// Menu bar; only the named entries of the window act.
+inline const QString MenuFile = u"文件(&F)"_s;
+inline const QString MenuNew = u"新建(&N)"_s;
+inline const QString MenuSend = u"发送邮件(&M)"_s;
+inline const QString MenuSendLater = u"以后发送(&N)"_s;
+// The blanks before the shortcut are part of the caption; CTRL+S works.
+inline const QString MenuSave = u"保存(&S)             CTRL+S"_s;
+inline const QString MenuSaveAs = u"另存为(&A)..."_s;
+inline const QString MenuProperties = u"属性(&R)"_s;
+inline const QString MenuEdit = u"编辑(&E)"_s;
+inline const QString MenuUndo = u"撤消(&U)"_s;
+inline const QString MenuCut = u"剪切(&T)"_s;
+inline const QString MenuCopy = u"复制(&C)"_s;
+inline const QString MenuPaste = u"粘贴(&P)"_s;
+inline const QString MenuSelectAll = u"全选(&A)"_s;
+inline const QString MenuFind = u"查找(&F)..."_s;
+inline const QString MenuView = u"查看(&V)"_s;
+inline const QString MenuAllHeaders = u"所有邮件头(&A)"_s;
+inline const QString MenuToolbar = u"工具栏(&T)"_s;
+inline const QString MenuStatusBar = u"状态栏(&B)"_s;
+inline const QString MenuInsert = u"插入(&I)"_s;
+inline const QString MenuInsertAttachment = u"文本附件(&A)"_s;
+inline const QString MenuInsertPicture = u"图片(&P)..."_s;
+inline const QString MenuInsertSignature = u"签名(&S)"_s;
+inline const QString MenuFormat = u"格式(&O)"_s;
+inline const QString MenuFont = u"字体(&F)..."_s;
+inline const QString MenuParagraph = u"段落(&P)..."_s;
+inline const QString MenuPlainText = u"纯文本(&X)"_s;
+inline const QString MenuTools = u"工具(&T)"_s;
+inline const QString MenuSpelling = u"拼写检查(&S)..."_s;
+inline const QString MenuCheckNames = u"检查姓名(&K)"_s;
+inline const QString MenuSelectRecipients = u"选择收件人(&L)..."_s;
+inline const QString MenuMessage = u"邮件(&M)"_s;
+inline const QString MenuPriority = u"设置优先级(&P)"_s;
+inline const QString MenuFlag = u"标记邮件(&G)"_s;
+inline const QString MenuHelp = u"帮助(&H)"_s;
+inline const QString MenuContents = u"内容和索引(&C)"_s;
+inline const QString PopupDelete = u"删除"_s;
+// Tool bar (caption and tooltip); only Send and Attach act.
+inline const QString TbSend = u"发送"_s;
+inline const QString TbPrint = u"打印"_s;
+inline const QString TbFind = u"查找"_s;
+inline const QString TbCheckNames = u"检查"_s;
+inline const QString TbEncoding = u"编码"_s;
+inline const QString TbAddressBook = u"通讯簿"_s;
+inline const QString TbAttach = u"附加"_s;
+// The attachment chooser, in the chooser's "description|pattern" form.
+inline const QString AttachTitle = u"插入附件"_s;
+inline const QString AttachFilter = u"All Files (*.*)|*.*"_s;
+// Boxes. CR CR parts a headline from its reason.
+inline const QString CannotSendNoRecipient = u"无法发送邮件。\r\r必须为邮件指定收件人。"_s;
+inline const QString CannotSaveNoSender = u"无法保存邮件。\r\r必须为邮件指定发件人。"_s;
+inline const QString NoAccountYet = u"还未添加账号,请先设置账号!"_s;
+inline const QString DraftSavedTitle = u"已经保存的邮件"_s;
+inline const QString DraftSaved = u"该邮件已存储在“草稿”文件夹中。"_s;
+// One sentence broken over three lines by single CRs.
+inline const QString SendLaterNotice = u"当发送电子邮件时,邮件将首先放置在“发件箱”\r"
+                                       u"文件夹中,并在下次使用“发送和接收”命令时发\r"
+                                       u"送出去。"_s;
+// Closing the window with changes that were neither sent nor saved; Yes
+// closes and drops them.
+inline const QString AskDiscardOnClose = u"此邮件尚未发送，也未保存。\r\r是否放弃此邮件并关闭窗口？"_s;
+}  // namespace compose
 
 // ---- Send-and-receive progress dialog --------------------------------------
 namespace sendreceive {

@@ -22,11 +22,13 @@
 #include "sendrecv/engine.h"
 #include "sendrecv/frmSendAndReceive.h"
 #include "ui/main/frmMain.h"
+#include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
 
 #include <QDir>
 #include <QLineEdit>
 #include <QTabBar>
+#include <QPlainTextEdit>
 #include <QPixmap>
 #include <QTemporaryDir>
 #include <QTest>
@@ -134,6 +136,15 @@ int main(int argc, char *argv[])
     QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {}, first.center());
     ok &= save(forms::MailRead(), outDir + u"/readwindow"_s + suffix + u".png"_s);
     forms::MailRead()->close();
+
+    // A reply to the same message, with its quoted block under a first line.
+    Main::ComposeMode = Main::ComposeModes::Reply;
+    frmMailEdit *reply = forms::MailEdit();
+    reply->show();
+    reply->Text1->moveCursor(QTextCursor::Start);
+    reply->Text1->insertPlainText(u"李娜：\n好的，我会准备好进度报告。"_s);
+    ok &= save(reply, outDir + u"/compose-reply"_s + suffix + u".png"_s);
+    reply->hide();
 
     frmSendAndReceive *run = forms::SendAndReceive();
     run->SendReceiveMode = SendReceiveModes::ReceiveOnly;

@@ -3,10 +3,15 @@
 #include "foldernodes.h"
 #include "mainlayout.h"
 #include "store/folders.h"
+#include "store/errors.h"
 #include "store/prompter.h"
+#include "store/state.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
-#include "ui/accounts/ensuremailbox.h"
+#include "ui/message/frmMailEdit.h"
+#include "ui/common/accountgate.h"
+#include "sendrecv/engine.h"
+#include "sendrecv/frmSendAndReceive.h"
 #include "ui/accounts/frmMailBox.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
@@ -14,6 +19,7 @@
 #include "ui/message/frmMailRead.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGuiApplication>
@@ -423,12 +429,17 @@ void frmMain::connectHandlers()
     connect(Command11, &QPushButton::clicked, this, &frmMain::Command11_Click);
     // The read window is modeless; asked again while it is open, it comes
     // to the front with the message it already shows.
-    connect(this, &frmMain::mailReadRequested, this, [] {
+    connect(this, &frmMain::mailReadRequested, this, [this] {
         frmMailRead *read = forms::MailRead();
+        // Its reply and forward have set ComposeMode for the compose window.
+        connect(read, &frmMailRead::mailEditRequested, this, &frmMain::showMailEdit,
+                Qt::UniqueConnection);
         read->show();
         read->raise();
         read->activateWindow();
     });
+    // A double-click on unsent mail has set ComposeMode to re-open it.
+    connect(this, &frmMain::mailEditRequested, this, &frmMain::showMailEdit);
     // The caption shows CTRL+M itself, so the key works through a shortcut
     // of the window rather than one the menu would print a second time.
     auto *ctrlM = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
@@ -576,7 +587,10 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    if (Form_Unload()) {
+    // The program ends with this window, so every other window goes with
+    // it; a compose window whose user keeps an unsent message keeps the
+    // program open as well.
+    if (Form_Unload() && closeOtherWindows()) {
         event->accept();
         m_loaded = false;
     } else {
@@ -593,14 +607,33 @@ bool frmMain::Form_Unload()
         && prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
                               texts::AskSendOutboxOnClose)) {
         mnuSendMail_Click();
+        // A run that found a message it may not send never finishes by
+        // itself; it is closed here and the user told why.
+        frmSendAndReceive *run = forms::SendAndReceive();
+        if (run->isVisible() && run->SendFailed) {
+            run->close();
+            prompter().message(Prompter::Icon::Information, texts::NameCheckTitle,
+                               texts::NameCheckFailed);
+        }
     }
     // Nothing is saved here: every change went to the files when it was made.
     return true;
 }
 
+bool frmMain::closeOtherWindows()
+{
+    bool allClosed = true;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *w : windows) {
+        if (w != this && w->isVisible() && w->isWindow() && !w->inherits("QMenu")) {
+            w->close();
+            allClosed = allClosed && !w->isVisible();
+        }
+    }
+    return allClosed;
+}
+
 // ---- Commands -------------------------------------------------------------
-// The windows these commands open are built separately; until then each
-// command stops at its hook.
 
 void frmMain::Toolbar1_ButtonClick(int index)
 {
@@ -608,33 +641,117 @@ void frmMain::Toolbar1_ButtonClick(int index)
     case tbNewMail:
         AddNewMail_Click();
         break;
+    case tbReply:
+        openCompose(Main::ComposeModes::Reply);
+        break;
+    case tbForward:
+        openCompose(Main::ComposeModes::Forward);
+        break;
+    case tbDelete:
+        Delete_Click();
+        break;
     case tbSendReceive:
         mnuRSMail_Click();
         break;
     default:
-        // Reply, forward and delete act once the message windows exist;
-        // the rest are present for show.
+        // Reply All is shown and enabled like Reply but does nothing, on
+        // purpose; Print and the rest are there for show.
         break;
     }
 }
 
-void frmMain::AddNewMail_Click() {}       // hook: ComposeMode 1, show frmMailEdit
-void frmMain::mnuReceiveMail_Click() {}   // hook: receive all
+void frmMain::openCompose(qint16 mode)
+{
+    // Reply and forward quote the message the compose window finds by
+    // CurrentMailId; from the toolbar that is the previewed message.
+    if (mode != Main::ComposeModes::New && SelectedMail >= 0 && SelectedMail < MailCount)
+        CurrentMailId = Mails.at(SelectedMail).id.trimmed();
+    Main::ComposeMode = mode;
+    showMailEdit();
+}
 
-// A first-time user has no account yet: the wizard comes first, and
-// cancelling it ends the command.
+void frmMain::showMailEdit()
+{
+    frmMailEdit *edit = forms::MailEdit();
+    edit->show();
+    edit->raise();
+    edit->activateWindow();
+}
+
+void frmMain::AddNewMail_Click()
+{
+    openCompose(Main::ComposeModes::New);
+}
+
+void frmMain::Delete_Click()
+{
+    if (TreeView1->currentItem() != node(Node::DeletedItems)) {
+        // Into Deleted Items, without a question and without undo.
+        EmailArray source;
+        ::MailCount sourceCount = 0;
+        EmailArray deleted;
+        ::MailCount deletedCount = 0;
+        LoadEmails(CurrentFolder, source, sourceCount);
+        LoadEmails(FolderFile::DeletedItems, deleted, deletedCount);
+        if (SelectedMail < 0 || SelectedMail >= sourceCount)
+            return;
+        if (deletedCount >= MAX_FOLDER_MAILS)
+            throw IndexError(texts::TooManyMails);
+        deleted[deletedCount++] = source[SelectedMail];
+        RemoveEmailAt(source, SelectedMail);
+        --sourceCount;
+        SaveEmails(FolderFile::DeletedItems, deleted, deletedCount);
+        SaveEmails(CurrentFolder, source, sourceCount);
+        refreshlistview(CurrentFolder);
+        ShowUnreadCounts();
+        return;
+    }
+
+    if (!prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
+                            texts::AskDeleteForGood))
+        return;
+    EmailArray deleted;
+    ::MailCount count = 0;
+    LoadEmails(FolderFile::DeletedItems, deleted, count);
+    const ::MailCount held = count;
+    if (SelectedMail >= 0 && SelectedMail < count) {
+        RemoveEmailAt(deleted, SelectedMail);
+        --count;
+        SaveEmails(FolderFile::DeletedItems, deleted, count);
+    }
+    if (held <= 1)
+        toolbarButton(tbDelete)->setEnabled(false);
+    SelectedMail = 0;
+    refreshlistview(FolderFile::DeletedItems);
+    ShowUnreadCounts();
+}
+
+void frmMain::startRun(qint16 mode, bool checked)
+{
+    frmSendAndReceive *run = forms::SendAndReceive();
+    run->SendReceiveMode = mode;
+    // A send needs an account, and every Outbox message must name the
+    // first one; receiving alone needs neither.
+    if (checked && (NoAccountToSendFrom() || CheckOutboxAccounts()))
+        return;
+    run->show();
+    run->raise();
+    run->activateWindow();
+}
+
 void frmMain::mnuRSMail_Click()
 {
-    if (EnsureMailBox())
-        return;
-    // hook: check the Outbox's senders, then send and receive all
+    startRun(SendReceiveModes::SendAndReceive, true);
+}
+
+void frmMain::mnuReceiveMail_Click()
+{
+    startRun(SendReceiveModes::ReceiveOnly, false);
 }
 
 void frmMain::mnuSendMail_Click()
 {
-    if (EnsureMailBox())
-        return;
-    // hook: check the Outbox's senders, then send all
+    startRun(SendReceiveModes::SendOnly, true);
 }
 
 // Modeless: the main window stays usable beside the accounts dialog.

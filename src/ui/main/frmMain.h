@@ -182,6 +182,17 @@ private:
     void T9_Click();
     void H6_Click();
     void Command11_Click();
+    void Delete_Click();
+
+    // Sets ComposeMode and shows the compose window.
+    void openCompose(qint16 mode);
+    // Shows the compose window for the ComposeMode already set.
+    void showMailEdit();
+    // Shows the progress dialog for a run of the given mode, after the
+    // account checks when checked.
+    void startRun(qint16 mode, bool checked);
+    // Closes every other window as the program ends; false when one stays.
+    bool closeOtherWindows();
 
     QList<QAction *> m_buttons;  // toolbar buttons, position 1 at 0
     QList<QTreeWidgetItem *> m_nodes;  // tree nodes, index 1 at 0

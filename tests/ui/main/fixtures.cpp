@@ -6,7 +6,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace fixtures {
 
-void writeFolder(const testsupport::DataDir &dir, int folder, const QList<Mail> &mails)
+QByteArray folderBytes(const QList<Mail> &mails)
 {
     QStringList lines = {u"[email]"_s, u"number="_s + QString::number(mails.size()), QString()};
     for (int k = 1; k <= mails.size(); ++k) {
@@ -16,7 +16,12 @@ void writeFolder(const testsupport::DataDir &dir, int folder, const QList<Mail> 
               << u"content="_s + m.content << u"datetime="_s + m.datetime
               << u"attachment="_s + m.attachment << u"isnew="_s + m.isnew << QString();
     }
-    dir.writeLines(FolderFile::fileName(folder), lines);
+    return testsupport::crlfLines(lines);
+}
+
+void writeFolder(const testsupport::DataDir &dir, int folder, const QList<Mail> &mails)
+{
+    dir.writeBytes(FolderFile::fileName(folder), folderBytes(mails));
 }
 
 void writeAccounts(const testsupport::DataDir &dir, const QStringList &addresses)

@@ -24,6 +24,8 @@ struct Mail
     QString isnew = QStringLiteral("0");
 };
 
+// A folder file's bytes as the program writes them.
+QByteArray folderBytes(const QList<Mail> &mails);
 void writeFolder(const testsupport::DataDir &dir, int folder, const QList<Mail> &mails);
 // One account per address.
 void writeAccounts(const testsupport::DataDir &dir, const QStringList &addresses);

@@ -266,6 +266,8 @@ private slots:
         QFETCH(int, button);
         QFETCH(int, composeMode);
         fixtures::writeFolder(*dir, FolderFile::Inbox, fixtures::mails(2));
+        // The compose window that reply and forward open wants an account.
+        fixtures::writeAccounts(*dir, {u"rcpt1@x.com"_s});
         frmMailRead *r = openRow(openFolder(Node::Inbox), 1);
         QVERIFY(r);
         Main::ComposeMode = -1;
