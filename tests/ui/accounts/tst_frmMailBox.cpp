@@ -8,9 +8,16 @@
 #include "ui/accounts/frmMainBoxAdd3.h"
 #include "ui/common/application.h"
 #include "ui/common/twips.h"
+#include "sendrecv/frmSendAndReceive.h"
+#include "store/folders.h"
+#include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
+#include "ui/message/frmMailEdit.h"
 
 #include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
@@ -253,9 +260,11 @@ private slots:
         QCOMPARE(rows(d).size(), 21);
     }
 
-    // Send/Receive on an empty data folder leads through the wizard; the
-    // second account comes from the Accounts menu item's modeless dialog.
-    void aNewUserSetsUpTwoAccounts()
+    // Send/Receive on an empty data folder leads through the wizard, and the
+    // run goes on once the account exists; the second account comes from the
+    // Accounts menu item's modeless dialog; then the first writes to the
+    // second and the message arrives.
+    void aNewUserSetsUpTwoAccountsAndWritesFromOneToTheOther()
     {
         DataDir dir;
         frmMain *main = forms::Main();
@@ -285,6 +294,31 @@ private slots:
         QTest::mouseClick(d->btnClose, Qt::LeftButton);
         QVERIFY(!d->isVisible());
         QCOMPARE(d->AccountCount, 2);  // the object outlives the window
+
+        QTest::mouseClick(main->Toolbar1->widgetForAction(main->toolbarButton(frmMain::tbNewMail)),
+                          Qt::LeftButton);
+        frmMailEdit *e = forms::MailEdit();
+        QCOMPARE(e->Combo3->currentText(), u"new.office@example.com"_s);
+        QTest::keyClicks(e->Text3, u"second@example.com"_s);
+        QTest::keyClicks(e->Text5, u"Hello"_s);
+        QTest::keyClicks(e->Text1, u"First mail"_s);
+        QTest::mouseClick(e->Toolbar1->widgetForAction(e->toolbarButton(frmMailEdit::tbSend)),
+                          Qt::LeftButton);  // returns once the send-only run has closed
+        QVERIFY(!e->isVisible());
+
+        QTest::mouseClick(main->Toolbar1->widgetForAction(main->toolbarButton(frmMain::tbSendReceive)),
+                          Qt::LeftButton);
+        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+        QCOMPARE(main->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
+        QVERIFY(main->node(Node::Inbox)->font(0).bold());
+        EmailArray inbox;
+        MailCount n = 0;
+        LoadEmails(FolderFile::Inbox, inbox, n);
+        QCOMPARE(n, MailCount(1));
+        QCOMPARE(inbox[0].from, u"new.office@example.com"_s);
+        QCOMPARE(inbox[0].to, u"second@example.com"_s);
+        QCOMPARE(inbox[0].subject, u"hello"_s);
+        QCOMPARE(inbox[0].isnew, u"1"_s);
     }
 };
 

@@ -11,12 +11,15 @@
 #include "ui/accounts/frmMainBoxAdd4.h"
 #include "ui/accounts/frmMainBoxAdd5.h"
 #include "ui/common/application.h"
+#include "store/folders.h"
 #include "ui/main/frmMain.h"
+#include "ui/message/frmMailEdit.h"
 
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QToolBar>
 #include <QPushButton>
 #include <QTest>
 
@@ -284,6 +287,49 @@ private slots:
         (sendOnly ? main->mnuSendMail : main->mnuRSMail)->trigger();
         QVERIFY2(script.finished(), script.report());
         QCOMPARE(dir.readBytes(MailBoxFileName), accountFile({storedRecord(WizardAnswers())}));
+    }
+
+    void composeSendLeadsANewUserThroughTheWizard_data()
+    {
+        QTest::addColumn<bool>("finish");
+        QTest::newRow("finished: the message is sent") << true;
+        QTest::newRow("cancelled: nothing stored, the window stays") << false;
+    }
+
+    // Send with no sender chosen (there is no account yet) asks for an
+    // account first; the message leaves only if one was set up.
+    void composeSendLeadsANewUserThroughTheWizard()
+    {
+        QFETCH(bool, finish);
+        DataDir dir;
+        ScriptedPrompter boxes;
+        frmMain *main = forms::Main();
+        main->show();
+        main->AddNewMail->trigger();
+        frmMailEdit *e = forms::MailEdit();
+        QVERIFY(e->Combo3->currentText().isEmpty());
+        QTest::keyClicks(e->Text3, u"friend@example.com"_s);
+
+        ModalScript script;
+        walkWizard(script, WizardAnswers(), finish ? 5 : 1, finish);
+        if (!finish) {
+            expectQuitQuestion(boxes, true);
+            script.on(pageName(1), [](QWidget *w) { click(w, u"btnCancel"_s); });
+        }
+        script.start();
+        QTest::mouseClick(e->Toolbar1->widgetForAction(e->toolbarButton(frmMailEdit::tbSend)),
+                          Qt::LeftButton);
+        QVERIFY2(script.finished(), script.report());
+        QVERIFY2(boxes.done(), boxes.report());
+
+        EmailArray sent;
+        MailCount n = 0;
+        LoadEmails(FolderFile::SentItems, sent, n);
+        QCOMPARE(n, MailCount(finish ? 1 : 0));
+        QCOMPARE(e->isVisible(), !finish);
+        QCOMPARE(dir.exists(MailBoxFileName), finish);
+        QVERIFY(!dir.exists(u"send_c.dat"_s) || dir.readBytes(u"send_c.dat"_s)
+                                                    == "[email]\r\nnumber=0\r\n\r\n");
     }
 };
 
