@@ -5,6 +5,7 @@
 #include "texts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
+#include "ui/common/widgets.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 
@@ -21,13 +22,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-template <class W>
-W *named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
 
 // Where everything sits, in twips from the dialog's top-left corner. The
 // bar lies over its trough, so both share a left edge and a height.

@@ -2,20 +2,21 @@
 
 #include "foldernodes.h"
 #include "mainlayout.h"
-#include "store/folders.h"
+#include "sendrecv/engine.h"
+#include "sendrecv/frmSendAndReceive.h"
 #include "store/errors.h"
+#include "store/folders.h"
 #include "store/prompter.h"
 #include "store/state.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
-#include "ui/message/frmMailEdit.h"
-#include "ui/common/accountgate.h"
-#include "sendrecv/engine.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/accounts/ensuremailbox.h"
 #include "ui/accounts/frmMailBox.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
+#include "ui/common/widgets.h"
+#include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
 
 #include <QAction>
@@ -44,20 +45,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-template <class W>
-W *named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
-QAction *menuItem(QMenu *menu, const QString &name, const QString &caption)
-{
-    QAction *a = menu->addAction(caption);
-    a->setObjectName(name);
-    return a;
-}
 
 void place(QWidget *w, const twips::Rect &r)
 {
@@ -732,7 +719,7 @@ void frmMain::startRun(qint16 mode, bool checked)
     run->SendReceiveMode = mode;
     // A send needs an account, and every Outbox message must name the
     // first one; receiving alone needs neither.
-    if (checked && (NoAccountToSendFrom() || CheckOutboxAccounts()))
+    if (checked && (EnsureMailBox() || CheckOutboxAccounts()))
         return;
     run->show();
     run->raise();

@@ -10,11 +10,12 @@
 #include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
-#include "ui/common/accountgate.h"
+#include "ui/accounts/ensuremailbox.h"
 #include "ui/common/filechooser.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
+#include "ui/common/widgets.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 
@@ -39,20 +40,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-template <class W>
-W *named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
-QAction *menuItem(QMenu *menu, const QString &name, const QString &caption)
-{
-    QAction *a = menu->addAction(caption);
-    a->setObjectName(name);
-    return a;
-}
 
 // Appends a record to a loaded folder; a 102nd message ends the command
 // before anything is written.
@@ -499,7 +486,7 @@ bool frmMailEdit::storeForSend()
                            texts::compose::CannotSendNoRecipient);
         return false;
     }
-    if (Combo3->currentText().isEmpty() && NoAccountToSendFrom())
+    if (Combo3->currentText().isEmpty() && EnsureMailBox())
         return false;
 
     const qint16 folder = forms::Main()->CurrentFolder;

@@ -10,6 +10,7 @@
 #include "ui/common/filechooser.h"
 #include "ui/common/icons.h"
 #include "ui/common/twips.h"
+#include "ui/common/widgets.h"
 #include "ui/main/frmMain.h"
 
 #include <QAction>
@@ -35,20 +36,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-template <class W>
-W *named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
-QAction *menuItem(QMenu *menu, const QString &name, const QString &caption)
-{
-    QAction *a = menu->addAction(caption);
-    a->setObjectName(name);
-    return a;
-}
 
 // The previous and next buttons' arrows, drawn here because the icon set
 // has none; every size the tool bar may ask for, so they stay crisp.

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QAction>
+#include <QMenu>
+#include <QString>
+
+// Every named widget carries its name as objectName(), so that other code
+// and the tests find it with findChild.
+
+template <class W>
+W *named(W *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    return widget;
+}
+
+// A menu entry carrying its name.
+inline QAction *menuItem(QMenu *menu, const QString &name, const QString &caption)
+{
+    return named(menu->addAction(caption), name);
+}
