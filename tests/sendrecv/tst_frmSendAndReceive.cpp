@@ -38,19 +38,7 @@ Mail to(const QString &recipients)
 
 int countIn(int folder)
 {
-    EmailArray mails;
-    MailCount n = 0;
-    LoadEmails(folder, mails, n);
-    return n;
-}
-
-frmMain *openMainAt(int node)
-{
-    frmMain *w = forms::Main();
-    w->show();
-    QTest::mouseClick(w->TreeView1->viewport(), Qt::LeftButton, {},
-                      w->TreeView1->visualItemRect(w->node(node)).center());
-    return w;
+    return int(fixtures::stored(folder).size());
 }
 
 frmSendAndReceive *startRun(qint16 mode)
@@ -62,27 +50,20 @@ frmSendAndReceive *startRun(qint16 mode)
 }
 }  // namespace
 
-class tst_frmSendAndReceive : public QObject
+class tst_frmSendAndReceive : public fixtures::WindowTest
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::DataDir> dir;
-    std::unique_ptr<testsupport::ScriptedPrompter> boxes;
 
 private slots:
     void init()
     {
-        dir = std::make_unique<testsupport::DataDir>();
-        boxes = std::make_unique<testsupport::ScriptedPrompter>();
-        Main::resetState();
+        begin();
         SetClock([] { return QDateTime({2024, 5, 14}, {8, 30}); });
     }
     void cleanup()
     {
-        forms::destroyAll();
         SetClock({});
-        QVERIFY2(boxes->done(), boxes->report());
-        boxes.reset();
-        dir.reset();
+        end();
     }
 
     void barGrowsInFourteenStepsThenUnloads()
@@ -158,7 +139,7 @@ private slots:
         QFETCH(QList<Mail>, queue);
         fixtures::writeFolder(*dir, FolderFile::Outbox, outbox);
         fixtures::writeFolder(*dir, FolderFile::ServerQueue, queue);
-        frmMain *w = openMainAt(Node::LocalFolders);
+        frmMain *w = fixtures::mainOn(Node::LocalFolders);
 
         frmSendAndReceive *d = startRun(qint16(mode));
 
@@ -209,7 +190,7 @@ private slots:
         for (int folder : {FolderFile::Outbox, FolderFile::ServerQueue, FolderFile::DeletedItems})
             fixtures::writeFolder(*dir, folder, {to(Bob)});
         QFETCH(int, node);
-        frmMain *w = openMainAt(node);
+        frmMain *w = fixtures::mainOn(node);
 
         frmSendAndReceive *d = startRun(SendReceiveModes::SendAndReceive);
         QTEST(w->ListView1->topLevelItemCount(), "rowsWhileLoaded");

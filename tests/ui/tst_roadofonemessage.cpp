@@ -3,7 +3,7 @@
 // deleted for good. After every step: what the user sees and what the six
 // folder files hold.
 
-#include "main/fixtures.h"
+#include "fixtures.h"
 #include "sendrecv/frmSendAndReceive.h"
 #include "store/clock.h"
 #include "store/folders.h"
@@ -27,18 +27,10 @@
 using namespace Qt::Literals::StringLiterals;
 using testsupport::DataDir;
 using testsupport::ScriptedPrompter;
+using fixtures::clickButton;
+using fixtures::clickItem;
 
 namespace {
-
-void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
-{
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
-}
-
-void clickButton(QToolBar *bar, QAction *button)
-{
-    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
-}
 
 // The six folders, each as "subject:isnew" per message, in folder order:
 // Inbox, Outbox, Sent Items, Deleted Items, Drafts, queue.
@@ -46,12 +38,9 @@ QString folders()
 {
     QStringList all;
     for (int f = 0; f < FolderFile::Count; ++f) {
-        EmailArray mails;
-        MailCount count = 0;
-        LoadEmails(f, mails, count);
         QStringList one;
-        for (int i = 0; i < count; ++i)
-            one << mails[i].subject + u':' + mails[i].isnew;
+        for (const EmailRec &m : fixtures::stored(f))
+            one << m.subject + u':' + m.isnew;
         all << one.join(u',');
     }
     return all.join(u" | "_s);

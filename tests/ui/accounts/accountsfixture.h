@@ -5,7 +5,7 @@
 // object, whose error guard turns a store error into the error box.
 
 #include "store/records.h"
-#include "testsupport.h"
+#include "fixtures.h"
 
 #include <QObject>
 

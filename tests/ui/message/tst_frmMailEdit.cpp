@@ -32,35 +32,12 @@
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
-using fixtures::Mail;
-using testsupport::DataDir;
-using testsupport::ScriptedPrompter;
+using namespace fixtures;
 using Icon = Prompter::Icon;
 
 namespace {
 
 const QString Stamp = u"24-07-09 14:05"_s;
-
-void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
-{
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
-}
-
-void clickButton(QToolBar *bar, QAction *button)
-{
-    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
-}
-
-// The main window on a folder with its first message previewed.
-frmMain *mainOn(int folder)
-{
-    frmMain *w = forms::Main();
-    w->show();
-    clickItem(w->TreeView1, w->node(Node::Inbox + folder));
-    if (w->ListView1->topLevelItemCount() > 0)
-        clickItem(w->ListView1, w->ListView1->topLevelItem(0));
-    return w;
-}
 
 // Opens the compose window the way a user gets there: New and the Inbox's
 // Reply and Forward from the toolbar, a double-click for unsent mail, and
@@ -68,12 +45,12 @@ frmMain *mainOn(int folder)
 // show the window.
 frmMailEdit *openCompose(int folder, qint16 mode)
 {
-    frmMain *w = mainOn(folder);
+    frmMain *w = mainOn(Node::Inbox + folder, 0);
     if (mode == Main::ComposeModes::New) {
         clickButton(w->Toolbar1, w->toolbarButton(frmMain::tbNewMail));
     } else if (mode == Main::ComposeModes::Reopen) {
-        const QPoint at = w->ListView1->visualItemRect(w->ListView1->topLevelItem(0)).center();
-        QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {},
+                           w->ListView1->visualItemRect(w->ListView1->topLevelItem(0)).center());
     } else if (folder == FolderFile::Inbox) {
         clickButton(w->Toolbar1, w->toolbarButton(mode == Main::ComposeModes::Reply
                                                       ? frmMain::tbReply
@@ -104,22 +81,6 @@ QString comboEntries(const QComboBox *combo)
     return texts.join(u'|');
 }
 
-QByteArray allFiles(const DataDir &dir)
-{
-    QByteArray all;
-    for (int f = 0; f < FolderFile::Count; ++f)
-        all += dir.readBytes(FolderFile::fileName(f)) + '|';
-    return all;
-}
-
-QList<EmailRec> stored(int number)
-{
-    EmailArray mails;
-    MailCount count = 0;
-    LoadEmails(number, mails, count);
-    return QList<EmailRec>(mails.begin(), mails.begin() + count);
-}
-
 Mail quotedMail()
 {
     Mail m;
@@ -143,7 +104,7 @@ QString quoted(const QString &from, const QString &subject)
 
 }  // namespace
 
-class tst_frmMailEdit : public QObject
+class tst_frmMailEdit : public WindowTest
 {
     Q_OBJECT
 
@@ -164,31 +125,22 @@ private slots:
     void closing();
 
 private:
-    std::unique_ptr<DataDir> dir;
-    std::unique_ptr<ScriptedPrompter> boxes;
     std::unique_ptr<ScriptedFileChooser> files;
     QTemporaryDir attachDir;
 };
 
 void tst_frmMailEdit::init()
 {
-    dir = std::make_unique<DataDir>();
-    boxes = std::make_unique<ScriptedPrompter>();
+    begin();
     files = std::make_unique<ScriptedFileChooser>();
-    Main::resetState();
     SetClock([] { return QDateTime(QDate(2024, 7, 9), QTime(14, 5, 37)); });
 }
 
 void tst_frmMailEdit::cleanup()
 {
-    // Edits left in a window would ask on the way out.
-    Main::gbModified = false;
-    forms::destroyAll();
     SetClock({});
-    QVERIFY2(boxes->done(), boxes->report());
+    end();
     files.reset();
-    boxes.reset();
-    dir.reset();
 }
 
 void tst_frmMailEdit::opening_data()
@@ -233,10 +185,10 @@ void tst_frmMailEdit::opening()
     QFETCH(int, folder);
     QFETCH(int, mode);
     QFETCH(QString, subjectIn);
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s, u"c@x.com"_s});
+    writeAccounts(*dir, {u"a@x.com"_s, u"c@x.com"_s});
     Mail m = quotedMail();
     m.subject = subjectIn;
-    fixtures::writeFolder(*dir, folder, {m});
+    writeFolder(*dir, folder, {m});
     const QByteArray before = allFiles(*dir);
 
     frmMailEdit *e = openCompose(folder, qint16(mode));
@@ -258,7 +210,7 @@ void tst_frmMailEdit::opening()
 
 void tst_frmMailEdit::newMessageStoredExactly()
 {
-    fixtures::writeAccounts(*dir, {u"Ann@X.com"_s});
+    writeAccounts(*dir, {u"Ann@X.com"_s});
     QFile a(attachDir.filePath(u"A.txt"_s)), b(attachDir.filePath(u"b.txt"_s));
     QVERIFY(a.open(QIODevice::WriteOnly) && a.write(QByteArray(1024, 'a')) == 1024);
     QVERIFY(b.open(QIODevice::WriteOnly) && b.write(QByteArray(2048, 'b')) == 2048);
@@ -295,7 +247,7 @@ void tst_frmMailEdit::newMessageStoredExactly()
     expected.content = u"[hello world\\n第二行 line]"_s;
     expected.datetime = Stamp;
     expected.attachment = u" a.txt(1.00kb) b.txt(2.00kb)"_s;
-    QCOMPARE(dir->readBytes(u"send_c.dat"_s), fixtures::folderBytes({expected}));
+    QCOMPARE(dir->readBytes(u"send_c.dat"_s), folderBytes({expected}));
     QVERIFY(!e->isVisible());  // closed after storing
 }
 
@@ -358,8 +310,8 @@ void tst_frmMailEdit::storing()
     QFETCH(QString, to);
     QFETCH(QString, box);
     QFETCH(bool, closes);
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
-    fixtures::writeFolder(*dir, folder, fixtures::mails(2));
+    writeAccounts(*dir, {u"a@x.com"_s});
+    writeFolder(*dir, folder, mails(2));
 
     frmMailEdit *e = openCompose(folder, qint16(mode));
     QTest::keyClicks(e->Text3, to);
@@ -441,9 +393,9 @@ void tst_frmMailEdit::refusals()
     QFETCH(QString, command);
     QFETCH(QString, box);
     if (withAccount)
-        fixtures::writeAccounts(*dir, {u"a@x.com"_s});
-    fixtures::writeFolder(*dir, FolderFile::Inbox, {quotedMail()});
-    const QByteArray before = allFiles(*dir) + dir->readBytes(MailBoxFileName);
+        writeAccounts(*dir, {u"a@x.com"_s});
+    writeFolder(*dir, FolderFile::Inbox, {quotedMail()});
+    const QByteArray before = allFiles(*dir);
 
     if (command.isEmpty() && !box.isEmpty())
         boxes->expectMessage(Icon::Exclamation, u"Quillpost Express"_s, box);
@@ -464,12 +416,12 @@ void tst_frmMailEdit::refusals()
         QCOMPARE(e->Text1->toPlainText(), u"body"_s);
     }
     QVERIFY(e->isVisible());
-    QCOMPARE(allFiles(*dir) + dir->readBytes(MailBoxFileName), before);
+    QCOMPARE(allFiles(*dir), before);
 }
 
 void tst_frmMailEdit::attachments()
 {
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
+    writeAccounts(*dir, {u"a@x.com"_s});
     QFile f(attachDir.filePath(u"report.doc"_s));
     QVERIFY(f.open(QIODevice::WriteOnly) && f.write(QByteArray(12800, 'r')) == 12800);
     f.close();
@@ -507,8 +459,8 @@ void tst_frmMailEdit::attachments()
 
 void tst_frmMailEdit::newMailInsideTheWindow()
 {
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s, u"c@x.com"_s});
-    fixtures::writeFolder(*dir, FolderFile::Inbox, {quotedMail()});
+    writeAccounts(*dir, {u"a@x.com"_s, u"c@x.com"_s});
+    writeFolder(*dir, FolderFile::Inbox, {quotedMail()});
     frmMailEdit *e = openCompose(FolderFile::Inbox, Main::ComposeModes::Forward);
     e->Combo3->setCurrentIndex(1);
     QTest::keyClicks(e->Text4, u"d@x.com"_s);
@@ -538,8 +490,8 @@ void tst_frmMailEdit::closing()
     QFETCH(bool, typed);
     QFETCH(int, answer);
     QFETCH(bool, closes);
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
-    fixtures::writeFolder(*dir, FolderFile::Inbox, {quotedMail()});
+    writeAccounts(*dir, {u"a@x.com"_s});
+    writeFolder(*dir, FolderFile::Inbox, {quotedMail()});
     const QByteArray before = allFiles(*dir);
     // A reply fills in a whole quoted block; that alone is no change.
     frmMailEdit *e = openCompose(FolderFile::Inbox, Main::ComposeModes::Reply);

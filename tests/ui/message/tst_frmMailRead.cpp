@@ -24,22 +24,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-frmMain *openFolder(int node)
-{
-    frmMain *w = forms::Main();
-    w->show();
-    QTest::mouseClick(w->TreeView1->viewport(), Qt::LeftButton, {},
-                      w->TreeView1->visualItemRect(w->node(node)).center());
-    return w;
-}
+using namespace fixtures;
 
+namespace {
 // Click the row, then double-click it, as a user does.
 frmMailRead *openRow(frmMain *w, int row)
 {
-    const QPoint at = w->ListView1->visualItemRect(w->ListView1->topLevelItem(row)).center();
-    QTest::mouseClick(w->ListView1->viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {}, at);
+    doubleClickRow(w->ListView1, row);
     return forms::MailRead()->isVisible() ? forms::MailRead() : nullptr;
 }
 
@@ -50,36 +41,20 @@ bool rowBold(const frmMain *w, int row)
 
 QString isnewInFile(int folder)
 {
-    EmailArray mails;
-    MailCount n = 0;
-    LoadEmails(folder, mails, n);
     QString flags;
-    for (int i = 0; i < n; ++i)
-        flags += mails[i].isnew;
+    for (const EmailRec &m : stored(folder))
+        flags += m.isnew;
     return flags;
 }
 }  // namespace
 
-class tst_frmMailRead : public QObject
+class tst_frmMailRead : public WindowTest
 {
     Q_OBJECT
-    std::unique_ptr<testsupport::DataDir> dir;
-    std::unique_ptr<testsupport::ScriptedPrompter> boxes;
 
 private slots:
-    void init()
-    {
-        dir = std::make_unique<testsupport::DataDir>();
-        boxes = std::make_unique<testsupport::ScriptedPrompter>();
-        Main::resetState();
-    }
-    void cleanup()
-    {
-        forms::destroyAll();
-        QVERIFY2(boxes->done(), boxes->report());
-        boxes.reset();
-        dir.reset();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void showsTheMessage_data()
     {
@@ -112,8 +87,8 @@ private slots:
     {
         QFETCH(int, node);
         QFETCH(QStringList, attachments);
-        fixtures::writeAccounts(*dir, {u"a@x.com"_s, u"b@x.com"_s});
-        fixtures::Mail m;
+        writeAccounts(*dir, {u"a@x.com"_s, u"b@x.com"_s});
+        Mail m;
         m.from = u"boss@y.com"_s;
         QFETCH(QString, to);
         QFETCH(QString, alsoto);
@@ -123,10 +98,10 @@ private slots:
         m.attachment = attachment;
         m.subject = u"周报"_s;
         m.content = u"[第一行\\n第二行]"_s;
-        fixtures::writeFolder(*dir, node == Node::Inbox ? FolderFile::Inbox : FolderFile::SentItems,
-                              {fixtures::mails(1).first(), m});
+        writeFolder(*dir, node == Node::Inbox ? FolderFile::Inbox : FolderFile::SentItems,
+                              {mails(1).first(), m});
 
-        frmMailRead *r = openRow(openFolder(node), 1);
+        frmMailRead *r = openRow(mainOn(node), 1);
         QVERIFY(r);
         QCOMPARE((QStringList{r->Label1->text(), r->Label2->text(), r->Label3->text(),
                               r->Label4->text()}),
@@ -160,8 +135,8 @@ private slots:
         QFETCH(int, node);
         QFETCH(int, folder);
         QFETCH(QString, name);
-        fixtures::writeFolder(*dir, folder, fixtures::mails(3, 2));  // rows 0 and 1 unread
-        frmMain *w = openFolder(node);
+        writeFolder(*dir, folder, mails(3, 2));  // rows 0 and 1 unread
+        frmMain *w = mainOn(node);
 
         QVERIFY(openRow(w, 0));
         QCOMPARE(isnewInFile(folder), u"010"_s);
@@ -198,8 +173,8 @@ private slots:
     {
         QFETCH(int, openedRow);
         QFETCH(QString, presses);
-        fixtures::writeFolder(*dir, FolderFile::Inbox, fixtures::mails(3, 3));
-        frmMain *w = openFolder(Node::Inbox);
+        writeFolder(*dir, FolderFile::Inbox, mails(3, 3));
+        frmMain *w = mainOn(Node::Inbox);
         frmMailRead *r = openRow(w, openedRow);
         QVERIFY(r);
 
@@ -219,10 +194,10 @@ private slots:
 
     void saveAttachmentAppendsTheMarker()
     {
-        fixtures::Mail m;
+        Mail m;
         m.attachment = u"report.doc(12.50kb) plan.xls(3.00kb)"_s;
-        fixtures::writeFolder(*dir, FolderFile::Inbox, {m});
-        frmMailRead *r = openRow(openFolder(Node::Inbox), 0);
+        writeFolder(*dir, FolderFile::Inbox, {m});
+        frmMailRead *r = openRow(mainOn(Node::Inbox), 0);
         QVERIFY(r);
         ScriptedFileChooser chooser;
         const QString target = dir->filePath(u"saved.doc"_s);
@@ -265,10 +240,10 @@ private slots:
     {
         QFETCH(int, button);
         QFETCH(int, composeMode);
-        fixtures::writeFolder(*dir, FolderFile::Inbox, fixtures::mails(2));
+        writeFolder(*dir, FolderFile::Inbox, mails(2));
         // The compose window that reply and forward open wants an account.
-        fixtures::writeAccounts(*dir, {u"rcpt1@x.com"_s});
-        frmMailRead *r = openRow(openFolder(Node::Inbox), 1);
+        writeAccounts(*dir, {u"rcpt1@x.com"_s});
+        frmMailRead *r = openRow(mainOn(Node::Inbox), 1);
         QVERIFY(r);
         Main::ComposeMode = -1;
         QSignalSpy compose(r, &frmMailRead::mailEditRequested);
