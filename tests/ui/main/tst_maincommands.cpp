@@ -24,46 +24,10 @@
 #include <memory>
 
 using namespace Qt::Literals::StringLiterals;
-using fixtures::Mail;
-using testsupport::DataDir;
-using testsupport::ScriptedPrompter;
+using namespace fixtures;
 using Icon = Prompter::Icon;
 
 namespace {
-
-void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
-{
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
-}
-
-frmMain *mainOn(int node, int row = -1)
-{
-    frmMain *w = forms::Main();
-    w->show();
-    QCoreApplication::processEvents();
-    if (node > 0)
-        clickItem(w->TreeView1, w->node(node));
-    if (row >= 0)
-        clickItem(w->ListView1, w->ListView1->topLevelItem(row));
-    return w;
-}
-
-void clickButton(frmMain *w, int index)
-{
-    QTest::mouseClick(w->Toolbar1->widgetForAction(w->toolbarButton(index)), Qt::LeftButton);
-}
-
-QString ids(int folder)
-{
-    EmailArray mails;
-    MailCount count = 0;
-    LoadEmails(folder, mails, count);
-    QStringList list;
-    for (int i = 0; i < count; ++i)
-        list << mails[i].id;
-    return list.join(u'|');
-}
-
 QString rows(const frmMain *w)
 {
     QStringList list;
@@ -74,32 +38,22 @@ QString rows(const frmMain *w)
 
 QList<Mail> numbered(int first, int n, int unread)
 {
-    QList<Mail> list = fixtures::mails(n, unread);
+    QList<Mail> list = mails(n, unread);
     for (int i = 0; i < n; ++i) {
         list[i].id = QString::number(first + i);
         list[i].subject = u"s"_s + list[i].id;
     }
     return list;
 }
-
-Mail addressed(const QString &id, const QString &from, const QString &to)
-{
-    Mail m;
-    m.id = id;
-    m.from = from;
-    m.to = to;
-    return m;
-}
-
 }  // namespace
 
-class tst_MainCommands : public QObject
+class tst_MainCommands : public WindowTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void composeCommands_data();
     void composeCommands();
@@ -109,27 +63,7 @@ private slots:
     void sendAndReceive();
     void closing_data();
     void closing();
-
-private:
-    std::unique_ptr<DataDir> dir;
-    std::unique_ptr<ScriptedPrompter> boxes;
 };
-
-void tst_MainCommands::init()
-{
-    dir = std::make_unique<DataDir>();
-    boxes = std::make_unique<ScriptedPrompter>();
-    Main::resetState();
-}
-
-void tst_MainCommands::cleanup()
-{
-    Main::gbModified = false;
-    forms::destroyAll();
-    QVERIFY2(boxes->done(), boxes->report());
-    boxes.reset();
-    dir.reset();
-}
 
 void tst_MainCommands::composeCommands_data()
 {
@@ -148,8 +82,8 @@ void tst_MainCommands::composeCommands()
 {
     QFETCH(QString, command);
     QFETCH(int, mode);
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
-    fixtures::writeFolder(*dir, FolderFile::Inbox, numbered(70, 3, 0));
+    writeAccounts(*dir, {u"a@x.com"_s});
+    writeFolder(*dir, FolderFile::Inbox, numbered(70, 3, 0));
     const QByteArray before = dir->readBytes(u"receive_c.dat"_s);
     frmMain *w = mainOn(Node::Inbox, 1);
     Main::ComposeMode = -1;
@@ -201,9 +135,9 @@ void tst_MainCommands::deleting()
     QFETCH(int, node);
     QFETCH(int, row);
     QFETCH(int, answer);
-    fixtures::writeFolder(*dir, FolderFile::Inbox, numbered(100, 2, 2));
-    fixtures::writeFolder(*dir, FolderFile::SentItems, numbered(200, 1, 0));
-    fixtures::writeFolder(*dir, FolderFile::DeletedItems, numbered(300, 1, 1));
+    writeFolder(*dir, FolderFile::Inbox, numbered(100, 2, 2));
+    writeFolder(*dir, FolderFile::SentItems, numbered(200, 1, 0));
+    writeFolder(*dir, FolderFile::DeletedItems, numbered(300, 1, 1));
     frmMain *w = mainOn(node, row);
 
     if (answer >= 0) {
@@ -226,7 +160,6 @@ void tst_MainCommands::deleting()
 void tst_MainCommands::sendAndReceive_data()
 {
     QTest::addColumn<QString>("command");
-    QTest::addColumn<bool>("accounts");
     QTest::addColumn<QString>("outboxFrom");
     QTest::addColumn<bool>("runs");
     QTest::addColumn<QString>("outbox");  // ids after the run
@@ -235,38 +168,36 @@ void tst_MainCommands::sendAndReceive_data()
 
     // The Outbox holds 1 for b@x.com; the queue holds 2 for a@x.com.
     QTest::newRow("send and receive from the menu")
-        << u"mnuRSMail"_s << true << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
-    QTest::newRow("CTRL+M") << u"ctrl+m"_s << true << u"a@x.com"_s << true << QString()
+        << u"mnuRSMail"_s << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
+    QTest::newRow("CTRL+M") << u"ctrl+m"_s << u"a@x.com"_s << true << QString()
                             << u"2|1"_s << QString();
     QTest::newRow("the toolbar's Send/Receive")
-        << u"button"_s << true << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
+        << u"button"_s << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
     QTest::newRow("the drop-down's first item")
-        << u"drop 0"_s << true << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
+        << u"drop 0"_s << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
     QTest::newRow("the summary page's button")
-        << u"Command11"_s << true << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
+        << u"Command11"_s << u"a@x.com"_s << true << QString() << u"2|1"_s << QString();
     QTest::newRow("receive only leaves the Outbox")
-        << u"mnuReceiveMail"_s << true << u"a@x.com"_s << true << u"1"_s << u"2"_s << QString();
+        << u"mnuReceiveMail"_s << u"a@x.com"_s << true << u"1"_s << u"2"_s << QString();
     QTest::newRow("receive from the drop-down")
-        << u"drop 1"_s << true << u"a@x.com"_s << true << u"1"_s << u"2"_s << QString();
+        << u"drop 1"_s << u"a@x.com"_s << true << u"1"_s << u"2"_s << QString();
     QTest::newRow("send only leaves the queue for the next receive")
-        << u"mnuSendMail"_s << true << u"a@x.com"_s << true << QString() << QString()
+        << u"mnuSendMail"_s << u"a@x.com"_s << true << QString() << QString()
         << u"2|1"_s;
     QTest::newRow("send from the drop-down")
-        << u"drop 2"_s << true << u"a@x.com"_s << true << QString() << QString() << u"2|1"_s;
+        << u"drop 2"_s << u"a@x.com"_s << true << QString() << QString() << u"2|1"_s;
     QTest::newRow("Outbox mail of no account: warned, no run")
-        << u"mnuSendMail"_s << true << u"z@z.com"_s << false << u"1"_s << QString() << u"2"_s;
+        << u"mnuSendMail"_s << u"z@z.com"_s << false << u"1"_s << QString() << u"2"_s;
 }
 
 void tst_MainCommands::sendAndReceive()
 {
     QFETCH(QString, command);
-    QFETCH(bool, accounts);
     QFETCH(QString, outboxFrom);
     QFETCH(bool, runs);
-    if (accounts)
-        fixtures::writeAccounts(*dir, {u"a@x.com"_s, u"b@x.com"_s});
-    fixtures::writeFolder(*dir, FolderFile::Outbox, {addressed(u"1"_s, outboxFrom, u"b@x.com"_s)});
-    fixtures::writeFolder(*dir, FolderFile::ServerQueue,
+    writeAccounts(*dir, {u"a@x.com"_s, u"b@x.com"_s});
+    writeFolder(*dir, FolderFile::Outbox, {addressed(u"1"_s, outboxFrom, u"b@x.com"_s)});
+    writeFolder(*dir, FolderFile::ServerQueue,
                           {addressed(u"2"_s, u"c@y.com"_s, u"a@x.com"_s)});
     frmMain *w = mainOn(command == u"Command11" ? Node::LocalFolders : Node::Inbox);
     if (outboxFrom == u"z@z.com") {
@@ -308,6 +239,8 @@ void tst_MainCommands::closing_data()
     QTest::addColumn<bool>("yes");
     QTest::addColumn<QString>("sent");
     QTest::addColumn<bool>("nameCheck");
+    QTest::newRow("an empty Outbox closes without a question")
+        << QString() << false << QString() << false;
     QTest::newRow("Yes sends the Outbox, then the program ends")
         << u"b@x.com"_s << true << u"1"_s << false;
     QTest::newRow("Yes with a message it may not send: the name check box")
@@ -321,14 +254,18 @@ void tst_MainCommands::closing()
     QFETCH(QString, to);
     QFETCH(bool, yes);
     QFETCH(bool, nameCheck);
-    fixtures::writeAccounts(*dir, {u"a@x.com"_s});
-    fixtures::writeFolder(*dir, FolderFile::Outbox, {addressed(u"1"_s, u"a@x.com"_s, to)});
+    writeAccounts(*dir, {u"a@x.com"_s});
+    if (!to.isEmpty())
+        writeFolder(*dir, FolderFile::Outbox, {addressed(u"1"_s, u"a@x.com"_s, to)});
+    const QByteArray before = allFiles(*dir);
     frmMain *w = mainOn(Node::Outbox);
     w->AddNewMail->trigger();  // a compose window left open goes too
     QVERIFY(forms::MailEdit()->isVisible());
 
-    boxes->expectConfirm(Icon::Exclamation, u"Quillpost Express"_s,
-                         u"“发件箱”中还有未发的邮件。是否现在发送？"_s, yes);
+    if (!to.isEmpty()) {
+        boxes->expectConfirm(Icon::Exclamation, u"Quillpost Express"_s,
+                             u"“发件箱”中还有未发的邮件。是否现在发送？"_s, yes);
+    }
     if (nameCheck) {
         boxes->expectMessage(Icon::Information, u"检查姓名"_s,
                              u"未找到匹配项,请检查邮件填写是否有误"_s);
@@ -336,7 +273,9 @@ void tst_MainCommands::closing()
     w->F20->trigger();
 
     QTEST(ids(FolderFile::SentItems), "sent");
-    QCOMPARE(ids(FolderFile::Outbox).isEmpty(), yes && !nameCheck);
+    QCOMPARE(ids(FolderFile::Outbox).isEmpty(), to.isEmpty() || (yes && !nameCheck));
+    if (!yes)
+        QCOMPARE(allFiles(*dir), before);
     for (QWidget *window : QApplication::topLevelWidgets())
         QVERIFY2(!window->isVisible(), qPrintable(window->objectName()));
 }
