@@ -268,27 +268,6 @@ private slots:
             QVERIFY(!dir.exists(MailBoxFileName));
     }
 
-    void sendCommandsLeadANewUserThroughTheWizard_data()
-    {
-        QTest::addColumn<bool>("sendOnly");
-        QTest::newRow("send and receive") << false;
-        QTest::newRow("send all") << true;
-    }
-
-    void sendCommandsLeadANewUserThroughTheWizard()
-    {
-        QFETCH(bool, sendOnly);
-        DataDir dir;
-        frmMain *main = forms::Main();
-        main->show();
-        ModalScript script;
-        walkWizard(script, WizardAnswers());
-        script.start();
-        (sendOnly ? main->mnuSendMail : main->mnuRSMail)->trigger();
-        QVERIFY2(script.finished(), script.report());
-        QCOMPARE(dir.readBytes(MailBoxFileName), accountFile({storedRecord(WizardAnswers())}));
-    }
-
     void composeSendLeadsANewUserThroughTheWizard_data()
     {
         QTest::addColumn<bool>("finish");
@@ -317,15 +296,11 @@ private slots:
             script.on(pageName(1), [](QWidget *w) { click(w, u"btnCancel"_s); });
         }
         script.start();
-        QTest::mouseClick(e->Toolbar1->widgetForAction(e->toolbarButton(frmMailEdit::tbSend)),
-                          Qt::LeftButton);
+        fixtures::clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
         QVERIFY2(script.finished(), script.report());
         QVERIFY2(boxes.done(), boxes.report());
 
-        EmailArray sent;
-        MailCount n = 0;
-        LoadEmails(FolderFile::SentItems, sent, n);
-        QCOMPARE(n, MailCount(finish ? 1 : 0));
+        QCOMPARE(fixtures::stored(FolderFile::SentItems).size(), finish ? 1 : 0);
         QCOMPARE(e->isVisible(), !finish);
         QCOMPARE(dir.exists(MailBoxFileName), finish);
         QVERIFY(!dir.exists(u"send_c.dat"_s) || dir.readBytes(u"send_c.dat"_s)

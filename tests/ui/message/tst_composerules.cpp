@@ -28,15 +28,6 @@ class tst_composerules : public QObject
     Q_OBJECT
 
 private slots:
-    void subjects()
-    {
-        EmailRec m = quoted();
-        QCOMPARE(ReplySubject(m), u"Re:hello"_s);
-        m.subject = ReplySubject(m);
-        QCOMPARE(ReplySubject(m), u"Re:Re:hello"_s);
-        QCOMPARE(ForwardSubject(quoted()), u"Fw:hello"_s);
-    }
-
     void quotedBlock_data()
     {
         QTest::addColumn<bool>("reply");
