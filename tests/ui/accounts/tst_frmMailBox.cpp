@@ -258,6 +258,7 @@ private slots:
         QVERIFY2(boxes.done(), boxes.report());
         QCOMPARE(dir.readBytes(MailBoxFileName), accountFile(accounts(21)));
         QCOMPARE(rows(d).size(), 21);
+        QCOMPARE(d->AccountCount, 21);  // the dialog's own table is left as it was
     }
 
     // Send/Receive on an empty data folder leads through the wizard, and the
@@ -273,8 +274,7 @@ private slots:
         ModalScript script;
         walkWizard(script, first);
         script.start();
-        QTest::mouseClick(main->Toolbar1->widgetForAction(main->toolbarButton(frmMain::tbSendReceive)),
-                          Qt::LeftButton);
+        fixtures::clickButton(main, frmMain::tbSendReceive);
         QVERIFY2(script.finished(), script.report());
 
         QCOMPARE(main->T9->text(), u"账号(&A)..."_s);
@@ -295,26 +295,22 @@ private slots:
         QVERIFY(!d->isVisible());
         QCOMPARE(d->AccountCount, 2);  // the object outlives the window
 
-        QTest::mouseClick(main->Toolbar1->widgetForAction(main->toolbarButton(frmMain::tbNewMail)),
-                          Qt::LeftButton);
+        fixtures::clickButton(main, frmMain::tbNewMail);
         frmMailEdit *e = forms::MailEdit();
         QCOMPARE(e->Combo3->currentText(), u"new.office@example.com"_s);
         QTest::keyClicks(e->Text3, u"second@example.com"_s);
         QTest::keyClicks(e->Text5, u"Hello"_s);
         QTest::keyClicks(e->Text1, u"First mail"_s);
-        QTest::mouseClick(e->Toolbar1->widgetForAction(e->toolbarButton(frmMailEdit::tbSend)),
-                          Qt::LeftButton);  // returns once the send-only run has closed
+        // Returns once the send-only run has closed.
+        fixtures::clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
         QVERIFY(!e->isVisible());
 
-        QTest::mouseClick(main->Toolbar1->widgetForAction(main->toolbarButton(frmMain::tbSendReceive)),
-                          Qt::LeftButton);
+        fixtures::clickButton(main, frmMain::tbSendReceive);
         QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
         QCOMPARE(main->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
         QVERIFY(main->node(Node::Inbox)->font(0).bold());
-        EmailArray inbox;
-        MailCount n = 0;
-        LoadEmails(FolderFile::Inbox, inbox, n);
-        QCOMPARE(n, MailCount(1));
+        const QList<EmailRec> inbox = fixtures::stored(FolderFile::Inbox);
+        QCOMPARE(inbox.size(), 1);
         QCOMPARE(inbox[0].from, u"new.office@example.com"_s);
         QCOMPARE(inbox[0].to, u"second@example.com"_s);
         QCOMPARE(inbox[0].subject, u"hello"_s);
