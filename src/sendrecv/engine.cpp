@@ -102,11 +102,7 @@ ReceiveResult ReceiveStep()
     }
     result.hadAccounts = true;
 
-    MailCount unreadBefore = 0;
-    for (int i = 0; i < nIn; ++i) {
-        if (inbox[i].isnew == u"1")
-            ++unreadBefore;
-    }
+    const MailCount unreadBefore = CountUnread(inbox, nIn);
 
     const QString stamp = NowStamp();
     MailCount kept = 0;

@@ -137,6 +137,11 @@ MailCount CountUnread(int folder)
     EmailArray mails;
     MailCount count = 0;
     LoadEmails(folder, mails, count);
+    return CountUnread(mails, count);
+}
+
+MailCount CountUnread(const EmailArray &mails, MailCount count)
+{
     MailCount unread = 0;
     for (int k = 0; k < count; ++k) {
         if (mails[k].isnew == u"1")

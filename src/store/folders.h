@@ -22,6 +22,8 @@ QString UnescapeContent(const QString &stored);
 
 // Messages of the folder whose isnew is exactly "1".
 MailCount CountUnread(int folder);
+// The same count for records 0..count-1 of a folder already loaded.
+MailCount CountUnread(const EmailArray &mails, MailCount count);
 
 // Shifts the records after position one place down; the last slot keeps
 // its contents.

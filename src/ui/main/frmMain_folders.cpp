@@ -171,7 +171,8 @@ void frmMain::FillFolderSummary()
         item->setIcon(0, appIcon(QLatin1StringView(info.image)));
         ::MailCount total = 0;
         LoadEmails(row.folder, mails, total);
-        const int unread = row.countsUnread ? CountUnread(row.folder) : 0;
+        // Counted on the records just loaded rather than by reading the file again.
+        const int unread = row.countsUnread ? CountUnread(mails, total) : 0;
         item->setText(1, QString::number(unread));
         item->setText(2, QString::number(total));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
