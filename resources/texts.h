@@ -21,7 +21,28 @@ inline const QString TooManyMails = u"一个文件夹最多只能存放 101 封�
 inline const QString TooManyAccounts = u"最多只能设置 21 个邮件账号。"_s;
 inline const QString BadStoredContent = u"邮件文件已损坏：邮件正文格式不正确。"_s;
 inline const QString NumberOverflow = u"数值超出范围。"_s;
-inline const QString CannotWriteFile = u"无法写入文件：%1"_s;  // %1: file path
+// Why a data file could not be written or read: %1 the file's path, %2 one
+// of the reasons below.
+inline const QString CannotWriteFile = u"无法写入文件“%1”：%2"_s;
+inline const QString CannotReadFile = u"无法读取文件“%1”：%2"_s;
+inline const QString ReasonDiskFull = u"磁盘已满。请删除一些不需要的文件，腾出空间后再试。"_s;
+inline const QString ReasonTooLarge = u"文件超出了系统允许的大小。"_s;
+inline const QString ReasonNoPermission = u"没有访问权限。请检查该文件及其所在文件夹的权限。"_s;
+inline const QString ReasonReadOnly = u"磁盘或文件夹是只读的。"_s;
+inline const QString ReasonIsFolder = u"该位置上是一个文件夹，而不是文件。请将它移走或改名。"_s;
+inline const QString ReasonOther = u"系统错误 %1。"_s;  // %1: the error number
+// A commit whose journal was written but whose renames failed: its change
+// stands and the next start-up finishes it. Follows CannotWriteFile's text.
+inline const QString CommitUnfinished = u"更改已经保存，将在程序下次启动时全部生效。"_s;
+// The error guard's headline when some files did change.
+inline const QString OperationIncomplete = u"操作未能全部完成。"_s;
+// A send-and-receive run whose send went through and whose receive did not.
+inline const QString SentButNotReceived =
+    u"邮件已经发出，但接收未能完成：收件箱和服务器上等待的邮件保持不变。"_s;
+// A file that is not a data file at all is kept under another name: %1 its
+// name, %2 the new name, %3 the folder holding both.
+inline const QString DamagedFileSetAside =
+    u"文件“%1”无法作为数据文件读取。为了不丢失其中的内容，它已被改名为“%2”，保存在文件夹“%3”中。程序将把它当作空文件继续运行。"_s;
 inline const QString BadPosition = u"位置超出范围。"_s;
 
 // ---- Window layer, shared ----------------------------------------------

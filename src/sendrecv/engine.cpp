@@ -4,41 +4,27 @@
 #include "store/clock.h"
 #include "store/errors.h"
 #include "store/folders.h"
-#include "store/mailboxes.h"
+#include "store/mailstore.h"
 #include "store/prompter.h"
 #include "store/textutil.h"
 #include "texts.h"
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-// The next free slot of a folder array, refusing a 102nd message before
-// anything is written.
-EmailRec &slot(EmailArray &mails, int position)
-{
-    if (position >= MAX_FOLDER_MAILS)
-        throw IndexError(texts::TooManyMails);
-    return mails[position];
-}
-}  // namespace
 
 bool CheckOutboxAccounts()
 {
-    EmailArray outbox;
-    MailCount nOut = 0;
-    LoadEmails(FolderFile::Outbox, outbox, nOut);
-    MailBoxArray accounts;
-    MailCount nAcc = 0;
-    LoadMailBoxes(accounts, nAcc);
-    if (nAcc == 0)
+    const MailList outbox = store::Folder(FolderFile::Outbox);
+    const AccountList accounts = store::Accounts();
+    if (accounts.isEmpty())
         return false;
 
     // Only the first account is compared, on purpose, and the first message
     // that names it neither as sender nor as recipient ends the check with a
     // single box: a message from the second account is refused as well.
-    const QString &address = accounts[0].address;
-    for (int i = 0; i < nOut; ++i) {
-        if (TrimSpaces(outbox[i].from) == address || TrimSpaces(outbox[i].to) == address)
+    const QString &address = accounts.first().address;
+    for (const EmailRec &m : outbox) {
+        if (TrimSpaces(m.from) == address || TrimSpaces(m.to) == address)
             continue;
         prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
                            texts::OutboxWithoutAccount);
@@ -49,39 +35,39 @@ bool CheckOutboxAccounts()
 
 SendResult SendStep()
 {
-    EmailArray outbox, sent, queue;
-    MailCount nOut = 0, nSent = 0, nQueue = 0;
-    LoadEmails(FolderFile::Outbox, outbox, nOut);
-    LoadEmails(FolderFile::SentItems, sent, nSent);
-    LoadEmails(FolderFile::ServerQueue, queue, nQueue);
+    FolderSet set;
+    const MailList &outbox = set.read(FolderFile::Outbox);
+    MailList sent = set.read(FolderFile::SentItems);
+    MailList queue = set.read(FolderFile::ServerQueue);
 
     SendResult result;
     // One stamp per step: every message a step moves bears the same minute.
     const QString stamp = NowStamp();
-    // Every message is checked, even after a failure, and the valid ones
-    // are copied in memory all the same; only the saving depends on the
-    // whole Outbox being valid.
-    for (int i = 0; i < nOut; ++i) {
-        const EmailRec &m = outbox[i];
+    // Every message is checked, even after a failure; only the saving
+    // depends on the whole Outbox being valid.
+    for (const EmailRec &m : outbox) {
         if (!RecipientsAcceptable(m.to, m.alsoto)) {
             result.failed = true;
             continue;
         }
-        EmailRec &kept = slot(sent, nSent + i);
-        kept = m;  // keeps the Outbox message's own isnew
+        EmailRec kept = m;  // keeps the Outbox message's own isnew
         kept.datetime = stamp;
-        EmailRec &travelling = slot(queue, nQueue + i);
-        travelling = m;
+        AppendMail(sent, kept);
+        EmailRec travelling = m;
         travelling.isnew = u"1"_s;
         travelling.datetime = stamp;
+        AppendMail(queue, travelling);
     }
     if (result.failed)
         return result;
 
-    SaveEmails(FolderFile::SentItems, sent, MailCount(nSent + nOut));
-    SaveEmails(FolderFile::ServerQueue, queue, MailCount(nQueue + nOut));
-    SaveEmails(FolderFile::Outbox, outbox, 0);
-    result.sent = nOut;
+    // The three files change as one: a message is in the Outbox, or in
+    // Sent Items and the queue, never in both and never lost.
+    set.change(FolderFile::SentItems) = sent;
+    set.change(FolderFile::ServerQueue) = queue;
+    result.sent = MailCount(outbox.size());
+    set.change(FolderFile::Outbox).clear();
+    set.commit();
     result.barStarts = true;
     return result;
 }
@@ -89,62 +75,67 @@ SendResult SendStep()
 ReceiveResult ReceiveStep()
 {
     ReceiveResult result;
-    EmailArray queue, inbox;
-    MailCount nQueue = 0, nIn = 0;
-    LoadEmails(FolderFile::ServerQueue, queue, nQueue);
-    LoadEmails(FolderFile::Inbox, inbox, nIn);
-    MailBoxArray accounts;
-    MailCount nAcc = 0;
-    LoadMailBoxes(accounts, nAcc);
-    if (nAcc == 0) {
-        result.kept = nQueue;
+    FolderSet set;
+    const MailList &queue = set.read(FolderFile::ServerQueue);
+    MailList inbox = set.read(FolderFile::Inbox);
+    const AccountList &accounts = set.accounts();
+    if (accounts.isEmpty()) {
+        result.kept = MailCount(queue.size());
         return result;
     }
     result.hadAccounts = true;
 
-    const MailCount unreadBefore = CountUnread(inbox, nIn);
+    const MailCount unreadBefore = CountUnread(inbox);
 
     const QString stamp = NowStamp();
-    MailCount kept = 0;
-    for (int i = 0; i < nQueue; ++i) {
-        const QString recipients = RecipientText(queue[i].to, queue[i].alsoto);
+    MailList kept;
+    for (const EmailRec &m : queue) {
+        const QString recipients = RecipientText(m.to, m.alsoto);
         bool matched = false;
         // One copy per matching account: a message for two local accounts
         // arrives twice. The copy keeps the queued isnew.
-        for (int j = 0; j < nAcc; ++j) {
-            if (!AddressMatches(recipients, accounts[j].address))
+        for (const MailBoxRec &account : accounts) {
+            if (!AddressMatches(recipients, account.address))
                 continue;
-            EmailRec &copy = slot(inbox, nIn);
-            copy = queue[i];
+            EmailRec copy = m;
             copy.datetime = stamp;
-            ++nIn;
+            AppendMail(inbox, copy);
             ++result.received;
             matched = true;
         }
-        if (!matched) {
-            if (kept != i)
-                queue[kept] = queue[i];
-            ++kept;
-        }
+        if (!matched)
+            kept.append(m);
     }
-    result.kept = kept;
+    result.kept = MailCount(kept.size());
     result.inboxUnread = MailCount(unreadBefore + result.received);
 
-    SaveEmails(FolderFile::Inbox, inbox, nIn);
-    SaveEmails(FolderFile::ServerQueue, queue, kept);
+    // The queue and the Inbox change as one: a message is waiting or
+    // delivered, never both.
+    set.change(FolderFile::Inbox) = inbox;
+    set.change(FolderFile::ServerQueue) = kept;
+    set.commit();
     return result;
 }
 
 RunResult RunSendReceive(qint16 mode)
 {
     RunResult run;
-    if (mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::SendOnly) {
-        run.send = SendStep();
-        run.sendRan = true;
-    }
-    if (mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::ReceiveOnly) {
-        run.receive = ReceiveStep();
-        run.receiveRan = true;
+    // Each step is a unit of its own: a receive that fails leaves a send
+    // that went through as it is, and the error says so.
+    try {
+        if (mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::SendOnly) {
+            run.sendRan = true;
+            run.send = SendStep();
+        }
+        if (mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::ReceiveOnly) {
+            run.receiveRan = true;
+            run.receive = ReceiveStep();
+        }
+    } catch (const StoreError &error) {
+        const bool sentBefore = run.receiveRan && run.sendRan && !run.send.failed;
+        run.errorText = sentBefore
+            ? texts::SentButNotReceived + u"\r\r"_s + error.userText()
+            : ErrorBoxText(error);
     }
     return run;
 }

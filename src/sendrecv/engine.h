@@ -54,12 +54,18 @@ struct RunResult
     SendResult send;
     ReceiveResult receive;
 
+    // A step that a store error ended (a full folder, a file that cannot
+    // be written): the box to show, which says what did and did not change.
+    // Empty when both steps ran to their end.
+    QString errorText;
+
     bool sendFailed() const { return send.failed; }
     // Whether any step started the bar; after a failed send-only run
     // nothing does and the dialog waits for its caller to unload it.
     bool barStarts() const
     {
-        return (sendRan && send.barStarts) || (receiveRan && receive.barStarts);
+        return errorText.isEmpty()
+            && ((sendRan && send.barStarts) || (receiveRan && receive.barStarts));
     }
 };
 
@@ -85,5 +91,5 @@ ReceiveResult ReceiveStep();
 
 // The steps of one dialog load: mode 0 send then receive, 1 receive, 2
 // send, any other mode neither. A failed send does not keep mode 0 from
-// receiving.
+// receiving. A store error ends the run and is reported in errorText.
 RunResult RunSendReceive(qint16 mode);

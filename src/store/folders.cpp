@@ -1,7 +1,7 @@
 #include "folders.h"
 
-#include "appdir.h"
 #include "errors.h"
+#include "mailstore.h"
 #include "profile.h"
 #include "prompter.h"
 #include "textutil.h"
@@ -25,17 +25,14 @@ QString FolderFile::fileName(int folder)
 }
 
 namespace {
-// The path of a folder's file, or an empty string after telling the user
-// that the number is out of range.
-QString chooseFile(int folder)
+// Whether folder names a file; otherwise the user is told that the number
+// is out of range.
+bool validFolder(int folder)
 {
-    const QString name = FolderFile::fileName(folder);
-    if (name.isEmpty()) {
-        prompter().message(Prompter::Icon::Exclamation, texts::ErrorTitle,
-                           texts::FolderOutOfRange);
-        return QString();
-    }
-    return AppFilePath(name);
+    if (!FolderFile::fileName(folder).isEmpty())
+        return true;
+    prompter().message(Prompter::Icon::Exclamation, texts::ErrorTitle, texts::FolderOutOfRange);
+    return false;
 }
 
 QByteArray sectionName(int k)
@@ -50,20 +47,13 @@ QString stored(const QString &value)
 }
 }  // namespace
 
-void LoadEmails(int folder, EmailArray &mails, MailCount &count)
+QList<EmailRec> ParseFolder(int folder, const ProfileFile &file)
 {
-    const QString path = chooseFile(folder);
-    if (path.isEmpty())
-        return;
-    const ProfileFile file = ProfileFile::load(path);
-
     // Only four characters of "number" are ever read.
     const int number = LeadingNumber(file.value("email", "number", 5));
     if (number > MAX_FOLDER_MAILS)
         throw IndexError(texts::TooManyMails);
 
-    // Read everything first, so that a damaged record leaves the caller's
-    // array as it was.
     QList<EmailRec> read(number);
     for (int k = 0; k < number; ++k) {
         const QByteArray section = sectionName(k);
@@ -80,24 +70,16 @@ void LoadEmails(int folder, EmailArray &mails, MailCount &count)
         m.folder = folder;
         m.index = k;
     }
-    for (int k = 0; k < number; ++k)
-        mails[k] = std::move(read[k]);
-    count = MailCount(number);
+    return read;
 }
 
-void SaveEmails(int folder, const EmailArray &mails, MailCount count)
+QByteArray FolderBytes(const QList<EmailRec> &mails)
 {
-    const QString path = chooseFile(folder);
-    if (path.isEmpty())
-        return;
-    if (count > MAX_FOLDER_MAILS)
-        throw IndexError(texts::TooManyMails);
-
     ProfileWriter out;
     out.line(u"[email]"_s);
-    out.line(u"number", QString::number(count));
+    out.line(u"number", QString::number(mails.size()));
     out.line(QString());
-    for (int k = 0; k < count; ++k) {
+    for (int k = 0; k < mails.size(); ++k) {
         const EmailRec &m = mails[k];
         out.line(u'[' + QString::fromLatin1(sectionName(k)) + u']');
         out.line(u"id", stored(m.id));
@@ -111,7 +93,30 @@ void SaveEmails(int folder, const EmailArray &mails, MailCount count)
         out.line(u"isnew", stored(m.isnew));
         out.line(QString());
     }
-    out.commit(path);
+    return out.bytes();
+}
+
+void LoadEmails(int folder, EmailArray &mails, MailCount &count)
+{
+    if (!validFolder(folder))
+        return;
+    // Read whole first, so that a damaged record leaves the caller's array
+    // as it was.
+    const QList<EmailRec> read = store::Folder(folder);
+    for (int k = 0; k < read.size(); ++k)
+        mails[k] = read[k];
+    count = MailCount(read.size());
+}
+
+void SaveEmails(int folder, const EmailArray &mails, MailCount count)
+{
+    if (!validFolder(folder))
+        return;
+    if (count > MAX_FOLDER_MAILS)
+        throw IndexError(texts::TooManyMails);
+    FolderSet set;
+    set.change(folder) = QList<EmailRec>(mails.begin(), mails.begin() + qMax<int>(count, 0));
+    set.commit();
 }
 
 QString EscapeContent(const QString &text)
@@ -134,10 +139,19 @@ QString UnescapeContent(const QString &stored)
 
 MailCount CountUnread(int folder)
 {
-    EmailArray mails;
-    MailCount count = 0;
-    LoadEmails(folder, mails, count);
-    return CountUnread(mails, count);
+    if (!validFolder(folder))
+        return 0;
+    return CountUnread(store::Folder(folder));
+}
+
+MailCount CountUnread(const QList<EmailRec> &mails)
+{
+    MailCount unread = 0;
+    for (const EmailRec &m : mails) {
+        if (m.isnew == u"1")
+            ++unread;
+    }
+    return unread;
 }
 
 MailCount CountUnread(const EmailArray &mails, MailCount count)

@@ -2,6 +2,11 @@
 
 #include "records.h"
 
+#include <QByteArray>
+#include <QList>
+
+class ProfileFile;
+
 // The six folder files.
 
 // Reads a whole folder into mails from index 0 and sets count from the
@@ -24,7 +29,13 @@ QString UnescapeContent(const QString &stored);
 MailCount CountUnread(int folder);
 // The same count for records 0..count-1 of a folder already loaded.
 MailCount CountUnread(const EmailArray &mails, MailCount count);
+MailCount CountUnread(const QList<EmailRec> &mails);
 
 // Shifts the records after position one place down; the last slot keeps
 // its contents.
 void RemoveEmailAt(EmailArray &mails, int position);
+
+// The records of a parsed folder file, by its "number"; the rules above.
+QList<EmailRec> ParseFolder(int folder, const ProfileFile &file);
+// The bytes SaveEmails writes for these records.
+QByteArray FolderBytes(const QList<EmailRec> &mails);

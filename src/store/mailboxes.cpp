@@ -1,7 +1,7 @@
 #include "mailboxes.h"
 
-#include "appdir.h"
 #include "errors.h"
+#include "mailstore.h"
 #include "profile.h"
 #include "textutil.h"
 #include "texts.h"
@@ -15,16 +15,16 @@ QByteArray sectionName(int k)
 }
 }  // namespace
 
-void LoadMailBoxes(MailBoxArray &accounts, MailCount &count)
+QList<MailBoxRec> ParseAccounts(const ProfileFile &file, int count)
 {
-    const ProfileFile file = ProfileFile::load(AppFilePath(MailBoxFileName));
     // A caller that knows how many accounts it wants is not overruled by
     // the file; only four characters of "number" are ever read.
     const int number = count != 0 ? count : LeadingNumber(file.value("mailbox", "number", 5));
     if (number > MAX_MAILBOXES)
         throw IndexError(texts::TooManyAccounts);
 
-    for (int k = 0; k < number; ++k) {
+    QList<MailBoxRec> accounts(qMax(number, 0));
+    for (int k = 0; k < accounts.size(); ++k) {
         const QByteArray section = sectionName(k);
         MailBoxRec &a = accounts[k];
         a.name = RightTrim(file.value(section, "name"));
@@ -34,21 +34,18 @@ void LoadMailBoxes(MailBoxArray &accounts, MailCount &count)
         a.userpassword = RightTrim(file.value(section, "userpassword"));
         a.address = RightTrim(file.value(section, "address"));
     }
-    count = MailCount(number);
+    return accounts;
 }
 
-void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
+QByteArray AccountBytes(const QList<MailBoxRec> &accounts)
 {
-    if (count > MAX_MAILBOXES)
-        throw IndexError(texts::TooManyAccounts);
-
     // Account values are lower-cased but, unlike message values, keep their
     // trailing blanks.
     ProfileWriter out;
     out.line(u"[mailbox]"_s);
-    out.line(u"number", QString::number(count));
+    out.line(u"number", QString::number(accounts.size()));
     out.line(QString());
-    for (int k = 0; k < count; ++k) {
+    for (int k = 0; k < accounts.size(); ++k) {
         const MailBoxRec &a = accounts[k];
         out.line(u'[' + QString::fromLatin1(sectionName(k)) + u']');
         out.line(u"name", LowerAscii(a.name));
@@ -59,7 +56,24 @@ void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
         out.line(u"address", LowerAscii(a.address));
         out.line(QString());
     }
-    out.commit(AppFilePath(MailBoxFileName));
+    return out.bytes();
+}
+
+void LoadMailBoxes(MailBoxArray &accounts, MailCount &count)
+{
+    const QList<MailBoxRec> read = count != 0 ? store::Accounts(count) : store::Accounts();
+    for (int k = 0; k < read.size(); ++k)
+        accounts[k] = read[k];
+    count = MailCount(read.size());
+}
+
+void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
+{
+    if (count > MAX_MAILBOXES)
+        throw IndexError(texts::TooManyAccounts);
+    FolderSet set;
+    set.changeAccounts() = QList<MailBoxRec>(accounts.begin(), accounts.begin() + qMax<int>(count, 0));
+    set.commit();
 }
 
 void RemoveMailBoxAt(MailBoxArray &accounts, int position)

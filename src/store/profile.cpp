@@ -3,15 +3,19 @@
 #include "errors.h"
 #include "texts.h"
 
+#include "commit.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <QStringDecoder>
 #include <QStringEncoder>
+
+#include <cerrno>
+#include <sys/stat.h>
 
 namespace {
 constexpr char Gb18030[] = "GB18030";
 
-bool isBlank(char c)
+bool isBlankChar(char c)
 {
     return c == ' ' || c == '\t' || c == '\v';
 }
@@ -38,9 +42,9 @@ qsizetype charLength(const char *p, qsizetype remaining)
 
 void trim(const QByteArray &bytes, qsizetype &begin, qsizetype &end)
 {
-    while (begin < end && isBlank(bytes.at(begin)))
+    while (begin < end && isBlankChar(bytes.at(begin)))
         ++begin;
-    while (end > begin && isBlank(bytes.at(end - 1)))
+    while (end > begin && isBlankChar(bytes.at(end - 1)))
         --end;
 }
 
@@ -76,6 +80,91 @@ QString decode(QByteArrayView bytes)
     return decoder.decode(bytes);
 }
 
+// Strict UTF-8 (no overlong forms, no surrogates, nothing past U+10FFFF)
+// with at least one multi-byte character. GB18030 Chinese text fails on its
+// first character, so the scan rarely goes far.
+bool isUtf8WithMultibyte(QByteArrayView bytes)
+{
+    bool multibyte = false;
+    const qsizetype n = bytes.size();
+    qsizetype i = 0;
+    while (i < n) {
+        const uchar c = uchar(bytes[i]);
+        if (c < 0x80) {
+            ++i;
+            continue;
+        }
+        int len = 0;
+        uchar low = 0x80, high = 0xBF;  // bounds of the second byte
+        if (c >= 0xC2 && c <= 0xDF) {
+            len = 2;
+        } else if (c >= 0xE0 && c <= 0xEF) {
+            len = 3;
+            if (c == 0xE0)
+                low = 0xA0;
+            else if (c == 0xED)
+                high = 0x9F;
+        } else if (c >= 0xF0 && c <= 0xF4) {
+            len = 4;
+            if (c == 0xF0)
+                low = 0x90;
+            else if (c == 0xF4)
+                high = 0x8F;
+        } else {
+            return false;
+        }
+        if (i + len > n)
+            return false;
+        const uchar c2 = uchar(bytes[i + 1]);
+        if (c2 < low || c2 > high)
+            return false;
+        for (int k = 2; k < len; ++k) {
+            const uchar ck = uchar(bytes[i + k]);
+            if (ck < 0x80 || ck > 0xBF)
+                return false;
+        }
+        multibyte = true;
+        i += len;
+    }
+    return multibyte;
+}
+
+// NUL and the control characters that no text holds; tab, the line ends,
+// vertical tab, form feed and the old end-of-file mark are text.
+// Whether bytes without a byte-order mark are UTF-8 text. Valid UTF-8 is not
+// enough: one GB18030 character in five is valid UTF-8 on its own. So the
+// text must also read as a Chinese user writes it: some CJK characters and
+// nothing but CJK, its punctuation, full-width forms and Latin-1 besides
+// ASCII, where GB18030 bytes taken for UTF-8 give Greek, Cyrillic and the
+// like.
+bool looksUtf8(QByteArrayView bytes)
+{
+    if (!isUtf8WithMultibyte(bytes))
+        return false;
+    bool cjk = false;
+    for (QChar c : QString::fromUtf8(bytes)) {
+        const char16_t u = c.unicode();
+        if (u < 0x80)
+            continue;
+        const bool ideograph = (u >= 0x3000 && u <= 0x9FFF) || (u >= 0xFF00 && u <= 0xFFEF);
+        if (!ideograph && !(u >= 0xA0 && u <= 0xFF) && !(u >= 0x2000 && u <= 0x206F)
+            && !c.isSurrogate())
+            return false;
+        cjk = cjk || ideograph;
+    }
+    return cjk;
+}
+
+bool hasBinaryBytes(QByteArrayView bytes)
+{
+    for (char ch : bytes) {
+        const uchar c = uchar(ch);
+        if (c < 0x20 && c != '\t' && c != '\n' && c != '\v' && c != '\f' && c != '\r' && c != 0x1A)
+            return true;
+    }
+    return false;
+}
+
 bool sameName(QByteArrayView a, QByteArrayView b)
 {
     if (a.size() != b.size())
@@ -102,18 +191,88 @@ QByteArrayView cutToCharacters(QByteArrayView bytes, qsizetype maxBytes)
     return bytes.first(end);
 }
 
+QByteArray EncodeGb18030(const QString &text)
+{
+    QStringEncoder encoder(Gb18030);
+    return encoder.encode(text);
+}
+
+QByteArray ToGb18030(QByteArray bytes)
+{
+    const auto from = [&bytes](QStringConverter::Encoding encoding, qsizetype skip) {
+        QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
+        return EncodeGb18030(decoder.decode(QByteArrayView(bytes).sliced(skip)));
+    };
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        return from(QStringConverter::Utf8, 3);
+    if (bytes.startsWith("\xFF\xFE"))
+        return from(QStringConverter::Utf16LE, 2);
+    if (bytes.startsWith("\xFE\xFF"))
+        return from(QStringConverter::Utf16BE, 2);
+    if (looksUtf8(bytes))
+        return from(QStringConverter::Utf8, 0);
+    return bytes;
+}
+
 ProfileFile ProfileFile::load(const QString &path)
 {
+    const QByteArray native = QFile::encodeName(path);
+    struct stat st;
+    if (::stat(native.constData(), &st) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return ProfileFile();
+        throw FileError(texts::CannotReadFile.arg(path, FileFailureReason(errno)));
+    }
+    if (S_ISDIR(st.st_mode))
+        throw FileError(texts::CannotReadFile.arg(path, FileFailureReason(EISDIR)));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return ProfileFile();
-    return parse(file.readAll());
+        throw FileError(texts::CannotReadFile.arg(path, FileFailureReason(EACCES)));
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw FileError(texts::CannotReadFile.arg(path, file.errorString()));
+    return parse(std::move(bytes));
+}
+
+bool ProfileFile::isBlank() const
+{
+    for (char c : m_bytes) {
+        if (!isBlankChar(c) && c != '\r' && c != '\n' && c != '\f')
+            return false;
+    }
+    return true;
+}
+
+bool ProfileFile::isBinary() const
+{
+    return m_binary;
+}
+
+bool ProfileFile::hasSection(QByteArrayView section) const
+{
+    return m_firstSection.contains(lowered(section));
+}
+
+bool ProfileFile::hasNumberedSection(QByteArrayView prefix) const
+{
+    const QByteArray p = lowered(prefix);
+    for (const QByteArray &name : m_sectionNames) {
+        if (name.size() > p.size() && name.startsWith(p)) {
+            bool digits = true;
+            for (qsizetype i = p.size(); i < name.size() && digits; ++i)
+                digits = name.at(i) >= '0' && name.at(i) <= '9';
+            if (digits)
+                return true;
+        }
+    }
+    return false;
 }
 
 ProfileFile ProfileFile::parse(QByteArray bytes)
 {
     ProfileFile profile;
-    profile.m_bytes = std::move(bytes);
+    profile.m_bytes = ToGb18030(std::move(bytes));
+    profile.m_binary = hasBinaryBytes(profile.m_bytes);
     const QByteArray &b = profile.m_bytes;
     const qsizetype n = b.size();
     Section *current = nullptr;  // lines before the first header go nowhere
@@ -148,6 +307,7 @@ ProfileFile ProfileFile::parse(QByteArray bytes)
             profile.m_sections.last().entries.reserve(12);  // a message has nine keys
             if (!profile.m_firstSection.contains(name))
                 profile.m_firstSection.insert(name, profile.m_sections.size() - 1);
+            profile.m_sectionNames.append(name);
             current = &profile.m_sections.last();
             continue;
         }
@@ -222,13 +382,5 @@ void ProfileWriter::line(QStringView key, const QString &value)
 
 QByteArray ProfileWriter::bytes() const
 {
-    QStringEncoder encoder(Gb18030);
-    return encoder.encode(m_text);
-}
-
-void ProfileWriter::commit(const QString &path) const
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes()) < 0 || !file.commit())
-        throw FileError(texts::CannotWriteFile.arg(path));
+    return EncodeGb18030(m_text);
 }

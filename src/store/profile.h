@@ -35,6 +35,13 @@
 //  - a value longer than the buffer is cut to at most buffer - 1 bytes of
 //    the file's GB18030 text, never splitting a character;
 //  - a missing file, section or key reads as "".
+// A file saved by a text editor in another encoding is read as its
+// encoding says: UTF-16 (either byte order) and UTF-8 by their byte-order
+// mark, UTF-8 without one when its bytes are valid UTF-8 holding Chinese
+// characters (and nothing GB18030 bytes would turn into when taken for
+// UTF-8); everything else is GB18030. Foreign text is turned into
+// GB18030 first, which holds every character, so the rules below apply to
+// it unchanged.
 // Parsing works on the raw bytes, stepping over whole GB18030 characters,
 // so a trail byte that looks like "]" never ends a section name. Queries are
 // ASCII, so plain byte-wise case folding is enough to match them. Keys stay
@@ -48,7 +55,9 @@ public:
 
     ProfileFile() = default;
 
-    // Reads and parses the file; a missing or unreadable file is empty.
+    // Reads and parses the file; a missing file is empty. Throws FileError
+    // when something stands at path that cannot be read (no permission, a
+    // folder), so that it is never taken for an empty file and replaced.
     static ProfileFile load(const QString &path);
     // Parses bytes as they would stand in a file.
     static ProfileFile parse(QByteArray bytes);
@@ -56,6 +65,14 @@ public:
     // The value of key in section, cut to bufferSize - 1 bytes and decoded.
     QString value(QByteArrayView section, QByteArrayView key,
                   int bufferSize = ValueBuffer) const;
+
+    // Nothing but blanks and line ends (a missing file included).
+    bool isBlank() const;
+    // Holds bytes no text file has: NUL or other control characters.
+    bool isBinary() const;
+    bool hasSection(QByteArrayView section) const;
+    // Whether some section is named prefix followed by digits.
+    bool hasNumberedSection(QByteArrayView prefix) const;
 
 private:
     struct Entry
@@ -74,7 +91,9 @@ private:
     const Entry *find(QByteArrayView section, QByteArrayView key) const;
 
     QByteArray m_bytes;
+    bool m_binary = false;
     QList<Section> m_sections;
+    QList<QByteArray> m_sectionNames;  // lower-cased, in file order
     QHash<QByteArray, qsizetype> m_firstSection;  // lower-cased name -> index
     // Callers ask for the keys of one section in a row; the last section
     // found is remembered so that the run costs one hash lookup.
@@ -82,19 +101,15 @@ private:
     mutable qsizetype m_lastIndex = -1;  // -1: none yet, or not found
 };
 
-// Builds a data file line by line and writes it whole: GB18030 text, CR LF
-// line ends, through QSaveFile, so an interrupted save leaves the old file
-// as it was.
+// Builds a data file line by line: GB18030 text, CR LF line ends. The
+// bytes go to the disk through a FileCommit.
 class ProfileWriter
 {
 public:
     void line(const QString &text);
     void line(QStringView key, const QString &value);  // "key=value"
 
-    // The bytes that commit() writes.
     QByteArray bytes() const;
-    // Replaces the file; throws FileError when it cannot be written.
-    void commit(const QString &path) const;
 
 private:
     QString m_text;
@@ -102,3 +117,10 @@ private:
 
 // Cuts GB18030 bytes to at most maxBytes without splitting a character.
 QByteArrayView cutToCharacters(QByteArrayView bytes, qsizetype maxBytes);
+
+// The bytes of a file as GB18030, whatever encoding its marks or its bytes
+// show (see above).
+QByteArray ToGb18030(QByteArray bytes);
+
+// Bytes of text as the files store it: GB18030.
+QByteArray EncodeGb18030(const QString &text);

@@ -2,6 +2,7 @@
 // reader would, for hand-edited and damaged files too. Each row is a
 // hand-made file and one query.
 
+#include "store/commit.h"
 #include "store/profile.h"
 #include "testsupport.h"
 
@@ -146,9 +147,9 @@ void tst_profile::writerReplacesFileWhole()
 {
     testsupport::DataDir dir;
     dir.writeBytes(u"t.dat"_s, QByteArray(5000, 'z'));
-    ProfileWriter w;
-    w.line(u"[a]"_s);
-    w.commit(dir.filePath(u"t.dat"_s));
+    FileCommit c;
+    c.add(u"t.dat"_s, "[a]\r\n");
+    c.run();
     QCOMPARE(dir.readBytes(u"t.dat"_s), QByteArray("[a]\r\n"));
 }
 

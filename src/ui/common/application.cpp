@@ -21,8 +21,7 @@ bool QuillpostApplication::notify(QObject *receiver, QEvent *event)
     try {
         return QApplication::notify(receiver, event);
     } catch (const StoreError &error) {
-        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
-                           abandonedText(error.userText()));
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, ErrorBoxText(error));
     } catch (const std::exception &error) {
         prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
                            abandonedText(QString::fromLocal8Bit(error.what())));

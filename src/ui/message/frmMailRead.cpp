@@ -422,6 +422,7 @@ void frmMailRead::mnuSave_Click()
     // is this one quoted line, appended, so saving twice leaves two.
     QFile file(path);
     const QByteArray line = '"' + texts::read::AttachmentMarker.toLatin1() + "\"\r\n";
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size())
-        throw FileError(texts::CannotWriteFile.arg(path));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size()
+        || !file.flush())
+        throw FileError(texts::CannotWriteFile.arg(path, file.errorString()));
 }
