@@ -12,6 +12,14 @@ using namespace Qt::Literals::StringLiterals;
 // ---- Program-wide -------------------------------------------------------
 inline const QString AppTitle = u"Quillpost Express"_s;
 inline const QString ErrorTitle = u"出错"_s;
+// The buttons of the program's own boxes.
+inline const QString ButtonOk = u"确定"_s;
+inline const QString ButtonYes = u"是(&Y)"_s;
+inline const QString ButtonNo = u"否(&N)"_s;
+// A command whose message changed or went meanwhile in its file acts on
+// nothing else.
+inline const QString MailGone =
+    u"这封邮件已经不在原来的位置，可能已被移动或删除。列表已经更新，请重新选择。"_s;
 
 // ---- Mail store ---------------------------------------------------------
 inline const QString FolderOutOfRange = u"选定文件参数错误,超出范围!"_s;
@@ -215,10 +223,11 @@ inline const QString OutboxWithoutAccount = u"发件箱中的部分邮件没有�
 // ---- Compose window -------------------------------------------------------
 namespace compose {
 inline const QString Caption = u"新邮件"_s;
-inline const QString FromLabel = u"发件人:"_s;
-inline const QString ToLabel = u"收件人:"_s;
-inline const QString CcLabel = u"抄送:"_s;
-inline const QString SubjectLabel = u"主题:"_s;
+// Each caption's underlined letter moves to its field.
+inline const QString FromLabel = u"发件人(&R):"_s;
+inline const QString ToLabel = u"收件人(&D):"_s;
+inline const QString CcLabel = u"抄送(&C):"_s;
+inline const QString SubjectLabel = u"主题(&S):"_s;
 inline const QString AttachmentsLabel = u"附件:"_s;
 // Menu bar; only the named entries of the window act.
 inline const QString MenuFile = u"文件(&F)"_s;
@@ -229,6 +238,7 @@ inline const QString MenuSendLater = u"以后发送(&N)"_s;
 inline const QString MenuSave = u"保存(&S)             CTRL+S"_s;
 inline const QString MenuSaveAs = u"另存为(&A)..."_s;
 inline const QString MenuProperties = u"属性(&R)"_s;
+inline const QString MenuClose = u"关闭(&C)"_s;
 inline const QString MenuEdit = u"编辑(&E)"_s;
 inline const QString MenuUndo = u"撤消(&U)"_s;
 inline const QString MenuCut = u"剪切(&T)"_s;
@@ -279,6 +289,19 @@ inline const QString DraftSaved = u"该邮件已存储在“草稿”文件夹�
 inline const QString SendLaterNotice = u"当发送电子邮件时,邮件将首先放置在“发件箱”\r"
                                        u"文件夹中,并在下次使用“发送和接收”命令时发\r"
                                        u"送出去。"_s;
+// Another message asked for while this one is neither sent nor saved.
+inline const QString StillWriting =
+    u"正在编写的邮件尚未发送，也未保存。请先发送、保存或关闭它，然后再打开其他邮件。"_s;
+// Fields longer than the folder file keeps: %1 one line per field, each
+// TooLongLine with %1 the field's name, %2 its bytes, %3 the bytes kept,
+// %4 the characters kept.
+inline const QString TooLongForFile =
+    u"下列内容超出了邮件文件能够保存的长度，保存时超出的部分将被截去：\r\r%1\r\r"
+    u"选择“是”，只保存能够放下的部分；选择“否”，返回继续编辑。"_s;
+inline const QString TooLongLine = u"%1：%2 字节，只能保存 %3 字节（保留前 %4 个字符）"_s;
+// By the order of compose::Overflow::Field.
+inline const QString FieldNames[] = {u"发件人"_s, u"收件人"_s, u"抄送"_s,
+                                     u"主题"_s,   u"正文"_s,   u"附件"_s};
 // Closing the window with changes that were neither sent nor saved; Yes
 // closes and drops them.
 inline const QString AskDiscardOnClose = u"此邮件尚未发送，也未保存。\r\r是否放弃此邮件并关闭窗口？"_s;
@@ -328,6 +351,9 @@ inline const QString PopupRemove = u"删除(&M)"_s;
 inline const QString SaveTitle = u"另存为"_s;
 // In the chooser's own "description|pattern|" form, trailing bar included.
 inline const QString SaveFilter = u"All Files(*.*)|*.*|"_s;
+// Saving an attachment adds its line to a file already there: %1 its name.
+inline const QString AskAppendToFile =
+    u"文件“%1”已经存在。\r\r是否把附件的内容添加到这个文件的末尾？"_s;
 // The whole content of a saved attachment, written quoted with CR LF after.
 inline const QString AttachmentMarker = u"This is Quillpost Text"_s;
 }  // namespace read

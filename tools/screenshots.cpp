@@ -20,7 +20,7 @@
 #include "ui/common/forms.h"
 #include "ui/main/foldernodes.h"
 #include "sendrecv/engine.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"

@@ -33,3 +33,17 @@ bool AddressMatches(const QString &recipientText, const QString &address)
     // match. An empty address therefore matches every message.
     return recipientText.contains(address, Qt::CaseSensitive);
 }
+
+QString ToLine(const EmailRec &m, bool inInbox, const QList<MailBoxRec> &accounts)
+{
+    const QString recipients = RecipientText(TrimSpaces(m.to), TrimSpaces(m.alsoto));
+    QString line = m.to;
+    // The last account examined decides, not the first that matches: its
+    // address when the message was sent to it, else the message's own To.
+    const int examined = int(qMin<qsizetype>(accounts.size(), MAX_MAILBOXES));
+    for (int i = 0; i < examined; ++i) {
+        const QString &address = accounts.at(i).address;
+        line = inInbox && AddressMatches(recipients, address) ? address : m.to;
+    }
+    return line;
+}

@@ -21,6 +21,8 @@ const char NewFileSuffix[] = ".new";
 
 namespace {
 
+bool syncing = true;
+
 constexpr char JournalHeader[] = "quillpost-journal 1";
 constexpr char JournalEnd[] = "end";
 
@@ -59,7 +61,7 @@ int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArra
             left -= n;
         }
     }
-    if (error == 0 && ::fsync(fd) != 0)
+    if (error == 0 && syncing && ::fsync(fd) != 0)
         error = errno;
     if (::close(fd) != 0 && error == 0)
         error = errno;
@@ -71,6 +73,8 @@ int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArra
 // A rename is only on the disk once the folder holding it is synced.
 int syncFolder()
 {
+    if (!syncing)
+        return 0;
     const int fd = ::open(QFile::encodeName(AppDir()).constData(),
                           O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0)
@@ -123,6 +127,11 @@ int renameAll(const QStringList &names, QString *failedName)
 }
 
 }  // namespace
+
+void SetSyncing(bool on)
+{
+    syncing = on;
+}
 
 QString FileFailureReason(int error)
 {

@@ -59,6 +59,9 @@ struct CachedFolder
 {
     std::optional<Signature> signature;  // none: not read yet
     MailList mails;
+    // Bytes the program wrote and has not read back yet: a folder a
+    // command changed but no window shows costs no reading.
+    QByteArray written;
 };
 
 struct CachedAccounts
@@ -142,8 +145,14 @@ MailList Folder(int folder)
     CachedFolder &c = cache().folders[folder];
     const QString name = FolderFile::fileName(folder);
     Signature now = signatureOf(name);
-    if (c.signature && *c.signature == now)
+    if (c.signature && *c.signature == now) {
+        if (!c.written.isNull()) {
+            c.mails = ParseFolder(folder, ProfileFile::parse(c.written));
+            c.written = QByteArray();
+        }
         return c.mails;
+    }
+    c.written = QByteArray();
     const ProfileFile file = readDataFile(name, "email", "email-");
     MailList mails = ParseFolder(folder, file);
     if (!QFileInfo::exists(AppFilePath(name)))
@@ -270,7 +279,8 @@ void FolderSet::commit()
     Cache &c = cache();
     for (const auto &[folder, bytes] : written) {
         CachedFolder &cached = c.folders[folder];
-        cached.mails = ParseFolder(folder, ProfileFile::parse(bytes));
+        cached.mails.clear();
+        cached.written = bytes;
         cached.signature = signatureOf(FolderFile::fileName(folder));
     }
     if (m_accountsChanged) {

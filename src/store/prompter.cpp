@@ -7,7 +7,7 @@ class SilentPrompter final : public Prompter
 {
 public:
     void message(Icon, const QString &, const QString &) override {}
-    bool confirm(Icon, const QString &, const QString &) override { return false; }
+    bool confirm(Icon, const QString &, const QString &, Default) override { return false; }
 };
 
 SilentPrompter silent;

@@ -9,13 +9,16 @@ class Prompter
 {
 public:
     enum class Icon { Information, Exclamation, Warning, Question, Critical };
+    // The answer Enter gives. A question whose Yes destroys something (a
+    // message, an account, a text being written) defaults to No.
+    enum class Default { Yes, No };
 
     virtual ~Prompter() = default;
 
     // A box with an OK button.
     virtual void message(Icon icon, const QString &title, const QString &text) = 0;
     // A box with Yes and No buttons; true when the user answered Yes.
-    virtual bool confirm(Icon icon, const QString &title, const QString &text) = 0;
+    virtual bool confirm(Icon icon, const QString &title, const QString &text, Default answer) = 0;
 };
 
 // The installed prompter. Until one is installed a silent one answers No.

@@ -4,7 +4,7 @@
 
 #include "fixtures.h"
 #include "sendrecv/engine.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 #include "store/clock.h"
 #include "store/folders.h"
 #include "store/state.h"

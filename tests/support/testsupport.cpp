@@ -122,8 +122,10 @@ void ScriptedPrompter::message(Icon icon, const QString &title, const QString &t
     take({false, icon, title, text, false});
 }
 
-bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text)
+bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text,
+                               Default answer)
 {
+    m_defaults.append(answer);
     return take({true, icon, title, text, false});
 }
 

@@ -55,7 +55,9 @@ public:
     void expectConfirm(Icon icon, const QString &title, const QString &text, bool answerYes);
 
     void message(Icon icon, const QString &title, const QString &text) override;
-    bool confirm(Icon icon, const QString &title, const QString &text) override;
+    bool confirm(Icon icon, const QString &title, const QString &text, Default answer) override;
+    // The answer each question offered to Enter, in order.
+    QList<Default> defaults() const { return m_defaults; }
 
     // True when every expected box was shown and nothing else was.
     bool done() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
@@ -76,6 +78,7 @@ private:
 
     QList<Box> m_expected;
     QStringList m_unexpected;
+    QList<Default> m_defaults;
     int m_shown = 0;
 };
 

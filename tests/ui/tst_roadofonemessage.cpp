@@ -4,7 +4,7 @@
 // folder files hold.
 
 #include "fixtures.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 #include "store/clock.h"
 #include "store/folders.h"
 #include "store/state.h"

@@ -1,29 +1,10 @@
 #include "accountsui.h"
 
-#include "ui/common/twips.h"
-
 #include <QApplication>
-#include <QGuiApplication>
 #include <QLineEdit>
 #include <QPalette>
-#include <QScreen>
 
 namespace accountsui {
-
-void placeOnFreeSpace(QWidget *window, int share, int parts)
-{
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    const QRect area = screen->geometry();
-    const QSize frame = window->frameGeometry().size();
-    // Whole twips first, as the window and screen sizes are kept; the
-    // multiplied free space is then divided with truncation.
-    const auto tw = [](int px) { return int(twips::fromPixels(px) + 0.5); };
-    const int left = twips::freeSpaceOffset(share * tw(area.width()), share * tw(frame.width()), parts);
-    const int top = twips::freeSpaceOffset(share * tw(area.height()), share * tw(frame.height()), parts);
-    window->move(area.topLeft() + QPoint(twips::toPixels(left), twips::toPixels(top)));
-}
 
 void setBoxGreyed(QLineEdit *box, bool greyed)
 {

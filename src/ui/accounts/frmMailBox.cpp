@@ -1,12 +1,10 @@
 #include "frmMailBox.h"
 
-#include "accountsui.h"
-#include "frmMailBoxProp.h"
 #include "frmMainBoxAdd1.h"
 #include "frmMainBoxAdd2.h"
 #include "frmMainBoxAdd3.h"
 #include "frmMainBoxAdd4.h"
-#include "frmMainBoxAdd5.h"
+#include "wizard.h"
 
 #include "store/errors.h"
 #include "store/folders.h"
@@ -15,11 +13,13 @@
 #include "texts.h"
 #include "ui/common/headerbuttons.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 
 #include <QFrame>
 #include <QHeaderView>
 #include <QMenu>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
@@ -130,28 +130,27 @@ frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
     connect(btnProperty, &QPushButton::clicked, this, &frmMailBox::btnProperty_Click);
     connect(btnClose, &QPushButton::clicked, this, &frmMailBox::btnClose_Click);
     connect(mnuEmail, &QAction::triggered, this, &frmMailBox::mnuEmail_Click);
-    // News and directory accounts are offered but not supported; their items
-    // do nothing, and so do the four buttons of the Command array.
-}
-
-void frmMailBox::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous()) {
+    // A row chosen with the keyboard is chosen as a click chooses it.
+    connect(ListView1, &QTreeWidget::itemSelectionChanged, this,
+            &frmMailBox::ListView1_SelectionChanged);
+    ListView1->installEventFilter(this);
+    scaffold::loadOnShow(this, [this] {
         btnAddNew->setIcon(addPicture(devicePixelRatioF(), font(),
                                       palette().color(QPalette::ButtonText)));
         // Every opening starts on "全部", whose list start-up fills.
         const QSignalBlocker quiet(TabStrip1);
         TabStrip1->setCurrentIndex(0);
         Form_Load();
-    }
-    QDialog::showEvent(event);
+    });
+    // News and directory accounts are offered but not supported; their items
+    // do nothing, and so do the four buttons of the Command array.
 }
 
 void frmMailBox::placeOnScreen()
 {
     // Two fifths of the free space, not half: this dialog opens above and
     // left of the centre.
-    accountsui::placeOnFreeSpace(this, 2, 5);
+    scaffold::placeOnFreeSpace(this, scaffold::frameTwips(this), 2, 5);
 }
 
 void frmMailBox::Form_Load()
@@ -189,6 +188,17 @@ void frmMailBox::Form_Load()
 
 bool frmMailBox::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == ListView1 && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && btnProperty->isEnabled()) {
+            btnProperty_Click();
+            return true;
+        }
+        if (key == Qt::Key_Delete && btnDelete->isEnabled()) {
+            btnDelete_Click();
+            return true;
+        }
+    }
     if (watched == ListView1->viewport()) {
         switch (event->type()) {
         case QEvent::MouseButtonPress:
@@ -239,6 +249,17 @@ void frmMailBox::ListView1_Click()
     btnProperty->setEnabled(true);
 }
 
+void frmMailBox::ListView1_SelectionChanged()
+{
+    const QList<QTreeWidgetItem *> rows = ListView1->selectedItems();
+    if (rows.isEmpty())
+        return;  // a click beside the rows says itself what it did
+    SelectedIndex = float(ListView1->indexOfTopLevelItem(rows.first()));
+    SelectedName = rows.first()->text(0);
+    btnDelete->setEnabled(true);
+    btnProperty->setEnabled(true);
+}
+
 void frmMailBox::ListView1_DblClick()
 {
     btnProperty_Click();
@@ -267,8 +288,10 @@ void frmMailBox::mnuEmail_Click()
     NewRec = MailBoxRec();
     Changed = false;
 
-    forms::MainBoxAdd1()->exec();  // the whole wizard runs inside this call
-
+    // The whole wizard runs inside this call; its finish is what the
+    // account's storing waits for.
+    if (forms::MainBoxAdd1()->exec() == wizard::Finished)
+        Changed = true;
     if (!Changed)
         return;
     NewRec.name = forms::MainBoxAdd1()->DisplayName;
@@ -280,15 +303,19 @@ void frmMailBox::mnuEmail_Click()
 
     // The table is full at 21 accounts; the error ends the command before
     // anything is written.
-    if (AccountCount >= MAX_MAILBOXES)
-        throw IndexError(texts::TooManyAccounts);
-    Accounts[AccountCount] = NewRec;
-    AccountCount = AccountCount + 1;
-    SaveMailBoxes(Accounts, MailCount(AccountCount));
-    EmailArray scratch;  // read and dropped: a harmless leftover kept as it is
-    MailCount scratchCount = 0;
-    LoadEmails(FolderFile::Inbox, scratch, scratchCount);
+    const bool stored = scaffold::guarded([this] {
+        if (AccountCount >= MAX_MAILBOXES)
+            throw IndexError(texts::TooManyAccounts);
+        Accounts[AccountCount] = NewRec;
+        SaveMailBoxes(Accounts, MailCount(AccountCount + 1));
+        AccountCount = AccountCount + 1;
+        EmailArray scratch;  // read and dropped: a harmless leftover kept as it is
+        MailCount scratchCount = 0;
+        LoadEmails(FolderFile::Inbox, scratch, scratchCount);
+    });
     Form_Load();
+    if (!stored)
+        return;
     // The rebuild clears Changed; it is set again so that a caller who ran
     // this for a first-time user (EnsureMailBox) can tell that the account
     // now exists and go on with its command.
@@ -298,15 +325,23 @@ void frmMailBox::mnuEmail_Click()
 void frmMailBox::btnDelete_Click()
 {
     if (!prompter().confirm(Prompter::Icon::Warning, texts::accounts::Caption,
-                            texts::accounts::AskDeleteAccount.arg(SelectedName)))
+                            texts::accounts::AskDeleteAccount.arg(SelectedName),
+                            Prompter::Default::No))
         return;
-    RemoveMailBoxAt(Accounts, int(SelectedIndex));
-    AccountCount = AccountCount - 1;
-    SaveMailBoxes(Accounts, MailCount(AccountCount));
-    EmailArray scratch;
-    MailCount scratchCount = 0;
-    LoadEmails(FolderFile::Inbox, scratch, scratchCount);
+    // The table changes only once the file holds the change.
+    MailBoxArray remaining = Accounts;
+    const bool stored = scaffold::guarded([&] {
+        RemoveMailBoxAt(remaining, int(SelectedIndex));
+        SaveMailBoxes(remaining, MailCount(AccountCount - 1));
+        Accounts = remaining;
+        AccountCount = AccountCount - 1;
+        EmailArray scratch;
+        MailCount scratchCount = 0;
+        LoadEmails(FolderFile::Inbox, scratch, scratchCount);
+    });
     Form_Load();
+    if (!stored)
+        return;
     // The rebuild clears Changed; it is set again so that a caller who ran
     // this for a first-time user (EnsureMailBox) can tell that the account
     // now exists and go on with its command.
@@ -315,37 +350,41 @@ void frmMailBox::btnDelete_Click()
 
 void frmMailBox::btnProperty_Click()
 {
-    // The properties command gives up without a word when anything in it
-    // fails.
-    try {
-        const QTreeWidgetItem *row = ListView1->topLevelItem(int(SelectedIndex));
-        if (!row || !row->isSelected())
-            return;
-        const int slot = int(SelectedIndex);
-        if (slot < 0 || slot >= MAX_MAILBOXES)
-            return;
-        Changed = false;
-        const MailBoxRec &account = Accounts[slot];
-        EditRec = {account.name, account.address, account.pop,
-                   account.smtp, account.username, account.userpassword};
+    const QTreeWidgetItem *row = ListView1->topLevelItem(int(SelectedIndex));
+    const int slot = int(SelectedIndex);
+    if (!row || !row->isSelected() || slot < 0 || slot >= MAX_MAILBOXES)
+        return;
+    Changed = false;
+    const MailBoxRec &account = Accounts[slot];
+    EditRec = {account.name, account.address, account.pop,
+               account.smtp, account.username, account.userpassword};
 
-        frmMailBoxProp *prop = forms::MailBoxProp();
-        prop->exec();
+    frmMailBoxProp *prop = forms::MailBoxProp();
+    connect(prop, &frmMailBoxProp::accountChanged, this, &frmMailBox::propertiesChanged,
+            Qt::UniqueConnection);
+    prop->openFor(EditRec);
 
-        if (Changed) {
-            MailBoxRec &target = Accounts[slot];
-            target.address = prop->PropAddress;
-            target.name = prop->PropName;
-            target.pop = prop->PropPOP3;
-            target.smtp = prop->PropSMTP;
-            target.username = prop->PropUserName;
-            target.userpassword = prop->PropPassword;
-            SaveMailBoxes(Accounts, MailCount(AccountCount));
-            update();
-        }
-        Form_Load();
-    } catch (const std::exception &) {
+    if (Changed) {
+        // The table changes only once the file holds the change; a file
+        // that cannot be written says why.
+        MailBoxArray changed = Accounts;
+        MailBoxRec &target = changed[slot];
+        target.address = prop->PropAddress;
+        target.name = prop->PropName;
+        target.pop = prop->PropPOP3;
+        target.smtp = prop->PropSMTP;
+        target.username = prop->PropUserName;
+        target.userpassword = prop->PropPassword;
+        if (scaffold::guarded([&] { SaveMailBoxes(changed, MailCount(AccountCount)); }))
+            Accounts = changed;
+        update();
     }
+    Form_Load();
+}
+
+void frmMailBox::propertiesChanged()
+{
+    Changed = true;
 }
 
 void frmMailBox::btnClose_Click()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/records.h"
+#include "frmMailBoxProp.h"
 #include "ui/common/forms.h"
 
 #include <QDialog>
@@ -15,7 +16,7 @@ class QTreeWidget;
 // wizard, deletes an account and opens its properties. It keeps its own copy
 // of the account table and writes the whole file after every change. The
 // wizard pages and the properties dialog talk back through its public fields.
-class frmMailBox : public QDialog
+class frmMailBox final : public QDialog
 {
     Q_OBJECT
 
@@ -23,15 +24,7 @@ public:
     explicit frmMailBox(QWidget *parent = nullptr);
 
     // The account handed to the properties dialog.
-    struct EditRecord
-    {
-        QString name;
-        QString address;
-        QString pop;
-        QString smtp;
-        QString username;
-        QString userpassword;
-    };
+    using EditRecord = AccountFields;
 
     // Public fields; they belong to the object, not to the window on screen,
     // so a later opening in the same run sees the same values.
@@ -63,7 +56,6 @@ public:
     void mnuEmail_Click();
 
 protected:
-    void showEvent(QShowEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -76,6 +68,8 @@ private:
     void btnProperty_Click();
     void btnClose_Click();
     void placeOnScreen();
+    void ListView1_SelectionChanged();
+    void propertiesChanged();
 
     float MouseX = 0;
     float MouseY = 0;

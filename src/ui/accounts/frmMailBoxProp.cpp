@@ -1,10 +1,10 @@
 #include "frmMailBoxProp.h"
 
 #include "accountsui.h"
-#include "frmMailBox.h"
 
 #include "texts.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 
 #include <QBoxLayout>
@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShowEvent>
 #include <QTabBar>
 
 using namespace Qt::Literals::StringLiterals;
@@ -87,6 +86,7 @@ frmMailBoxProp::frmMailBoxProp(QWidget *parent) : QDialog(parent)
     setWindowTitle(t::PropCaption);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setFixedSize(twips::toPixels(WidthTw), twips::toPixels(HeightTw));
+    scaffold::loadOnShow(this, [this] { Form_Load(); });
 
     TabStrip1 = new QTabBar(this);
     TabStrip1->setObjectName(u"TabStrip1"_s);
@@ -234,11 +234,10 @@ frmMailBoxProp::frmMailBoxProp(QWidget *parent) : QDialog(parent)
     // Check3, Check4 and Command4 are there to be seen; they do nothing.
 }
 
-void frmMailBoxProp::showEvent(QShowEvent *event)
+void frmMailBoxProp::openFor(const AccountFields &account)
 {
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    m_account = account;
+    exec();
 }
 
 void frmMailBoxProp::Form_Load()
@@ -256,7 +255,7 @@ void frmMailBoxProp::Form_Load()
     Command3->setEnabled(false);
     // Filling counts as editing: every box that changes, and both check
     // boxes, enable Apply again.
-    const frmMailBox::EditRecord &rec = forms::MailBox()->EditRec;
+    const AccountFields &rec = m_account;
     Frm1Txt1->setText(rec.username);
     Frm1Txt2->setText(rec.name);
     Frm1Txt4->setText(rec.address);
@@ -299,7 +298,7 @@ void frmMailBoxProp::Command1_Click()
     PropSMTP = Frm2Txt3->text();
     PropUserName = Frm2Txt4->text();
     PropPassword = Frm2Txt5->text();
-    forms::MailBox()->Changed = true;
+    emit accountChanged();
     done(QDialog::Accepted);
 }
 
@@ -313,11 +312,12 @@ void frmMailBoxProp::Command3_Click()
     PropName = Frm1Txt2->text();
     PropAddress = Frm1Txt4->text();
     PropPOP3 = Frm2Txt2->text();
-    // The outgoing server box is not taken: PropSMTP keeps the value of the
-    // last OK (empty before the first), and that is what gets stored. The
-    // asymmetry with OK is long-standing and kept.
+    // Apply stores the outgoing server too, as the box shows it: leaving the
+    // field as an earlier OK (or nothing) had it would store a server the
+    // user never saw here.
+    PropSMTP = Frm2Txt3->text();
     PropUserName = Frm2Txt4->text();
     PropPassword = Frm2Txt5->text();
-    forms::MailBox()->Changed = true;
+    emit accountChanged();
     Command3->setEnabled(false);
 }

@@ -11,19 +11,34 @@ class QLineEdit;
 class QPushButton;
 class QTabBar;
 
-// The "邮件属性" dialog: one account's settings on two tab pages. It reads
-// the account from the accounts dialog's EditRec and leaves the edited
-// values in its own public fields; the accounts dialog stores them.
-class frmMailBoxProp : public QDialog
+// One account's six values as the properties dialog edits them, in the
+// order the accounts dialog hands them over.
+struct AccountFields
+{
+    QString name;
+    QString address;
+    QString pop;
+    QString smtp;
+    QString username;
+    QString userpassword;
+};
+
+// The "邮件属性" dialog: one account's settings on two tab pages. It shows
+// the account it is opened for and leaves the edited values in its own
+// public fields; OK and Apply tell whoever opened it (accountChanged), who
+// stores them.
+class frmMailBoxProp final : public QDialog
 {
     Q_OBJECT
 
 public:
     explicit frmMailBoxProp(QWidget *parent = nullptr);
 
+    // Shows the dialog, modal, for an account.
+    void openFor(const AccountFields &account);
+
     // Public fields, read by the accounts dialog in this order. They outlive
-    // the window, so PropSMTP still holds an earlier OK's value when Apply
-    // leaves it alone.
+    // the window.
     QString PropName;
     QString PropAddress;
     QString PropPOP3;
@@ -80,8 +95,10 @@ public:
 
     void Form_Load();
 
-protected:
-    void showEvent(QShowEvent *event) override;
+signals:
+    // OK or Apply stored the boxes in the public fields.
+    void accountChanged();
+
 
 private:
     void Text_Change();
@@ -91,6 +108,8 @@ private:
     void Command1_Click();
     void Command2_Click();
     void Command3_Click();
+
+    AccountFields m_account;  // the account the dialog was opened for
 };
 
 namespace forms {

@@ -4,13 +4,13 @@
 #include "wizard.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShowEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,16 +18,15 @@ frmMainBoxAdd1::frmMainBoxAdd1(QWidget *parent) : QDialog(parent)
 {
     namespace t = texts::accounts;
     setObjectName(u"frmMainBoxAdd1"_s);
-    Label1 = wizard::label(this, u"Label1"_s, t::NameIntro, true);
-    Label2 = wizard::label(this, u"Label2"_s, t::NameLabel);
+    Label1 = wrapped(named(new QLabel(t::NameIntro, this), u"Label1"_s));
+    Label2 = named(new QLabel(t::NameLabel, this), u"Label2"_s);
     Text1 = new QLineEdit(this);
     Text1->setObjectName(u"Text1"_s);
     Label2->setBuddy(Text1);
-    Label3 = wizard::label(this, u"Label3"_s, t::NameExample);
-    btnBackWard = wizard::button(this, u"btnBackWard"_s, t::Back);
-    btnForWard = wizard::button(this, u"btnForWard"_s, t::Next);
-    btnCancel = wizard::button(this, u"btnCancel"_s, t::Cancel);
-    btnForWard->setDefault(true);
+    Label3 = named(new QLabel(t::NameExample, this), u"Label3"_s);
+    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
+    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
+    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     body->addWidget(Label1);
@@ -42,21 +41,15 @@ frmMainBoxAdd1::frmMainBoxAdd1(QWidget *parent) : QDialog(parent)
     body->addStretch();
 
     connect(Text1, &QLineEdit::textChanged, this, &frmMainBoxAdd1::Text1_Change);
-    connect(btnForWard, &QPushButton::clicked, this, &frmMainBoxAdd1::btnForWard_Click);
-    connect(btnCancel, &QPushButton::clicked, this, &frmMainBoxAdd1::btnCancel_Click);
-    // There is no page before this one: its Back button does nothing.
-}
-
-void frmMainBoxAdd1::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    wizard::wire({this, btnBackWard, btnForWard, btnCancel, true, [this] { Form_Load(); },
+                  [this] {
+                      DisplayName = Text1->text();
+                  },
+                  [] { return forms::MainBoxAdd2(); }});
 }
 
 void frmMainBoxAdd1::Form_Load()
 {
-    wizard::centre(this);
     Text1->clear();
     btnForWard->setEnabled(!Text1->text().isEmpty());
     Text1->setFocus();
@@ -67,18 +60,3 @@ void frmMainBoxAdd1::Text1_Change()
     btnForWard->setEnabled(!Text1->text().isEmpty());
 }
 
-void frmMainBoxAdd1::btnForWard_Click()
-{
-    DisplayName = Text1->text();
-    forms::MainBoxAdd2()->exec();
-}
-
-void frmMainBoxAdd1::btnCancel_Click()
-{
-    wizard::cancelFrom(1);
-}
-
-void frmMainBoxAdd1::reject()
-{
-    btnCancel_Click();
-}

@@ -9,7 +9,7 @@ class QLineEdit;
 class QPushButton;
 
 // Wizard page 1: the display name that goes into the From field.
-class frmMainBoxAdd1 : public QDialog
+class frmMainBoxAdd1 final : public QDialog
 {
     Q_OBJECT
 
@@ -28,17 +28,8 @@ public:
 
     void Form_Load();
 
-public slots:
-    // Escape and the title bar's close button ask like Cancel does.
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     void Text1_Change();
-    void btnForWard_Click();
-    void btnCancel_Click();
 };
 
 namespace forms {

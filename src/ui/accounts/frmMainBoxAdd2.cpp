@@ -1,11 +1,12 @@
 #include "frmMainBoxAdd2.h"
 
-#include "frmMailBox.h"
 #include "frmMainBoxAdd3.h"
 #include "wizard.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QComboBox>
 #include <QGridLayout>
@@ -13,7 +14,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QShowEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,23 +21,22 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
 {
     namespace t = texts::accounts;
     setObjectName(u"frmMainBoxAdd2"_s);
-    Label1 = wizard::label(this, u"Label1"_s, t::AddressIntro, true);
+    Label1 = wrapped(named(new QLabel(t::AddressIntro, this), u"Label1"_s));
     Option1 = new QRadioButton(t::UseExistingAddress, this);
     Option1->setObjectName(u"Option1"_s);
-    Label2 = wizard::label(this, u"Label2"_s, t::AddressLabel);
+    Label2 = named(new QLabel(t::AddressLabel, this), u"Label2"_s);
     Text1 = new QLineEdit(this);
     Text1->setObjectName(u"Text1"_s);
     Label2->setBuddy(Text1);
-    Label3 = wizard::label(this, u"Label3"_s, t::AddressExample);
+    Label3 = named(new QLabel(t::AddressExample, this), u"Label3"_s);
     Option2 = new QRadioButton(t::SignUpNewAccount, this);
     Option2->setObjectName(u"Option2"_s);
     Combo1 = new QComboBox(this);
     Combo1->setObjectName(u"Combo1"_s);
     Combo1->addItem(t::SignUpService);
-    btnBackWard = wizard::button(this, u"btnBackWard"_s, t::Back);
-    btnForWard = wizard::button(this, u"btnForWard"_s, t::Next);
-    btnCancel = wizard::button(this, u"btnCancel"_s, t::Cancel);
-    btnForWard->setDefault(true);
+    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
+    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
+    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     body->addWidget(Label1);
@@ -62,21 +61,23 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
     connect(Text1, &QLineEdit::textChanged, this, &frmMainBoxAdd2::Text1_Change);
     connect(Option1, &QRadioButton::toggled, this, &frmMainBoxAdd2::Option1_Click);
     connect(Option2, &QRadioButton::toggled, this, &frmMainBoxAdd2::Option2_Click);
-    connect(btnBackWard, &QPushButton::clicked, this, &frmMainBoxAdd2::btnBackWard_Click);
-    connect(btnForWard, &QPushButton::clicked, this, &frmMainBoxAdd2::btnForWard_Click);
-    connect(btnCancel, &QPushButton::clicked, this, &frmMainBoxAdd2::btnCancel_Click);
-}
-
-void frmMainBoxAdd2::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    wizard::wire({this, btnBackWard, btnForWard, btnCancel, false, [this] { Form_Load(); },
+                  [this] { Address = Text1->text(); },
+                  [] {
+                      // The servers page is the one page that the accounts
+                      // dialog owns.
+                      QDialog *next = forms::MainBoxAdd3();
+                      const QWidgetList windows = QApplication::topLevelWidgets();
+                      for (QWidget *owner : windows) {
+                          if (owner->objectName() == u"frmMailBox" && next->parentWidget() != owner)
+                              next->setParent(owner, next->windowFlags());
+                      }
+                      return next;
+                  }});
 }
 
 void frmMainBoxAdd2::Form_Load()
 {
-    wizard::centre(this);
     // A fresh page: an existing address is the usual choice.
     Option1->setChecked(true);
     Text1->setEnabled(true);
@@ -108,28 +109,3 @@ void frmMainBoxAdd2::Option2_Click(bool checked)
     Combo1->setEnabled(true);
 }
 
-void frmMainBoxAdd2::btnBackWard_Click()
-{
-    done(QDialog::Rejected);
-}
-
-void frmMainBoxAdd2::btnForWard_Click()
-{
-    Address = Text1->text();
-    // The servers page is the one page that the accounts dialog owns.
-    frmMainBoxAdd3 *next = forms::MainBoxAdd3();
-    frmMailBox *owner = forms::MailBox();
-    if (next->parentWidget() != owner)
-        next->setParent(owner, next->windowFlags());
-    next->exec();
-}
-
-void frmMainBoxAdd2::btnCancel_Click()
-{
-    wizard::cancelFrom(2);
-}
-
-void frmMainBoxAdd2::reject()
-{
-    btnCancel_Click();
-}

@@ -12,7 +12,7 @@ class QRadioButton;
 
 // Wizard page 2: the e-mail address. Signing up for a new account is
 // offered but leads nowhere: the page is left only with a typed address.
-class frmMainBoxAdd2 : public QDialog
+class frmMainBoxAdd2 final : public QDialog
 {
     Q_OBJECT
 
@@ -34,19 +34,10 @@ public:
 
     void Form_Load();
 
-public slots:
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     void Text1_Change();
     void Option1_Click(bool checked);
     void Option2_Click(bool checked);
-    void btnBackWard_Click();
-    void btnForWard_Click();
-    void btnCancel_Click();
 };
 
 namespace forms {

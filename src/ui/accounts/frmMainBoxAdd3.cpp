@@ -4,13 +4,13 @@
 #include "wizard.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 
 #include <QBoxLayout>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShowEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,25 +18,24 @@ frmMainBoxAdd3::frmMainBoxAdd3(QWidget *parent) : QDialog(parent)
 {
     namespace t = texts::accounts;
     setObjectName(u"frmMainBoxAdd3"_s);
-    Label1 = wizard::label(this, u"Label1"_s, t::IncomingKindLabel);
+    Label1 = named(new QLabel(t::IncomingKindLabel, this), u"Label1"_s);
     Combo1 = new QComboBox(this);
     Combo1->setObjectName(u"Combo1"_s);
     for (const QString &kind : t::ServerKinds)
         Combo1->addItem(kind);
     Label1->setBuddy(Combo1);
-    Label2 = wizard::label(this, u"Label2"_s, t::ServerSuffix);
-    Label3 = wizard::label(this, u"Label3"_s, t::IncomingLabel);
+    Label2 = named(new QLabel(t::ServerSuffix, this), u"Label2"_s);
+    Label3 = named(new QLabel(t::IncomingLabel, this), u"Label3"_s);
     Text1 = new QLineEdit(this);
     Text1->setObjectName(u"Text1"_s);
-    Label4 = wizard::label(this, u"Label4"_s, t::OutgoingIntro, true);
-    Label5 = wizard::label(this, u"Label5"_s, t::OutgoingLabel);
+    Label4 = wrapped(named(new QLabel(t::OutgoingIntro, this), u"Label4"_s));
+    Label5 = named(new QLabel(t::OutgoingLabel, this), u"Label5"_s);
     Text2 = new QLineEdit(this);
     Text2->setObjectName(u"Text2"_s);
     Label5->setBuddy(Text2);
-    btnBackWard = wizard::button(this, u"btnBackWard"_s, t::Back);
-    btnForWard = wizard::button(this, u"btnForWard"_s, t::Next);
-    btnCancel = wizard::button(this, u"btnCancel"_s, t::Cancel);
-    btnForWard->setDefault(true);
+    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
+    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
+    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     auto *kind = new QHBoxLayout;
@@ -56,21 +55,16 @@ frmMainBoxAdd3::frmMainBoxAdd3(QWidget *parent) : QDialog(parent)
 
     connect(Text1, &QLineEdit::textChanged, this, &frmMainBoxAdd3::Text_Change);
     connect(Text2, &QLineEdit::textChanged, this, &frmMainBoxAdd3::Text_Change);
-    connect(btnBackWard, &QPushButton::clicked, this, &frmMainBoxAdd3::btnBackWard_Click);
-    connect(btnForWard, &QPushButton::clicked, this, &frmMainBoxAdd3::btnForWard_Click);
-    connect(btnCancel, &QPushButton::clicked, this, &frmMainBoxAdd3::btnCancel_Click);
-}
-
-void frmMainBoxAdd3::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    wizard::wire({this, btnBackWard, btnForWard, btnCancel, false, [this] { Form_Load(); },
+                  [this] {
+                      IncomingServer = Text1->text();
+                      OutgoingServer = Text2->text();
+                  },
+                  [] { return forms::MainBoxAdd4(); }});
 }
 
 void frmMainBoxAdd3::Form_Load()
 {
-    wizard::centre(this);
     Combo1->setCurrentIndex(0);
     Text1->clear();
     Text2->clear();
@@ -86,24 +80,3 @@ void frmMainBoxAdd3::Text_Change()
     btnForWard->setEnabled(!Text1->text().isEmpty() && !Text2->text().isEmpty());
 }
 
-void frmMainBoxAdd3::btnBackWard_Click()
-{
-    done(QDialog::Rejected);
-}
-
-void frmMainBoxAdd3::btnForWard_Click()
-{
-    IncomingServer = Text1->text();
-    OutgoingServer = Text2->text();
-    forms::MainBoxAdd4()->exec();
-}
-
-void frmMainBoxAdd3::btnCancel_Click()
-{
-    wizard::cancelFrom(3);
-}
-
-void frmMainBoxAdd3::reject()
-{
-    btnCancel_Click();
-}

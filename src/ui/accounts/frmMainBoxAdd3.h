@@ -10,7 +10,7 @@ class QLineEdit;
 class QPushButton;
 
 // Wizard page 3: the incoming and outgoing servers.
-class frmMainBoxAdd3 : public QDialog
+class frmMainBoxAdd3 final : public QDialog
 {
     Q_OBJECT
 
@@ -34,17 +34,8 @@ public:
 
     void Form_Load();
 
-public slots:
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     void Text_Change();
-    void btnBackWard_Click();
-    void btnForWard_Click();
-    void btnCancel_Click();
 };
 
 namespace forms {

@@ -5,6 +5,7 @@
 #include "wizard.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -12,7 +13,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShowEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,12 +20,12 @@ frmMainBoxAdd4::frmMainBoxAdd4(QWidget *parent) : QDialog(parent)
 {
     namespace t = texts::accounts;
     setObjectName(u"frmMainBoxAdd4"_s);
-    Label1 = wizard::label(this, u"Label1"_s, t::LogonIntro, true);
-    Label2 = wizard::label(this, u"Label2"_s, t::LogonNameLabel);
+    Label1 = wrapped(named(new QLabel(t::LogonIntro, this), u"Label1"_s));
+    Label2 = named(new QLabel(t::LogonNameLabel, this), u"Label2"_s);
     Text1 = new QLineEdit(this);
     Text1->setObjectName(u"Text1"_s);
     Label2->setBuddy(Text1);
-    Label3 = wizard::label(this, u"Label3"_s, t::PasswordLabel);
+    Label3 = named(new QLabel(t::PasswordLabel, this), u"Label3"_s);
     Text2 = new QLineEdit(this);
     Text2->setObjectName(u"Text2"_s);
     Text2->setEchoMode(QLineEdit::Password);
@@ -34,11 +34,10 @@ frmMainBoxAdd4::frmMainBoxAdd4(QWidget *parent) : QDialog(parent)
     Check1->setObjectName(u"Check1"_s);
     Check2 = new QCheckBox(t::UseSpa, this);
     Check2->setObjectName(u"Check2"_s);
-    Label4 = wizard::label(this, u"Label4"_s, t::SpaNote, true);
-    btnBackWard = wizard::button(this, u"btnBackWard"_s, t::Back);
-    btnForWard = wizard::button(this, u"btnForWard"_s, t::Next);
-    btnCancel = wizard::button(this, u"btnCancel"_s, t::Cancel);
-    btnForWard->setDefault(true);
+    Label4 = wrapped(named(new QLabel(t::SpaNote, this), u"Label4"_s));
+    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
+    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
+    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     body->addWidget(Label1);
@@ -59,21 +58,16 @@ frmMainBoxAdd4::frmMainBoxAdd4(QWidget *parent) : QDialog(parent)
 
     connect(Text1, &QLineEdit::textChanged, this, &frmMainBoxAdd4::Text1_Change);
     connect(Check1, &QCheckBox::toggled, this, &frmMainBoxAdd4::Check1_Click);
-    connect(btnBackWard, &QPushButton::clicked, this, &frmMainBoxAdd4::btnBackWard_Click);
-    connect(btnForWard, &QPushButton::clicked, this, &frmMainBoxAdd4::btnForWard_Click);
-    connect(btnCancel, &QPushButton::clicked, this, &frmMainBoxAdd4::btnCancel_Click);
-}
-
-void frmMainBoxAdd4::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    wizard::wire({this, btnBackWard, btnForWard, btnCancel, false, [this] { Form_Load(); },
+                  [this] {
+                      AccountName = Text1->text();
+                      Password = Text2->text();
+                  },
+                  [] { return forms::MainBoxAdd5(); }});
 }
 
 void frmMainBoxAdd4::Form_Load()
 {
-    wizard::centre(this);
     Text1->clear();
     Text2->clear();
     Check2->setChecked(false);
@@ -96,24 +90,3 @@ void frmMainBoxAdd4::Check1_Click()
     accountsui::setBoxGreyed(Text2, !Check1->isChecked());
 }
 
-void frmMainBoxAdd4::btnBackWard_Click()
-{
-    done(QDialog::Rejected);
-}
-
-void frmMainBoxAdd4::btnForWard_Click()
-{
-    AccountName = Text1->text();
-    Password = Text2->text();
-    forms::MainBoxAdd5()->exec();
-}
-
-void frmMainBoxAdd4::btnCancel_Click()
-{
-    wizard::cancelFrom(4);
-}
-
-void frmMainBoxAdd4::reject()
-{
-    btnCancel_Click();
-}

@@ -10,7 +10,7 @@ class QLineEdit;
 class QPushButton;
 
 // Wizard page 4: the logon name and password.
-class frmMainBoxAdd4 : public QDialog
+class frmMainBoxAdd4 final : public QDialog
 {
     Q_OBJECT
 
@@ -34,18 +34,9 @@ public:
 
     void Form_Load();
 
-public slots:
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     void Text1_Change();
     void Check1_Click();
-    void btnBackWard_Click();
-    void btnForWard_Click();
-    void btnCancel_Click();
 };
 
 namespace forms {

@@ -3,11 +3,11 @@
 #include "wizard.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QShowEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -15,12 +15,11 @@ frmMainBoxAdd5::frmMainBoxAdd5(QWidget *parent) : QDialog(parent)
 {
     namespace t = texts::accounts;
     setObjectName(u"frmMainBoxAdd5"_s);
-    Label1 = wizard::label(this, u"Label1"_s, t::DoneIntro, true);
-    Label2 = wizard::label(this, u"Label2"_s, t::DoneHint, true);
-    btnBackWard = wizard::button(this, u"btnBackWard"_s, t::Back);
-    btnOK = wizard::button(this, u"btnOK"_s, t::Finish);
-    btnCancel = wizard::button(this, u"btnCancel"_s, t::Cancel);
-    btnOK->setDefault(true);
+    Label1 = wrapped(named(new QLabel(t::DoneIntro, this), u"Label1"_s));
+    Label2 = wrapped(named(new QLabel(t::DoneHint, this), u"Label2"_s));
+    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
+    btnOK = named(new QPushButton(t::Finish, this), u"btnOK"_s);
+    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnOK, btnCancel});
     body->addWidget(Label1);
@@ -28,40 +27,11 @@ frmMainBoxAdd5::frmMainBoxAdd5(QWidget *parent) : QDialog(parent)
     body->addWidget(Label2);
     body->addStretch();
 
-    connect(btnBackWard, &QPushButton::clicked, this, &frmMainBoxAdd5::btnBackWard_Click);
-    connect(btnOK, &QPushButton::clicked, this, &frmMainBoxAdd5::btnOK_Click);
-    connect(btnCancel, &QPushButton::clicked, this, &frmMainBoxAdd5::btnCancel_Click);
-}
-
-void frmMainBoxAdd5::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    wizard::wire({this, btnBackWard, btnOK, btnCancel, false, [this] { Form_Load(); }, nullptr, nullptr});
 }
 
 void frmMainBoxAdd5::Form_Load()
 {
-    wizard::centre(this);
     btnOK->setFocus();
 }
 
-void frmMainBoxAdd5::btnBackWard_Click()
-{
-    done(QDialog::Rejected);
-}
-
-void frmMainBoxAdd5::btnOK_Click()
-{
-    wizard::finish();
-}
-
-void frmMainBoxAdd5::btnCancel_Click()
-{
-    wizard::cancelFrom(5);
-}
-
-void frmMainBoxAdd5::reject()
-{
-    btnCancel_Click();
-}

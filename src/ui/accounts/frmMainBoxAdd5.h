@@ -8,7 +8,7 @@ class QLabel;
 class QPushButton;
 
 // Wizard page 5: the last word before the account is stored.
-class frmMainBoxAdd5 : public QDialog
+class frmMainBoxAdd5 final : public QDialog
 {
     Q_OBJECT
 
@@ -23,16 +23,6 @@ public:
 
     void Form_Load();
 
-public slots:
-    void reject() override;
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
-private:
-    void btnBackWard_Click();
-    void btnOK_Click();
-    void btnCancel_Click();
 };
 
 namespace forms {

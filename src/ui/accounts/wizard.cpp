@@ -1,60 +1,55 @@
 #include "wizard.h"
 
-#include "accountsui.h"
-#include "frmMailBox.h"
-#include "frmMainBoxAdd1.h"
-#include "frmMainBoxAdd2.h"
-#include "frmMainBoxAdd3.h"
-#include "frmMainBoxAdd4.h"
-#include "frmMainBoxAdd5.h"
-
 #include "store/prompter.h"
 #include "texts.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 
 #include <QBoxLayout>
+#include <QDialog>
+#include <QEvent>
 #include <QFrame>
-#include <QLabel>
+#include <QKeyEvent>
 #include <QPushButton>
 
 namespace wizard {
 
 namespace {
-QDialog *page(int n)
+// Cancel, Escape and the title bar's close button ask before the wizard
+// is left; Yes closes this page and, as their loops end, those below.
+void askCancel(QDialog *page)
 {
-    switch (n) {
-    case 1: return forms::MainBoxAdd1();
-    case 2: return forms::MainBoxAdd2();
-    case 3: return forms::MainBoxAdd3();
-    case 4: return forms::MainBoxAdd4();
-    default: return forms::MainBoxAdd5();
+    if (prompter().confirm(Prompter::Icon::Warning, texts::accounts::WizardCaption,
+                           texts::accounts::AskQuitWizard, Prompter::Default::No))
+        page->done(Cancelled);
+}
+
+class CancelWatcher final : public QObject
+{
+public:
+    explicit CancelWatcher(QDialog *page) : QObject(page), m_page(page)
+    {
+        page->installEventFilter(this);
     }
-}
 
-// The pages are nested modal loops, page n on top of page n - 1. done()
-// hides a page and ends its loop; the loops below it end as soon as control
-// unwinds to them, so closing from the top down leaves no page behind.
-void closeFrom(int n)
-{
-    for (int i = n; i >= 1; --i)
-        page(i)->done(QDialog::Rejected);
-}
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched != m_page)
+            return false;
+        const bool escape = event->type() == QEvent::KeyPress
+            && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape;
+        if (escape || event->type() == QEvent::Close) {
+            event->ignore();
+            askCancel(m_page);
+            return true;
+        }
+        return false;
+    }
+
+private:
+    QDialog *m_page;
+};
 }  // namespace
-
-QLabel *label(QWidget *page, const QString &name, const QString &text, bool wrap)
-{
-    auto *l = new QLabel(text, page);
-    l->setObjectName(name);
-    l->setWordWrap(wrap);
-    return l;
-}
-
-QPushButton *button(QWidget *page, const QString &name, const QString &text)
-{
-    auto *b = new QPushButton(text, page);
-    b->setObjectName(name);
-    return b;
-}
 
 QBoxLayout *frame(QDialog *page, const QList<QPushButton *> &buttons)
 {
@@ -90,22 +85,28 @@ QBoxLayout *frame(QDialog *page, const QList<QPushButton *> &buttons)
     return body;
 }
 
-void centre(QDialog *page)
+void wire(const Page &p)
 {
-    accountsui::placeOnFreeSpace(page, 1, 2);
-}
-
-void cancelFrom(int n)
-{
-    if (prompter().confirm(Prompter::Icon::Warning, texts::accounts::WizardCaption,
-                           texts::accounts::AskQuitWizard))
-        closeFrom(n);
-}
-
-void finish()
-{
-    forms::MailBox()->Changed = true;
-    closeFrom(5);
+    QDialog *page = p.dialog;
+    p.forward->setDefault(true);
+    scaffold::loadOnShow(page, [page, load = p.load] {
+        scaffold::placeOnFreeSpace(page, scaffold::frameTwips(page), 1, 2);
+        load();
+    });
+    new CancelWatcher(page);
+    QObject::connect(p.cancel, &QPushButton::clicked, page, [page] { askCancel(page); });
+    if (!p.first)
+        QObject::connect(p.back, &QPushButton::clicked, page, [page] { page->done(Back); });
+    if (!p.next) {
+        QObject::connect(p.forward, &QPushButton::clicked, page, [page] { page->done(Finished); });
+        return;
+    }
+    QObject::connect(p.forward, &QPushButton::clicked, page, [page, store = p.store, next = p.next] {
+        store();
+        const int result = next()->exec();
+        if (result == Finished || result == Cancelled)
+            page->done(result);
+    });
 }
 
 }  // namespace wizard

@@ -47,7 +47,10 @@ QString DialogFileChooser::openFileName(QWidget *parent, const QString &title,
 QString DialogFileChooser::saveFileName(QWidget *parent, const QString &title,
                                         const QString &suggestedName, const QString &filter)
 {
-    return QFileDialog::getSaveFileName(parent, title, suggestedName, dialogFilter(filter));
+    // The program asks itself what to do with a file that is there: it adds
+    // to it rather than replacing it.
+    return QFileDialog::getSaveFileName(parent, title, suggestedName, dialogFilter(filter), nullptr,
+                                        QFileDialog::DontConfirmOverwrite);
 }
 
 ScriptedFileChooser::ScriptedFileChooser() : m_previous(&fileChooser())

@@ -1,5 +1,7 @@
 #include "forms.h"
 
+#include "scaffold.h"
+
 #include <QList>
 
 namespace forms {
@@ -14,6 +16,7 @@ QList<QPointer<QWidget>> &created()
 
 void detail::remember(QWidget *form)
 {
+    scaffold::installKeyboardRules();
     created().append(form);
 }
 

@@ -1,6 +1,8 @@
 #include "icons.h"
 
+#include <QHash>
 #include <QIconEngine>
+#include <QPolygonF>
 #include <QPainter>
 #include <QSet>
 
@@ -84,10 +86,47 @@ private:
     QIcon m_icon;  // the sizes decoded so far
     QSet<int> m_decoded;
 };
+
+// The previous and next arrows, drawn here because the icon set has none;
+// every size a tool bar may ask for, so they stay crisp.
+QIcon arrowIcon(bool pointsLeft)
+{
+    QIcon icon;
+    for (int side : {16, 22, 24, 32, 33, 48}) {
+        QPixmap pm(side, side);
+        pm.fill(Qt::transparent);
+        QPainter p(&pm);
+        p.setRenderHint(QPainter::Antialiasing);
+        const double s = side / 22.0;
+        QPolygonF arrow({{3, 11}, {11, 3}, {11, 7.5}, {19, 7.5}, {19, 14.5}, {11, 14.5}, {11, 19}});
+        for (QPointF &pt : arrow) {
+            if (!pointsLeft)
+                pt.setX(22 - pt.x());
+            pt *= s;
+        }
+        p.setPen(QPen(QColor(0x20, 0x4a, 0x87), s));
+        p.setBrush(QColor(0x72, 0x9f, 0xcf));
+        p.drawPolygon(arrow);
+        icon.addPixmap(pm);
+    }
+    return icon;
+}
 }  // namespace
 
 QIcon appIcon(const QString &name)
 {
+    // One icon per name for the whole run: a fresh icon on every use would
+    // fill the pixmap cache with copies of the same pictures.
+    static QHash<QString, QIcon> made;
+    auto it = made.constFind(name);
+    if (it != made.cend())
+        return *it;
     registerImages();
-    return QIcon(new LazyIconEngine(name));
+    QIcon icon;
+    if (name == u"go-previous" || name == u"go-next")
+        icon = arrowIcon(name == u"go-previous");
+    else
+        icon = QIcon(new LazyIconEngine(name));
+    made.insert(name, icon);
+    return icon;
 }

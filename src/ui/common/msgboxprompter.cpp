@@ -1,6 +1,21 @@
 #include "msgboxprompter.h"
 
+#include "texts.h"
+
+#include <QAbstractButton>
 #include <QApplication>
+
+namespace {
+// The boxes' texts part a headline from its reason with CR characters; the
+// label breaks lines at LF.
+QString shown(const QString &text)
+{
+    QString s = text;
+    s.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    s.replace(u'\r', u'\n');
+    return s;
+}
+}  // namespace
 
 QMessageBox::Icon MessageBoxPrompter::boxIcon(Icon icon)
 {
@@ -16,14 +31,21 @@ QMessageBox::Icon MessageBoxPrompter::boxIcon(Icon icon)
 
 void MessageBoxPrompter::message(Icon icon, const QString &title, const QString &text)
 {
-    QMessageBox box(boxIcon(icon), title, text, QMessageBox::Ok, QApplication::activeWindow());
+    QMessageBox box(boxIcon(icon), title, shown(text), QMessageBox::Ok, QApplication::activeWindow());
+    // The program's own buttons read Chinese even where the toolkit's
+    // translations are not installed.
+    box.button(QMessageBox::Ok)->setText(texts::ButtonOk);
     box.exec();
 }
 
-bool MessageBoxPrompter::confirm(Icon icon, const QString &title, const QString &text)
+bool MessageBoxPrompter::confirm(Icon icon, const QString &title, const QString &text,
+                                 Default answer)
 {
-    QMessageBox box(boxIcon(icon), title, text, QMessageBox::Yes | QMessageBox::No,
+    QMessageBox box(boxIcon(icon), title, shown(text), QMessageBox::Yes | QMessageBox::No,
                     QApplication::activeWindow());
-    box.setDefaultButton(QMessageBox::Yes);
+    box.button(QMessageBox::Yes)->setText(texts::ButtonYes);
+    box.button(QMessageBox::No)->setText(texts::ButtonNo);
+    box.setDefaultButton(answer == Default::Yes ? QMessageBox::Yes : QMessageBox::No);
+    box.setEscapeButton(QMessageBox::No);
     return box.exec() == QMessageBox::Yes;
 }

@@ -10,7 +10,7 @@ class MessageBoxPrompter final : public Prompter
 {
 public:
     void message(Icon icon, const QString &title, const QString &text) override;
-    bool confirm(Icon icon, const QString &title, const QString &text) override;
+    bool confirm(Icon icon, const QString &title, const QString &text, Default answer) override;
 
     // The QMessageBox icon a Prompter icon is shown with. Exclamation and
     // Warning look the same: the toolkit has a single warning sign.

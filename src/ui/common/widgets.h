@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QLabel>
 #include <QMenu>
 #include <QString>
 
@@ -18,4 +19,11 @@ W *named(W *widget, const QString &name)
 inline QAction *menuItem(QMenu *menu, const QString &name, const QString &caption)
 {
     return named(menu->addAction(caption), name);
+}
+
+// A label whose text wraps at its width.
+inline QLabel *wrapped(QLabel *label)
+{
+    label->setWordWrap(true);
+    return label;
 }

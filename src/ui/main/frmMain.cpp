@@ -3,28 +3,30 @@
 #include "foldernodes.h"
 #include "mainlayout.h"
 #include "sendrecv/engine.h"
-#include "sendrecv/frmSendAndReceive.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/prompter.h"
 #include "store/state.h"
+#include "store/textutil.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/accounts/ensuremailbox.h"
 #include "ui/accounts/frmMailBox.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/common/widgets.h"
 #include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFrame>
-#include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QLinearGradient>
@@ -32,7 +34,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QScreen>
+#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTextEdit>
@@ -68,6 +70,8 @@ frmMain::frmMain()
     buildToolbar();
     buildStatusBar();
     connectHandlers();
+    // The window is built once; its start-up runs when it is first shown.
+    scaffold::loadOnShow(this, [this] { Form_Load(); });
 
     resize(twips::toPixels(DesignWidth), twips::toPixels(DesignHeight));
 }
@@ -78,96 +82,96 @@ frmMain::~frmMain() = default;
 
 void frmMain::buildMenus()
 {
-    QMenuBar *bar = menuBar();
-    bar->setObjectName(u"MenuBar"_s);
-
-    QMenu *file = named(bar->addMenu(texts::MenuFile), u"mnuFile"_s);
-    QMenu *fileNew = named(file->addMenu(texts::MenuFileNew), u"mnuFileNew"_s);
-    AddNewMail = menuItem(fileNew, u"AddNewMail"_s, texts::MenuNewMail);
-    AddNewMail->setIcon(appIcon(u"mail-message-new"_s));
-    fileNew->addSeparator();
-    menuItem(fileNew, u"mnuNewPost"_s, texts::MenuNewPost);
-    menuItem(fileNew, u"mnuNewContact"_s, texts::MenuNewContact);
-    menuItem(fileNew, u"mnuNewFolder"_s, texts::MenuNewFolder);
-    menuItem(file, u"mnuOpen"_s, texts::MenuOpen);
-    file->addSeparator();
-    menuItem(file, u"mnuSaveAs"_s, texts::MenuSaveAs);
-    menuItem(file, u"mnuSaveAttachments"_s, texts::MenuSaveAttachments);
-    file->addSeparator();
-    menuItem(file, u"mnuImport"_s, texts::MenuImport);
-    menuItem(file, u"mnuExport"_s, texts::MenuExport);
-    file->addSeparator();
-    menuItem(file, u"mnuPrint"_s, texts::MenuPrint)->setIcon(appIcon(u"document-print"_s));
-    file->addSeparator();
-    menuItem(file, u"mnuSwitchIdentity"_s, texts::MenuSwitchIdentity);
-    menuItem(file, u"mnuProperties"_s, texts::MenuProperties);
-    file->addSeparator();
-    F20 = menuItem(file, u"F20"_s, texts::MenuExit);
-
-    QMenu *edit = named(bar->addMenu(texts::MenuEdit), u"mnuEdit"_s);
-    menuItem(edit, u"mnuCopy"_s, texts::MenuCopy);
-    menuItem(edit, u"mnuSelectAll"_s, texts::MenuSelectAll);
-    edit->addSeparator();
-    menuItem(edit, u"mnuFindMessage"_s, texts::MenuFindMessage)->setIcon(appIcon(u"edit-find"_s));
-    edit->addSeparator();
-    menuItem(edit, u"mnuMoveToFolder"_s, texts::MenuMoveToFolder);
-    menuItem(edit, u"mnuCopyToFolder"_s, texts::MenuCopyToFolder);
-    menuItem(edit, u"mnuDelete"_s, texts::MenuDelete)->setIcon(appIcon(u"edit-delete"_s));
-    edit->addSeparator();
-    menuItem(edit, u"mnuMarkRead"_s, texts::MenuMarkRead);
-    menuItem(edit, u"mnuMarkUnread"_s, texts::MenuMarkUnread);
-    menuItem(edit, u"mnuMarkAllRead"_s, texts::MenuMarkAllRead);
-
-    QMenu *view = named(bar->addMenu(texts::MenuView), u"mnuView"_s);
-    menuItem(view, u"mnuCurrentView"_s, texts::MenuCurrentView);
-    menuItem(view, u"mnuSortBy"_s, texts::MenuSortBy);
-    view->addSeparator();
-    menuItem(view, u"mnuColumns"_s, texts::MenuColumns);
-    menuItem(view, u"mnuLayout"_s, texts::MenuLayout);
-    view->addSeparator();
-    menuItem(view, u"mnuTextSize"_s, texts::MenuTextSize);
-    menuItem(view, u"mnuEncoding"_s, texts::MenuEncoding);
-    view->addSeparator();
-    menuItem(view, u"mnuPrevious"_s, texts::MenuPrevious);
-    menuItem(view, u"mnuNext"_s, texts::MenuNext);
-    menuItem(view, u"mnuGoToFolder"_s, texts::MenuGoToFolder);
-    view->addSeparator();
-    menuItem(view, u"mnuStop"_s, texts::MenuStop);
-    menuItem(view, u"mnuRefresh"_s, texts::MenuRefresh);
-
-    QMenu *tools = named(bar->addMenu(texts::MenuTools), u"mnuTools"_s);
-    QMenu *sendReceive = named(tools->addMenu(texts::MenuSendReceive), u"mnuSendReceive"_s);
-    sendReceive->setIcon(appIcon(u"mail-send-receive"_s));
-    mnuRSMail = menuItem(sendReceive, u"mnuRSMail"_s, texts::MenuRSMail);
-    sendReceive->addSeparator();
-    mnuReceiveMail = menuItem(sendReceive, u"mnuReceiveMail"_s, texts::MenuReceiveMail);
-    mnuSendMail = menuItem(sendReceive, u"mnuSendMail"_s, texts::MenuSendMail);
-    menuItem(tools, u"mnuSynchronize"_s, texts::MenuSynchronize);
-    tools->addSeparator();
-    menuItem(tools, u"mnuAddressBook"_s, texts::MenuAddressBook)
-        ->setIcon(appIcon(u"x-office-address-book"_s));
-    menuItem(tools, u"mnuAddSender"_s, texts::MenuAddSender);
-    tools->addSeparator();
-    menuItem(tools, u"mnuRules"_s, texts::MenuRules);
-    tools->addSeparator();
-    T9 = menuItem(tools, u"T9"_s, texts::MenuAccounts);
-    menuItem(tools, u"mnuOptions"_s, texts::MenuOptions);
-
-    QMenu *message = named(bar->addMenu(texts::MenuMessage), u"mnuMessage"_s);
-    menuItem(message, u"mnuMsgNew"_s, texts::MenuMsgNew);
-    message->addSeparator();
-    menuItem(message, u"mnuMsgReply"_s, texts::MenuMsgReply);
-    menuItem(message, u"mnuMsgReplyAll"_s, texts::MenuMsgReplyAll);
-    menuItem(message, u"mnuMsgForward"_s, texts::MenuMsgForward);
-    menuItem(message, u"mnuMsgForwardAttached"_s, texts::MenuMsgForwardAttached);
-    message->addSeparator();
-    menuItem(message, u"mnuMsgBlockSender"_s, texts::MenuMsgBlockSender);
-
-    QMenu *help = named(bar->addMenu(texts::MenuHelp), u"mnuHelp"_s);
-    menuItem(help, u"mnuContents"_s, texts::MenuContents);
-    menuItem(help, u"mnuOnline"_s, texts::MenuOnline);
-    help->addSeparator();
-    H6 = menuItem(help, u"H6"_s, texts::MenuAbout);
+    namespace t = texts;
+    menuBar()->setObjectName(u"MenuBar"_s);
+    scaffold::addMenus(menuBar(), {
+        {0, "mnuFile", &t::MenuFile},
+        {1, "mnuFileNew", &t::MenuFileNew},
+        {2, "AddNewMail", &t::MenuNewMail, "mail-message-new"},
+        {2, nullptr, nullptr},
+        {2, "mnuNewPost", &t::MenuNewPost},
+        {2, "mnuNewContact", &t::MenuNewContact},
+        {2, "mnuNewFolder", &t::MenuNewFolder},
+        {1, "mnuOpen", &t::MenuOpen},
+        {1, nullptr, nullptr},
+        {1, "mnuSaveAs", &t::MenuSaveAs},
+        {1, "mnuSaveAttachments", &t::MenuSaveAttachments},
+        {1, nullptr, nullptr},
+        {1, "mnuImport", &t::MenuImport},
+        {1, "mnuExport", &t::MenuExport},
+        {1, nullptr, nullptr},
+        {1, "mnuPrint", &t::MenuPrint, "document-print"},
+        {1, nullptr, nullptr},
+        {1, "mnuSwitchIdentity", &t::MenuSwitchIdentity},
+        {1, "mnuProperties", &t::MenuProperties},
+        {1, nullptr, nullptr},
+        {1, "F20", &t::MenuExit},
+        {0, "mnuEdit", &t::MenuEdit},
+        {1, "mnuCopy", &t::MenuCopy},
+        {1, "mnuSelectAll", &t::MenuSelectAll},
+        {1, nullptr, nullptr},
+        {1, "mnuFindMessage", &t::MenuFindMessage, "edit-find"},
+        {1, nullptr, nullptr},
+        {1, "mnuMoveToFolder", &t::MenuMoveToFolder},
+        {1, "mnuCopyToFolder", &t::MenuCopyToFolder},
+        {1, "mnuDelete", &t::MenuDelete, "edit-delete"},
+        {1, nullptr, nullptr},
+        {1, "mnuMarkRead", &t::MenuMarkRead},
+        {1, "mnuMarkUnread", &t::MenuMarkUnread},
+        {1, "mnuMarkAllRead", &t::MenuMarkAllRead},
+        {0, "mnuView", &t::MenuView},
+        {1, "mnuCurrentView", &t::MenuCurrentView},
+        {1, "mnuSortBy", &t::MenuSortBy},
+        {1, nullptr, nullptr},
+        {1, "mnuColumns", &t::MenuColumns},
+        {1, "mnuLayout", &t::MenuLayout},
+        {1, nullptr, nullptr},
+        {1, "mnuTextSize", &t::MenuTextSize},
+        {1, "mnuEncoding", &t::MenuEncoding},
+        {1, nullptr, nullptr},
+        {1, "mnuPrevious", &t::MenuPrevious},
+        {1, "mnuNext", &t::MenuNext},
+        {1, "mnuGoToFolder", &t::MenuGoToFolder},
+        {1, nullptr, nullptr},
+        {1, "mnuStop", &t::MenuStop},
+        {1, "mnuRefresh", &t::MenuRefresh},
+        {0, "mnuTools", &t::MenuTools},
+        {1, "mnuSendReceive", &t::MenuSendReceive, "mail-send-receive"},
+        {2, "mnuRSMail", &t::MenuRSMail},
+        {2, nullptr, nullptr},
+        {2, "mnuReceiveMail", &t::MenuReceiveMail},
+        {2, "mnuSendMail", &t::MenuSendMail},
+        {1, "mnuSynchronize", &t::MenuSynchronize},
+        {1, nullptr, nullptr},
+        {1, "mnuAddressBook", &t::MenuAddressBook, "x-office-address-book"},
+        {1, "mnuAddSender", &t::MenuAddSender},
+        {1, nullptr, nullptr},
+        {1, "mnuRules", &t::MenuRules},
+        {1, nullptr, nullptr},
+        {1, "T9", &t::MenuAccounts},
+        {1, "mnuOptions", &t::MenuOptions},
+        {0, "mnuMessage", &t::MenuMessage},
+        {1, "mnuMsgNew", &t::MenuMsgNew},
+        {1, nullptr, nullptr},
+        {1, "mnuMsgReply", &t::MenuMsgReply},
+        {1, "mnuMsgReplyAll", &t::MenuMsgReplyAll},
+        {1, "mnuMsgForward", &t::MenuMsgForward},
+        {1, "mnuMsgForwardAttached", &t::MenuMsgForwardAttached},
+        {1, nullptr, nullptr},
+        {1, "mnuMsgBlockSender", &t::MenuMsgBlockSender},
+        {0, "mnuHelp", &t::MenuHelp},
+        {1, "mnuContents", &t::MenuContents},
+        {1, "mnuOnline", &t::MenuOnline},
+        {1, nullptr, nullptr},
+        {1, "H6", &t::MenuAbout},
+    });
+    AddNewMail = scaffold::action(this, "AddNewMail");
+    F20 = scaffold::action(this, "F20");
+    mnuRSMail = scaffold::action(this, "mnuRSMail");
+    mnuReceiveMail = scaffold::action(this, "mnuReceiveMail");
+    mnuSendMail = scaffold::action(this, "mnuSendMail");
+    T9 = scaffold::action(this, "T9");
+    H6 = scaffold::action(this, "H6");
 }
 
 void frmMain::buildToolbar()
@@ -185,38 +189,23 @@ void frmMain::buildToolbar()
     Toolbar1->layout()->setContentsMargins(0, 0, 0, 0);
     Toolbar1->layout()->setSpacing(0);
 
-    struct Button
-    {
-        const char *name;
-        const QString *caption;
-        const QString *tip;
-        const char *icon;
-    };
-    // In toolbar order; a null caption is a separator.
-    const Button buttons[tbCount] = {
-        {"tbNewMail", &texts::TbNewMail, &texts::TbNewMail, "mail-message-new"},
-        {"tbReply", &texts::TbReply, &texts::TbReplyTip, "mail-reply-sender"},
-        {"tbReplyAll", &texts::TbReplyAll, &texts::TbReplyAllTip, "mail-reply-all"},
-        {"tbForward", &texts::TbForward, &texts::TbForward, "mail-forward"},
+    namespace t = texts;
+    m_buttons = scaffold::addTools(Toolbar1, {
+        {"tbNewMail", &t::TbNewMail, nullptr, "mail-message-new"},
+        {"tbReply", &t::TbReply, &t::TbReplyTip, "mail-reply-sender"},
+        {"tbReplyAll", &t::TbReplyAll, &t::TbReplyAllTip, "mail-reply-all"},
+        {"tbForward", &t::TbForward, nullptr, "mail-forward"},
         {"tbSeparator5", nullptr, nullptr, nullptr},
-        {"tbPrint", &texts::TbPrint, &texts::TbPrint, "document-print"},
-        {"tbDelete", &texts::TbDelete, &texts::TbDelete, "edit-delete"},
+        {"tbPrint", &t::TbPrint, nullptr, "document-print"},
+        {"tbDelete", &t::TbDelete, nullptr, "edit-delete"},
         {"tbSeparator8", nullptr, nullptr, nullptr},
-        {"tbSendReceive", &texts::TbSendReceive, &texts::SendAndReceiveAll, "mail-send-receive"},
+        {"tbSendReceive", &t::TbSendReceive, &t::SendAndReceiveAll, "mail-send-receive"},
         {"tbSeparator10", nullptr, nullptr, nullptr},
-        {"tbAddressBook", &texts::TbAddressBook, &texts::TbAddressBook, "x-office-address-book"},
-        {"tbFind", &texts::TbFind, &texts::TbFind, "edit-find"},
+        {"tbAddressBook", &t::TbAddressBook, nullptr, "x-office-address-book"},
+        {"tbFind", &t::TbFind, nullptr, "edit-find"},
         {"tbSeparator13", nullptr, nullptr, nullptr},
-        {"tbEncoding", &texts::TbEncoding, &texts::TbEncoding, "preferences-desktop-locale"},
-    };
-    for (const Button &b : buttons) {
-        QAction *a = b.caption ? Toolbar1->addAction(appIcon(QLatin1StringView(b.icon)), *b.caption)
-                               : Toolbar1->addSeparator();
-        a->setObjectName(QLatin1StringView(b.name));
-        if (b.tip)
-            a->setToolTip(*b.tip);
-        m_buttons.append(a);
-    }
+        {"tbEncoding", &t::TbEncoding, nullptr, "preferences-desktop-locale"},
+    }, [this](int index) { Toolbar1_ButtonClick(index); });
 
     sendReceiveMenu = named(new QMenu(this), u"sendReceiveMenu"_s);
     sendReceiveMenu->addAction(texts::SendAndReceiveAll, this, &frmMain::mnuRSMail_Click);
@@ -396,16 +385,23 @@ void frmMain::buildStatusBar()
 
 void frmMain::connectHandlers()
 {
+    // Whatever makes a node current shows its page: a click, the arrow
+    // keys, Home and End, or a command. A click on the node that is current
+    // already shows its page afresh, as a click always has.
+    connect(TreeView1, &QTreeWidget::currentItemChanged, this, &frmMain::TreeView1_CurrentChanged);
     connect(TreeView1, &QTreeWidget::itemClicked, this, &frmMain::TreeView1_NodeClick);
-    // The lists' clicks are taken from their viewports, so that a click
-    // beside the rows and the pressed button are seen too.
+    TreeView1->viewport()->installEventFilter(this);
+    TreeView1->installEventFilter(this);
+    // The preview always shows the list's current row, however it became
+    // current: a click, the keyboard, or a refresh that kept it.
+    connect(ListView1, &QTreeWidget::currentItemChanged, this, &frmMain::ListView1_Click);
+    connect(ListView1, &QTreeWidget::itemSelectionChanged, this, &frmMain::ListView1_Click);
     ListView1->viewport()->installEventFilter(this);
-    ListView2->viewport()->installEventFilter(this);
+    ListView1->installEventFilter(this);
+    connect(ListView2, &QTreeWidget::itemClicked, this, &frmMain::ListView2_Click);
+    ListView2->installEventFilter(this);
     centralWidget()->installEventFilter(this);
 
-    for (int i = 1; i <= tbCount; ++i) {
-        connect(toolbarButton(i), &QAction::triggered, this, [this, i] { Toolbar1_ButtonClick(i); });
-    }
     connect(AddNewMail, &QAction::triggered, this, &frmMain::AddNewMail_Click);
     connect(F20, &QAction::triggered, this, &frmMain::F20_Click);
     connect(mnuRSMail, &QAction::triggered, this, &frmMain::mnuRSMail_Click);
@@ -414,23 +410,30 @@ void frmMain::connectHandlers()
     connect(T9, &QAction::triggered, this, &frmMain::T9_Click);
     connect(H6, &QAction::triggered, this, &frmMain::H6_Click);
     connect(Command11, &QPushButton::clicked, this, &frmMain::Command11_Click);
-    // The read window is modeless; asked again while it is open, it comes
-    // to the front with the message it already shows.
-    connect(this, &frmMain::mailReadRequested, this, [this] {
-        frmMailRead *read = forms::MailRead();
-        // Its reply and forward have set ComposeMode for the compose window.
-        connect(read, &frmMailRead::mailEditRequested, this, &frmMain::showMailEdit,
-                Qt::UniqueConnection);
-        read->show();
-        read->raise();
-        read->activateWindow();
-    });
-    // A double-click on unsent mail has set ComposeMode to re-open it.
-    connect(this, &frmMain::mailEditRequested, this, &frmMain::showMailEdit);
+    // The message commands are in the menus too, for the keyboard; each
+    // follows its toolbar button, enabled and shown alike.
+    const std::pair<const char *, int> mirrored[] = {
+        {"mnuMsgNew", tbNewMail}, {"mnuMsgReply", tbReply}, {"mnuMsgReplyAll", tbReplyAll},
+        {"mnuMsgForward", tbForward}, {"mnuDelete", tbDelete}};
+    for (const auto &[name, index] : mirrored) {
+        QAction *item = scaffold::action(this, name);
+        QAction *button = toolbarButton(index);
+        connect(item, &QAction::triggered, button, &QAction::trigger);
+        connect(button, &QAction::changed, item, [item, button] {
+            item->setEnabled(button->isEnabled() && button->isVisible());
+        });
+    }
     // The caption shows CTRL+M itself, so the key works through a shortcut
     // of the window rather than one the menu would print a second time.
     auto *ctrlM = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
     connect(ctrlM, &QShortcut::activated, this, &frmMain::mnuRSMail_Click);
+
+    connect(&storeEvents(), &StoreEvents::folderChanged, this, &frmMain::folderChanged);
+    connect(&storeEvents(), &StoreEvents::accountsChanged, this, [this] {
+        // The preview's To line names accounts.
+        if (m_previewed >= 0)
+            previewRow(m_previewed);
+    });
 }
 
 QAction *frmMain::toolbarButton(int index) const
@@ -440,40 +443,33 @@ QAction *frmMain::toolbarButton(int index) const
 
 // ---- Start-up, layout, closing ------------------------------------------
 
-void frmMain::showEvent(QShowEvent *event)
-{
-    QMainWindow::showEvent(event);
-    if (!m_loaded) {
-        m_loaded = true;
-        Form_Load();
-    }
-}
-
 void frmMain::Form_Load()
 {
     // Close to the top-left corner, a hundredth of the free space in: the
     // window is meant to open there, not centred.
-    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        const QSize screenTw(int(twips::fromPixels(screen->geometry().width())),
-                             int(twips::fromPixels(screen->geometry().height())));
-        const QPoint at = twips::nearTopLeft(screenTw, QSize(DesignWidth, DesignHeight));
-        move(screen->geometry().topLeft()
-             + QPoint(twips::toPixels(at.x()), twips::toPixels(at.y())));
-    }
+    scaffold::placeOnFreeSpace(this, QSize(DesignWidth, DesignHeight), 1, 100);
 
-    InboxUnread = CountUnread(FolderFile::Inbox);
-    DeletedUnread = CountUnread(FolderFile::DeletedItems);
+    // The tree and the pages stand before any file is read, so that a file
+    // that cannot be read leaves a whole window behind its box.
     buildTree();
     node(Node::Root)->setExpanded(true);
     node(Node::LocalFolders)->setExpanded(true);
-    FillFolderSummary();
-
     Frame2->hide();
     Frame5->hide();
-    TreeView1->setCurrentItem(nullptr);
-    TreeView1->clearSelection();
+    m_page = Page::Start;
+    {
+        const QScopedValueRollback choosing(m_choosingNode, true);
+        TreeView1->setCurrentItem(nullptr);
+        TreeView1->clearSelection();
+    }
     SetToolbarState(ToolbarState::StartPage);
     Form_Resize();
+
+    // Each folder that cannot be read says so once, here.
+    for (int folder = FolderFile::Inbox; folder <= FolderFile::Drafts; ++folder)
+        scaffold::guarded([folder] { store::Folder(folder); });
+    ShowUnreadCounts();
+    FillFolderSummary();
 }
 
 void frmMain::Form_Resize()
@@ -513,6 +509,9 @@ void frmMain::Form_Resize()
     Label8->move(std::max(Label7->x() + 8, w / 2), Label8->y());
     Label9->setGeometry(Label8->x() + Label8->width(), Label9->y(),
                         std::max(0, w - Label8->x() - Label8->width() - 8), Label9->height());
+    if (!Label9->toolTip().isEmpty())
+        Label9->setText(Label9->fontMetrics().elidedText(Label9->toolTip(), Qt::ElideRight,
+                                                         Label9->width()));
 }
 
 // Widgets that hug an edge of the client area rather than being moved by
@@ -543,29 +542,47 @@ void frmMain::alignDockedWidgets(int clientWidthPx)
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == centralWidget() && event->type() == QEvent::Resize) {
+    const auto type = event->type();
+    if (watched == centralWidget() && type == QEvent::Resize) {
         Form_Resize();
         return false;
     }
-    const bool list1 = watched == ListView1->viewport();
-    const bool list2 = watched == ListView2->viewport();
-    if ((list1 || list2) && !m_forwarding) {
-        const auto type = event->type();
-        const bool leftRelease = type == QEvent::MouseButtonRelease
-            && static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
-        const bool doubleClick = list1 && type == QEvent::MouseButtonDblClick;
-        if (leftRelease || doubleClick) {
-            // The view sees the event first, so that its selection is up to
-            // date when the handler runs.
-            m_forwarding = true;
+    if (watched == TreeView1->viewport() && type == QEvent::MouseButtonPress) {
+        m_pressedNode = TreeView1->currentItem();
+        return false;
+    }
+    if (watched == ListView1->viewport() && type == QEvent::MouseButtonDblClick && !m_forwarding) {
+        // The view sees the event first, so that the row under the pointer
+        // is current and previewed when the message opens.
+        {
+            const QScopedValueRollback forwarding(m_forwarding, true);
             QCoreApplication::sendEvent(watched, event);
-            m_forwarding = false;
-            if (doubleClick)
-                ListView1_DblClick();
-            else if (list1)
-                ListView1_Click();
-            else
-                ListView2_Click();
+        }
+        ListView1_DblClick();
+        return true;
+    }
+    if (type == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+        if (watched == ListView1 && enter) {
+            ListView1_DblClick();
+            return true;
+        }
+        if (watched == ListView1 && key == Qt::Key_Delete) {
+            if (toolbarButton(tbDelete)->isEnabled())
+                Delete_Click();
+            return true;
+        }
+        if (watched == ListView2 && (enter || key == Qt::Key_Space)) {
+            ListView2_Click();
+            return true;
+        }
+        if (watched == TreeView1 && enter) {
+            // Into the page the node shows.
+            if (m_page == Page::Messages)
+                ListView1->setFocus();
+            else if (m_page == Page::Summary)
+                ListView2->setFocus();
             return true;
         }
     }
@@ -577,31 +594,23 @@ void frmMain::closeEvent(QCloseEvent *event)
     // The program ends with this window, so every other window goes with
     // it; a compose window whose user keeps an unsent message keeps the
     // program open as well.
-    if (Form_Unload() && closeOtherWindows()) {
+    if (Form_Unload() && closeOtherWindows())
         event->accept();
-        m_loaded = false;
-    } else {
+    else
         event->ignore();
-    }
 }
 
 bool frmMain::Form_Unload()
 {
-    EmailArray outbox;
-    ::MailCount count = 0;
-    LoadEmails(FolderFile::Outbox, outbox, count);
-    if (count >= 1
+    MailList outbox;
+    scaffold::guarded([&outbox] { outbox = store::Folder(FolderFile::Outbox); });
+    if (!outbox.isEmpty()
         && prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
-                              texts::AskSendOutboxOnClose)) {
+                              texts::AskSendOutboxOnClose, Prompter::Default::Yes)) {
         mnuSendMail_Click();
-        // A run that found a message it may not send never finishes by
-        // itself; it is closed here and the user told why.
-        frmSendAndReceive *run = forms::SendAndReceive();
-        if (run->isVisible() && run->SendFailed) {
-            run->close();
-            prompter().message(Prompter::Icon::Information, texts::NameCheckTitle,
-                               texts::NameCheckFailed);
-        }
+        // A run that found a message it may not send ends at once with its
+        // box, before the program does.
+        forms::SendAndReceive()->endFailedRun();
     }
     // Nothing is saved here: every change went to the files when it was made.
     return true;
@@ -649,20 +658,15 @@ void frmMain::Toolbar1_ButtonClick(int index)
 
 void frmMain::openCompose(qint16 mode)
 {
-    // Reply and forward quote the message the compose window finds by
-    // CurrentMailId; from the toolbar that is the previewed message.
-    if (mode != Main::ComposeModes::New && SelectedMail >= 0 && SelectedMail < MailCount)
-        CurrentMailId = Mails.at(SelectedMail).id.trimmed();
-    Main::ComposeMode = mode;
-    showMailEdit();
-}
-
-void frmMain::showMailEdit()
-{
-    frmMailEdit *edit = forms::MailEdit();
-    edit->show();
-    edit->raise();
-    edit->activateWindow();
+    // Reply and forward quote the previewed message and nothing else.
+    MailRef ref;
+    if (mode != Main::ComposeModes::New) {
+        ref = previewedMail();
+        if (!ref.isSet())
+            return;
+        CurrentMailId = TrimSpaces(ref.shown.id);
+    }
+    frmMailEdit::openAs(mode, ref);
 }
 
 void frmMain::AddNewMail_Click()
@@ -672,58 +676,43 @@ void frmMain::AddNewMail_Click()
 
 void frmMain::Delete_Click()
 {
-    if (TreeView1->currentItem() != node(Node::DeletedItems)) {
-        // Into Deleted Items, without a question and without undo.
-        EmailArray source;
-        ::MailCount sourceCount = 0;
-        EmailArray deleted;
-        ::MailCount deletedCount = 0;
-        LoadEmails(CurrentFolder, source, sourceCount);
-        LoadEmails(FolderFile::DeletedItems, deleted, deletedCount);
-        if (SelectedMail < 0 || SelectedMail >= sourceCount)
-            return;
-        if (deletedCount >= MAX_FOLDER_MAILS)
-            throw IndexError(texts::TooManyMails);
-        deleted[deletedCount++] = source[SelectedMail];
-        RemoveEmailAt(source, SelectedMail);
-        --sourceCount;
-        SaveEmails(FolderFile::DeletedItems, deleted, deletedCount);
-        SaveEmails(CurrentFolder, source, sourceCount);
-        refreshlistview(CurrentFolder);
-        ShowUnreadCounts();
+    const MailRef ref = previewedMail();
+    if (!ref.isSet())
         return;
-    }
-
-    if (!prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
-                            texts::AskDeleteForGood))
+    const bool forGood = TreeView1->currentItem() == node(Node::DeletedItems);
+    if (forGood
+        && !prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
+                               texts::AskDeleteForGood, Prompter::Default::No))
         return;
-    EmailArray deleted;
-    ::MailCount count = 0;
-    LoadEmails(FolderFile::DeletedItems, deleted, count);
-    const ::MailCount held = count;
-    if (SelectedMail >= 0 && SelectedMail < count) {
-        RemoveEmailAt(deleted, SelectedMail);
-        --count;
-        SaveEmails(FolderFile::DeletedItems, deleted, count);
-    }
-    if (held <= 1)
-        toolbarButton(tbDelete)->setEnabled(false);
+    // The message leaves the list; nothing is selected after it, so that a
+    // second press cannot reach a message the user has not looked at.
+    ListView1->setCurrentItem(nullptr);
+    // The list refilled after a delete for good shows received mail's
+    // columns, whichever way Deleted Items was opened.
+    m_forceInboxStyle = forGood;
+    scaffold::guarded([&] {
+        if (!(forGood ? DeleteForGood(ref) : MoveToDeletedItems(ref)))
+            mailGone();
+    });
     SelectedMail = 0;
-    refreshlistview(FolderFile::DeletedItems);
-    ShowUnreadCounts();
+}
+
+void frmMain::mailGone()
+{
+    prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, texts::MailGone);
+    scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 
 void frmMain::startRun(qint16 mode, bool checked)
 {
-    frmSendAndReceive *run = forms::SendAndReceive();
-    run->SendReceiveMode = mode;
     // A send needs an account, and every Outbox message must name the
     // first one; receiving alone needs neither.
-    if (checked && (EnsureMailBox() || CheckOutboxAccounts()))
+    bool stop = false;
+    if (checked && !scaffold::guarded([&stop] { stop = EnsureMailBox() || CheckOutboxAccounts(); }))
         return;
-    run->show();
-    run->raise();
-    run->activateWindow();
+    if (stop)
+        return;
+    frmSendAndReceive::start(mode, false);
 }
 
 void frmMain::mnuRSMail_Click()

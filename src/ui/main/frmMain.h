@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/commands.h"
 #include "store/records.h"
 #include "ui/common/forms.h"
 
@@ -19,9 +20,11 @@ class QTreeWidgetItem;
 
 // The start-up window: toolbar, folder tree, a right-hand pane showing the
 // start page, the folder summary or the message list with its preview, and
-// the status bar. It stays open for the whole run; other windows read its
-// public fields and call refreshlistview and ReloadfrmMain.
-class frmMain : public QMainWindow
+// the status bar. It stays open for the whole run and opens every other
+// window. What it shows always belongs to the tree's current node and the
+// list's current row, and it redraws whenever the store reports that a
+// folder changed, whoever changed it.
+class frmMain final : public QMainWindow
 {
     Q_OBJECT
 
@@ -62,19 +65,15 @@ public:
     frmMain();
     ~frmMain() override;
 
-    // Reloads folder and refills the message list in file order.
+    // Reloads folder and refills the message list in file order. The row
+    // shown in the preview stays current when its message is still there;
+    // otherwise nothing is selected and the preview says so.
     void refreshlistview(qint16 folder);
     // refreshlistview of the folder being shown.
     void ReloadfrmMain();
     // Recounts the unread mail of the Inbox and Deleted Items and rewrites
-    // their node captions.
+    // their node captions and summary rows.
     void ShowUnreadCounts();
-    // Rewrites the Inbox and Deleted Items captions from InboxUnread and
-    // DeletedUnread as they stand, without recounting.
-    void ShowUnreadCaptions();
-    // A receive run's news: the Inbox's new unread count in its node
-    // caption and in the folder summary's Inbox row.
-    void ShowInboxUnread(qint16 unread);
 
     // Tree node click by node index (1-7); other indices do nothing.
     void NodeClick(int index);
@@ -87,6 +86,9 @@ public:
     // The tree node at a 1-based index.
     QTreeWidgetItem *node(int index) const;
 
+    // The message the preview shows; unset when it shows none.
+    MailRef previewedMail() const;
+
     // ---- Fields other windows read -------------------------------------
     qint16 InboxUnread = 0;
     qint16 DeletedUnread = 0;
@@ -95,7 +97,7 @@ public:
     qint32 SelectedMail = 0;
     ::MailCount MailCount = 0;
     QString CurrentMailId;
-    EmailArray Mails;  // the folder the message list shows
+    MailList Mails;  // the folder the message list shows
 
     // ---- Menu items that act -------------------------------------------
     QAction *AddNewMail = nullptr;
@@ -139,15 +141,7 @@ public:
     QLabel *StatusPanel1 = nullptr;
     QLabel *StatusPanel2 = nullptr;
 
-signals:
-    // Where the message windows will be opened once they exist: a
-    // double-click asks for the read window, or for the compose window
-    // (with ComposeMode 0) on unsent mail.
-    void mailReadRequested();
-    void mailEditRequested();
-
 protected:
-    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -167,9 +161,14 @@ private:
     void setPaneHeader(int node);
     void showNoMail();
     void stackPreviewLabels();
+    void fillList(bool inboxStyle);
+    void previewRow(int row);
+    void showSummaryRow(int folder);
+    void folderChanged(int folder);
 
     // Handlers.
     void TreeView1_NodeClick(QTreeWidgetItem *item);
+    void TreeView1_CurrentChanged(QTreeWidgetItem *item);
     void ListView2_Click();
     void ListView1_Click();
     void ListView1_DblClick();
@@ -184,20 +183,28 @@ private:
     void Command11_Click();
     void Delete_Click();
 
-    // Sets ComposeMode and shows the compose window.
+    // Opens the compose window for a mode, on the previewed message for a
+    // reply or a forward.
     void openCompose(qint16 mode);
-    // Shows the compose window for the ComposeMode already set.
-    void showMailEdit();
     // Shows the progress dialog for a run of the given mode, after the
     // account checks when checked.
     void startRun(qint16 mode, bool checked);
+    // Tells the user that a command found its message gone.
+    void mailGone();
     // Closes every other window as the program ends; false when one stays.
     bool closeOtherWindows();
 
+    // The page the right-hand pane shows.
+    enum class Page { Start, Summary, Messages };
+
     QList<QAction *> m_buttons;  // toolbar buttons, position 1 at 0
+    Page m_page = Page::Start;
     QList<QTreeWidgetItem *> m_nodes;  // tree nodes, index 1 at 0
-    bool m_loaded = false;
-    bool m_forwarding = false;  // an event being handed on to a list
+    QTreeWidgetItem *m_pressedNode = nullptr;  // current before a mouse press
+    bool m_choosingNode = false;  // the program is making a node current
+    bool m_forwarding = false;  // a double-click being handed to the list first
+    bool m_forceInboxStyle = false;  // the list after a delete for good
+    int m_previewed = -1;  // the row the preview shows; -1 none
     double m_previewHeaderBottom = 0;  // twips below which Text1 may start
 };
 

@@ -3,12 +3,16 @@
 #include "frmMain.h"
 
 #include "foldernodes.h"
+#include "store/errors.h"
 #include "store/folders.h"
+#include "store/mailstore.h"
 #include "texts.h"
 #include "ui/common/headerbuttons.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 
 #include <QAction>
+#include <QScopedValueRollback>
 #include <QLabel>
 #include <QTextEdit>
 #include <QTreeWidget>
@@ -55,6 +59,7 @@ QTreeWidgetItem *frmMain::node(int index) const
 
 void frmMain::buildTree()
 {
+    const QScopedValueRollback choosing(m_choosingNode, true);
     TreeView1->clear();
     m_nodes.clear();
     for (int i = 1; i <= Node::Count; ++i) {
@@ -75,6 +80,8 @@ void frmMain::setNodeCaption(int index, const QString &name, int unread)
 {
     const NodeCaption caption = unreadCaption(name, unread);
     QTreeWidgetItem *item = node(index);
+    if (!item)
+        return;
     item->setText(0, caption.text);
     QFont f = TreeView1->font();
     f.setBold(caption.bold);
@@ -83,25 +90,20 @@ void frmMain::setNodeCaption(int index, const QString &name, int unread)
 
 void frmMain::ShowUnreadCounts()
 {
-    InboxUnread = CountUnread(FolderFile::Inbox);
-    DeletedUnread = CountUnread(FolderFile::DeletedItems);
-    ShowUnreadCaptions();
-}
-
-void frmMain::ShowUnreadCaptions()
-{
+    // A folder that cannot be read counts nothing; its box was shown when
+    // it was read.
+    const auto unread = [](int folder) {
+        qint16 count = 0;
+        try {
+            count = CountUnread(store::Folder(folder));
+        } catch (const StoreError &) {
+        }
+        return count;
+    };
+    InboxUnread = unread(FolderFile::Inbox);
+    DeletedUnread = unread(FolderFile::DeletedItems);
     setNodeCaption(Node::Inbox, texts::InboxName, InboxUnread);
     setNodeCaption(Node::DeletedItems, texts::DeletedItemsName, DeletedUnread);
-}
-
-void frmMain::ShowInboxUnread(qint16 unread)
-{
-    InboxUnread = unread;
-    ShowUnreadCaptions();
-    // The summary's first row is the Inbox; it exists once start-up has
-    // filled the summary.
-    if (QTreeWidgetItem *row = ListView2->topLevelItem(0))
-        row->setText(1, QString::number(unread));
 }
 
 void frmMain::setPaneHeader(int index)
@@ -111,19 +113,35 @@ void frmMain::setPaneHeader(int index)
     Image1->setPixmap(appIcon(QLatin1StringView(info.picture)).pixmap(QSize(24, 24)));
 }
 
+void frmMain::TreeView1_CurrentChanged(QTreeWidgetItem *item)
+{
+    if (item && !m_choosingNode)
+        NodeClick(item->data(0, IndexRole).toInt());
+}
+
 void frmMain::TreeView1_NodeClick(QTreeWidgetItem *item)
 {
-    if (item)
+    // Only a click on the node that was current already: a click that made
+    // a node current has shown its page by then.
+    if (item && item == m_pressedNode)
         NodeClick(item->data(0, IndexRole).toInt());
+    m_pressedNode = nullptr;
 }
 
 void frmMain::NodeClick(int index)
 {
+    // The node whose page shows is the current one, however the page was
+    // asked for.
+    if (QTreeWidgetItem *item = node(index); item && TreeView1->currentItem() != item) {
+        const QScopedValueRollback choosing(m_choosingNode, true);
+        TreeView1->setCurrentItem(item);
+    }
     if (index == Node::Root) {
         ListView1->hide();
         ListView2->hide();
         Frame2->hide();
         Frame5->hide();
+        m_page = Page::Start;
         SelectedMail = 0;
         setPaneHeader(index);
         SetToolbarState(ToolbarState::StartPage);
@@ -132,6 +150,7 @@ void frmMain::NodeClick(int index)
         ListView2->show();
         Frame2->hide();
         Frame5->show();
+        m_page = Page::Summary;
         SelectedMail = 0;
         setPaneHeader(index);
         SetToolbarState(ToolbarState::Shown);
@@ -147,38 +166,66 @@ void frmMain::NodeClick(int index)
     }
 }
 
+namespace {
+struct SummaryRow
+{
+    int node;
+    qint16 folder;
+    bool countsUnread;  // the other folders always show "0", by design
+};
+const SummaryRow summaryRows[] = {
+    {Node::Inbox, FolderFile::Inbox, true},
+    {Node::Outbox, FolderFile::Outbox, false},
+    {Node::SentItems, FolderFile::SentItems, false},
+    {Node::DeletedItems, FolderFile::DeletedItems, true},
+    {Node::Drafts, FolderFile::Drafts, false},
+};
+}  // namespace
+
 void frmMain::FillFolderSummary()
 {
-    struct Row
-    {
-        int node;
-        qint16 folder;
-        bool countsUnread;  // the other folders always show "0", by design
-    };
-    static const Row rows[] = {
-        {Node::Inbox, FolderFile::Inbox, true},
-        {Node::Outbox, FolderFile::Outbox, false},
-        {Node::SentItems, FolderFile::SentItems, false},
-        {Node::DeletedItems, FolderFile::DeletedItems, true},
-        {Node::Drafts, FolderFile::Drafts, false},
-    };
-
     ListView2->clear();
-    EmailArray mails;
-    for (const Row &row : rows) {
+    for (const SummaryRow &row : summaryRows) {
         const NodeInfo &info = nodeInfo(row.node);
         auto *item = new QTreeWidgetItem(ListView2, {info.name});
         item->setIcon(0, appIcon(QLatin1StringView(info.image)));
-        ::MailCount total = 0;
-        LoadEmails(row.folder, mails, total);
-        // Counted on the records just loaded rather than by reading the file again.
-        const int unread = row.countsUnread ? CountUnread(mails, total) : 0;
-        item->setText(1, QString::number(unread));
-        item->setText(2, QString::number(total));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
         item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
+        showSummaryRow(row.folder);
     }
     SetHeaderButtons(ListView2, 1);
+}
+
+void frmMain::showSummaryRow(int folder)
+{
+    for (int i = 0; i < int(std::size(summaryRows)); ++i) {
+        QTreeWidgetItem *item = ListView2->topLevelItem(i);
+        if (summaryRows[i].folder != folder || !item)
+            continue;
+        // Both figures of a row come from one reading of its folder, so
+        // they always agree; a folder that cannot be read shows none.
+        try {
+            const MailList mails = store::Folder(folder);
+            item->setText(1, QString::number(summaryRows[i].countsUnread ? CountUnread(mails) : 0));
+            item->setText(2, QString::number(mails.size()));
+        } catch (const StoreError &) {
+            item->setText(1, QString());
+            item->setText(2, QString());
+        }
+    }
+}
+
+void frmMain::folderChanged(int folder)
+{
+    if (!node(Node::Root))
+        return;  // not started yet
+    if (folder == FolderFile::Inbox || folder == FolderFile::DeletedItems)
+        ShowUnreadCounts();
+    // The summary is filled afresh whenever it is opened.
+    if (m_page == Page::Summary)
+        showSummaryRow(folder);
+    if (m_page == Page::Messages && folder == CurrentFolder)
+        scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 
 void frmMain::ListView2_Click()
@@ -210,12 +257,21 @@ void frmMain::ListView2_Click()
 
     ListView1->show();
     ListView2->hide();
-    TreeView1->setCurrentItem(node(t.node));
+    {
+        const QScopedValueRollback choosing(m_choosingNode, true);
+        TreeView1->setCurrentItem(node(t.node));
+    }
     Frame2->show();
+    m_page = Page::Messages;
     setPaneHeader(t.node);
     CurrentFolder = t.folder;
     FolderHoldsUnsent = t.holdsUnsent;
-    refreshlistview(CurrentFolder);
+    m_forceInboxStyle = false;
+    // Nothing is previewed on a page just entered.
+    showNoMail();
+    SetToolbarState(ToolbarState::Shown);
+    SetToolbarState(ToolbarState::NoSelection);
+    scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 
 void frmMain::SetToolbarState(ToolbarState state)

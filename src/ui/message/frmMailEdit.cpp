@@ -1,11 +1,9 @@
 #include "frmMailEdit.h"
 
-#include "composerules.h"
+#include "mail/composerules.h"
 #include "sendrecv/engine.h"
-#include "sendrecv/frmSendAndReceive.h"
 #include "store/errors.h"
-#include "store/folders.h"
-#include "store/mailboxes.h"
+#include "store/mailstore.h"
 #include "store/prompter.h"
 #include "store/state.h"
 #include "store/textutil.h"
@@ -14,16 +12,18 @@
 #include "ui/common/filechooser.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/common/widgets.h"
-#include "ui/main/foldernodes.h"
-#include "ui/main/frmMain.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -33,53 +33,9 @@
 #include <QPlainTextEdit>
 #include <QShortcut>
 #include <QStatusBar>
-#include <QTimer>
 #include <QToolBar>
-#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-// Appends a record to a loaded folder; a 102nd message ends the command
-// before anything is written.
-void append(EmailArray &mails, MailCount &count, const EmailRec &m)
-{
-    if (count < 0 || count >= MAX_FOLDER_MAILS)
-        throw IndexError(texts::TooManyMails);
-    mails[count] = m;
-    ++count;
-}
-
-// Puts a record in the place of the message found on opening. When none
-// was found (the folder changed under the window), it is appended rather
-// than written over some other message.
-void replaceAt(EmailArray &mails, MailCount &count, int index, const EmailRec &m)
-{
-    if (index >= 0 && index < count)
-        mails[index] = m;
-    else
-        append(mails, count, m);
-}
-
-void removeAt(EmailArray &mails, MailCount &count, int index)
-{
-    if (index < 0 || index >= count)
-        return;
-    RemoveEmailAt(mails, index);
-    --count;
-}
-
-// The main window's list is redrawn when it shows the folder just written.
-void refreshMainIfShown(qint16 folder)
-{
-    frmMain *main = forms::Main();
-    QTreeWidgetItem *shown = main->node(Node::Inbox + folder);
-    if (shown && shown == main->TreeView1->currentItem() && main->Frame2->isVisible())
-        main->refreshlistview(folder);
-}
-
-}  // namespace
 
 frmMailEdit::frmMailEdit()
 {
@@ -92,6 +48,7 @@ frmMailEdit::frmMailEdit()
     buildToolbar();
     buildFields();
     connectHandlers();
+    scaffold::loadOnShow(this, [this] { Form_Load(); });
 
     resize(twips::toPixels(DesignWidth), twips::toPixels(DesignHeight));
 }
@@ -103,63 +60,61 @@ frmMailEdit::~frmMailEdit() = default;
 void frmMailEdit::buildMenus()
 {
     namespace t = texts::compose;
-    QMenuBar *bar = menuBar();
-    bar->setObjectName(u"MenuBar"_s);
-
-    QMenu *file = named(bar->addMenu(t::MenuFile), u"mnuFile"_s);
-    munNewMail = menuItem(file, u"munNewMail"_s, t::MenuNew);
-    munNewMail->setIcon(appIcon(u"mail-message-new"_s));
-    file->addSeparator();
-    mnuMailSend = menuItem(file, u"mnuMailSend"_s, t::MenuSend);
-    mnuMailSend->setIcon(appIcon(u"mail-send-receive"_s));
-    mnuMailSendLate = menuItem(file, u"mnuMailSendLate"_s, t::MenuSendLater);
-    file->addSeparator();
-    Save = menuItem(file, u"Save"_s, t::MenuSave);
-    menuItem(file, u"mnuSaveAs"_s, t::MenuSaveAs);
-    file->addSeparator();
-    menuItem(file, u"mnuProperties"_s, t::MenuProperties);
-
-    QMenu *edit = named(bar->addMenu(t::MenuEdit), u"mnuEdit"_s);
-    menuItem(edit, u"mnuUndo"_s, t::MenuUndo);
-    edit->addSeparator();
-    menuItem(edit, u"mnuCut"_s, t::MenuCut);
-    menuItem(edit, u"mnuCopy"_s, t::MenuCopy);
-    menuItem(edit, u"mnuPaste"_s, t::MenuPaste);
-    edit->addSeparator();
-    menuItem(edit, u"mnuSelectAll"_s, t::MenuSelectAll);
-    menuItem(edit, u"mnuFind"_s, t::MenuFind)->setIcon(appIcon(u"edit-find"_s));
-
-    QMenu *view = named(bar->addMenu(t::MenuView), u"mnuView"_s);
-    menuItem(view, u"mnuAllHeaders"_s, t::MenuAllHeaders);
-    view->addSeparator();
-    menuItem(view, u"mnuToolbar"_s, t::MenuToolbar);
-    menuItem(view, u"mnuStatusBar"_s, t::MenuStatusBar);
-
-    Insert = named(bar->addMenu(t::MenuInsert), u"Insert"_s);
-    InsertAdd = menuItem(Insert, u"InsertAdd"_s, t::MenuInsertAttachment);
-    InsertAdd->setIcon(appIcon(u"mail-attachment"_s));
-    menuItem(Insert, u"mnuInsertPicture"_s, t::MenuInsertPicture);
-    Insert->addSeparator();
-    menuItem(Insert, u"mnuInsertSignature"_s, t::MenuInsertSignature);
-
-    QMenu *format = named(bar->addMenu(t::MenuFormat), u"mnuFormat"_s);
-    menuItem(format, u"mnuFont"_s, t::MenuFont);
-    menuItem(format, u"mnuParagraph"_s, t::MenuParagraph);
-    format->addSeparator();
-    menuItem(format, u"mnuPlainText"_s, t::MenuPlainText);
-
-    QMenu *tools = named(bar->addMenu(t::MenuTools), u"mnuTools"_s);
-    menuItem(tools, u"mnuSpelling"_s, t::MenuSpelling);
-    menuItem(tools, u"mnuCheckNames"_s, t::MenuCheckNames);
-    menuItem(tools, u"mnuSelectRecipients"_s, t::MenuSelectRecipients)
-        ->setIcon(appIcon(u"x-office-address-book"_s));
-
-    QMenu *message = named(bar->addMenu(t::MenuMessage), u"mnuMessage"_s);
-    menuItem(message, u"mnuPriority"_s, t::MenuPriority);
-    menuItem(message, u"mnuFlag"_s, t::MenuFlag);
-
-    QMenu *help = named(bar->addMenu(t::MenuHelp), u"mnuHelp"_s);
-    menuItem(help, u"mnuContents"_s, t::MenuContents);
+    menuBar()->setObjectName(u"MenuBar"_s);
+    scaffold::addMenus(menuBar(), {
+        {0, "mnuFile", &t::MenuFile},
+        {1, "munNewMail", &t::MenuNew, "mail-message-new"},
+        {1, nullptr, nullptr},
+        {1, "mnuMailSend", &t::MenuSend, "mail-send-receive"},
+        {1, "mnuMailSendLate", &t::MenuSendLater},
+        {1, nullptr, nullptr},
+        {1, "Save", &t::MenuSave},
+        {1, "mnuSaveAs", &t::MenuSaveAs},
+        {1, nullptr, nullptr},
+        {1, "mnuProperties", &t::MenuProperties},
+        {1, nullptr, nullptr},
+        {1, "mnuClose", &t::MenuClose},
+        {0, "mnuEdit", &t::MenuEdit},
+        {1, "mnuUndo", &t::MenuUndo},
+        {1, nullptr, nullptr},
+        {1, "mnuCut", &t::MenuCut},
+        {1, "mnuCopy", &t::MenuCopy},
+        {1, "mnuPaste", &t::MenuPaste},
+        {1, nullptr, nullptr},
+        {1, "mnuSelectAll", &t::MenuSelectAll},
+        {1, "mnuFind", &t::MenuFind, "edit-find"},
+        {0, "mnuView", &t::MenuView},
+        {1, "mnuAllHeaders", &t::MenuAllHeaders},
+        {1, nullptr, nullptr},
+        {1, "mnuToolbar", &t::MenuToolbar},
+        {1, "mnuStatusBar", &t::MenuStatusBar},
+        {0, "Insert", &t::MenuInsert},
+        {1, "InsertAdd", &t::MenuInsertAttachment, "mail-attachment"},
+        {1, "mnuInsertPicture", &t::MenuInsertPicture},
+        {1, nullptr, nullptr},
+        {1, "mnuInsertSignature", &t::MenuInsertSignature},
+        {0, "mnuFormat", &t::MenuFormat},
+        {1, "mnuFont", &t::MenuFont},
+        {1, "mnuParagraph", &t::MenuParagraph},
+        {1, nullptr, nullptr},
+        {1, "mnuPlainText", &t::MenuPlainText},
+        {0, "mnuTools", &t::MenuTools},
+        {1, "mnuSpelling", &t::MenuSpelling},
+        {1, "mnuCheckNames", &t::MenuCheckNames},
+        {1, "mnuSelectRecipients", &t::MenuSelectRecipients, "x-office-address-book"},
+        {0, "mnuMessage", &t::MenuMessage},
+        {1, "mnuPriority", &t::MenuPriority},
+        {1, "mnuFlag", &t::MenuFlag},
+        {0, "mnuHelp", &t::MenuHelp},
+        {1, "mnuContents", &t::MenuContents},
+    });
+    munNewMail = scaffold::action(this, "munNewMail");
+    mnuMailSend = scaffold::action(this, "mnuMailSend");
+    mnuMailSendLate = scaffold::action(this, "mnuMailSendLate");
+    Save = scaffold::action(this, "Save");
+    mnuClose = scaffold::action(this, "mnuClose");
+    Insert = findChild<QMenu *>(u"Insert"_s);
+    InsertAdd = scaffold::action(this, "InsertAdd");
 
     // The attachment list's pop-up.
     popmnu1 = named(new QMenu(this), u"popmnu1"_s);
@@ -176,34 +131,19 @@ void frmMailEdit::buildToolbar()
     Toolbar1->setFloatable(false);
     Toolbar1->toggleViewAction()->setEnabled(false);
     addToolBar(Qt::TopToolBarArea, Toolbar1);
-
-    struct Button
-    {
-        const char *name;
-        const QString *caption;  // nullptr: a separator
-        const char *icon;
-    };
-    const Button buttons[tbCount] = {
-        {"tbSend", &t::TbSend, "mail-send-receive"},
-        {"tbSeparator2", nullptr, nullptr},
-        {"tbPrint", &t::TbPrint, "document-print"},
-        {"tbFind", &t::TbFind, "edit-find"},
-        {"tbSeparator5", nullptr, nullptr},
-        {"tbCheckNames", &t::TbCheckNames, "mail_generic"},
-        {"tbEncoding", &t::TbEncoding, "preferences-desktop-locale"},
-        {"tbSeparator8", nullptr, nullptr},
-        {"tbAddressBook", &t::TbAddressBook, "x-office-address-book"},
-        {"tbSeparator10", nullptr, nullptr},
-        {"tbAttach", &t::TbAttach, "mail-attachment"},
-    };
-    for (const Button &b : buttons) {
-        QAction *a = b.caption ? Toolbar1->addAction(appIcon(QLatin1StringView(b.icon)), *b.caption)
-                               : Toolbar1->addSeparator();
-        a->setObjectName(QLatin1StringView(b.name));
-        if (b.caption)
-            a->setToolTip(*b.caption);
-        m_buttons.append(a);
-    }
+    m_buttons = scaffold::addTools(Toolbar1, {
+        {"tbSend", &t::TbSend, nullptr, "mail-send-receive"},
+        {"tbSeparator2", nullptr, nullptr, nullptr},
+        {"tbPrint", &t::TbPrint, nullptr, "document-print"},
+        {"tbFind", &t::TbFind, nullptr, "edit-find"},
+        {"tbSeparator5", nullptr, nullptr, nullptr},
+        {"tbCheckNames", &t::TbCheckNames, nullptr, "mail_generic"},
+        {"tbEncoding", &t::TbEncoding, nullptr, "preferences-desktop-locale"},
+        {"tbSeparator8", nullptr, nullptr, nullptr},
+        {"tbAddressBook", &t::TbAddressBook, nullptr, "x-office-address-book"},
+        {"tbSeparator10", nullptr, nullptr, nullptr},
+        {"tbAttach", &t::TbAttach, nullptr, "mail-attachment"},
+    }, [this](int index) { Toolbar1_ButtonClick(index); });
 }
 
 void frmMailEdit::buildFields()
@@ -225,6 +165,11 @@ void frmMailEdit::buildFields()
     Text3 = named(new QLineEdit(client), u"Text3"_s);
     Text4 = named(new QLineEdit(client), u"Text4"_s);
     Text5 = named(new QLineEdit(client), u"Text5"_s);
+    // Alt and the underlined letter go to the field beside each caption.
+    Label1->setBuddy(Combo3);
+    Label2->setBuddy(Text3);
+    Label3->setBuddy(Text4);
+    Label4->setBuddy(Text5);
 
     ListView1 = named(new QListWidget(client), u"ListView1"_s);
     ListView1->setFlow(QListView::LeftToRight);
@@ -294,16 +239,20 @@ void frmMailEdit::connectHandlers()
     connect(mnuMailSend, &QAction::triggered, this, &frmMailEdit::mnuMailSend_Click);
     connect(mnuMailSendLate, &QAction::triggered, this, &frmMailEdit::mnuMailSendLate_Click);
     connect(Save, &QAction::triggered, this, &frmMailEdit::Save_Click);
+    connect(mnuClose, &QAction::triggered, this, &QWidget::close);
     connect(InsertAdd, &QAction::triggered, this, &frmMailEdit::InsertAdd_Click);
     connect(popmnuDelete, &QAction::triggered, this, &frmMailEdit::popmnuDelete_Click);
-    for (int i = 1; i <= tbCount; ++i)
-        connect(toolbarButton(i), &QAction::triggered, this, [this, i] { Toolbar1_ButtonClick(i); });
     // The caption shows CTRL+S itself, so the key is a shortcut of the
     // window rather than one the menu would print a second time.
     auto *ctrlS = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), this);
     connect(ctrlS, &QShortcut::activated, this, &frmMailEdit::Save_Click);
-    // The pop-up opens when the right button is released over the list.
+    // Escape closes the window, asking first when the text is unsaved.
+    auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, &QWidget::close);
+    // The pop-up opens when the right button is released over the list,
+    // and with the menu key or Delete from the keyboard.
     ListView1->viewport()->installEventFilter(this);
+    ListView1->installEventFilter(this);
 
     connect(Combo3, &QComboBox::editTextChanged, this, &frmMailEdit::changed);
     for (QLineEdit *line : {Text3, Text4, Text5})
@@ -331,13 +280,30 @@ void frmMailEdit::showAttachmentRow(bool shown)
 
 // ---- Opening --------------------------------------------------------------
 
-void frmMailEdit::showEvent(QShowEvent *event)
+void frmMailEdit::openAs(qint16 mode, const MailRef &source)
 {
-    QMainWindow::showEvent(event);
-    if (!m_loaded) {
-        m_loaded = true;
-        Form_Load();
+    frmMailEdit *w = forms::MailEdit();
+    if (w->isVisible() && Main::gbModified) {
+        w->raise();
+        w->activateWindow();
+        prompter().message(Prompter::Icon::Information, texts::AppTitle,
+                           texts::compose::StillWriting);
+        return;
     }
+    Main::ComposeMode = mode;
+    w->m_source = source;
+    if (w->isVisible()) {
+        w->Form_Load();  // nothing unsaved in it: it takes the new message
+    } else {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *main : windows) {
+            if (main->objectName() == u"frmMain" && main->isVisible())
+                scaffold::placeBeside(w, main);
+        }
+        w->show();
+    }
+    w->raise();
+    w->activateWindow();
 }
 
 void frmMailEdit::Form_Load()
@@ -351,21 +317,13 @@ void frmMailEdit::Form_Load()
     Text1->clear();
     ListView1->clear();
     showAttachmentRow(false);
-    m_mailCount = 0;
-    m_index = -1;
+    m_stored = StoredMail();
 
-    loadAccounts();
-
+    scaffold::guarded([this] { loadAccounts(); });
     const qint16 mode = Main::ComposeMode;
-    if (mode == Main::ComposeModes::New) {
-        Text1->clear();
-        Text3->clear();
-        Text4->clear();
-        Text5->clear();
-    } else if (mode == Main::ComposeModes::Reopen || mode == Main::ComposeModes::Reply
-               || mode == Main::ComposeModes::Forward) {
+    if (mode == Main::ComposeModes::Reopen || mode == Main::ComposeModes::Reply
+        || mode == Main::ComposeModes::Forward)
         loadQuoted();
-    }
     m_filling = false;
     Main::gbModified = false;
     Text3->setFocus();
@@ -374,10 +332,9 @@ void frmMailEdit::Form_Load()
 void frmMailEdit::loadAccounts()
 {
     Combo3->clear();
-    m_accountCount = 0;
-    LoadMailBoxes(m_accounts, m_accountCount);
-    for (int i = 0; i < m_accountCount; ++i)
-        Combo3->addItem(m_accounts[i].address);
+    const AccountList accounts = store::Accounts();
+    for (const MailBoxRec &a : accounts)
+        Combo3->addItem(a.address);
     if (Combo3->count() >= 1)
         Combo3->setCurrentIndex(0);
     else
@@ -386,19 +343,15 @@ void frmMailEdit::loadAccounts()
 
 void frmMailEdit::loadQuoted()
 {
-    frmMain *main = forms::Main();
-    const qint16 folder = main->CurrentFolder;
-    LoadEmails(folder, m_mails, m_mailCount);
-    for (int i = 0; i < m_mailCount; ++i) {
-        if (TrimSpaces(m_mails[i].id) == main->CurrentMailId) {
-            m_index = i;
-            break;
-        }
-    }
-    const EmailRec quoted = m_index >= 0 ? m_mails[m_index] : EmailRec();
+    const EmailRec quoted = m_source.shown;
+    const int folder = m_source.folder;
     const qint16 mode = Main::ComposeMode;
 
     if (mode == Main::ComposeModes::Reopen) {
+        // The window edits this very message: its saves and sends replace
+        // or move it, under its id.
+        if (m_source.isSet())
+            m_stored = {folder, TrimSpaces(quoted.id), m_source.index, quoted};
         setWindowTitle(RightTrim(quoted.subject));
         if (RightTrim(quoted.from) != Combo3->currentText())
             Combo3->setEditText(RightTrim(quoted.from));
@@ -462,140 +415,77 @@ QString frmMailEdit::joinedAttachments() const
     return compose::JoinAttachments(items);
 }
 
-EmailRec frmMailEdit::newRecord() const
+EmailRec frmMailEdit::composed() const
 {
-    const QString id = QString::number(RandomBetween(10000000, 99999999));
-    return compose::BuildRecord(id, {Combo3->currentText(), Text3->text(), Text4->text(),
-                                     Text5->text(), FromWidgetText(Text1->toPlainText()),
-                                     joinedAttachments()});
+    return compose::BuildRecord(QString(), {Combo3->currentText(), Text3->text(), Text4->text(),
+                                            Text5->text(), FromWidgetText(Text1->toPlainText()),
+                                            joinedAttachments()});
 }
 
-EmailRec frmMailEdit::sameIdRecord() const
+bool frmMailEdit::fitsOrAccepted(EmailRec &m)
 {
-    EmailRec m = newRecord();
-    m.id = forms::Main()->CurrentMailId;
-    return m;
+    const QList<compose::Overflow> overflows = compose::Overflows(m);
+    if (overflows.isEmpty())
+        return true;
+    QStringList lines;
+    for (const compose::Overflow &o : overflows)
+        lines.append(texts::compose::TooLongLine.arg(texts::compose::FieldNames[o.field])
+                         .arg(o.bytes)
+                         .arg(o.limit)
+                         .arg(o.keptChars));
+    if (!prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
+                            texts::compose::TooLongForFile.arg(lines.join(u'\r')),
+                            Prompter::Default::No))
+        return false;
+    m = compose::CutToFit(m);
+    return true;
 }
 
 // ---- Send now, send later, save -------------------------------------------
 
-bool frmMailEdit::storeForSend()
+void frmMailEdit::mnuMailSend_Click()
 {
     if (Text3->text().isEmpty()) {
         prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
                            texts::compose::CannotSendNoRecipient);
-        return false;
-    }
-    if (Combo3->currentText().isEmpty() && EnsureMailBox())
-        return false;
-
-    const qint16 folder = forms::Main()->CurrentFolder;
-    if (Main::ComposeMode == Main::ComposeModes::New) {
-        // Deleted Items is read first and at once read over by the Outbox;
-        // the first read has no effect and stays as the program has it.
-        LoadEmails(FolderFile::DeletedItems, m_mails, m_mailCount);
-        LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        append(m_mails, m_mailCount, newRecord());
-        SaveEmails(FolderFile::Outbox, m_mails, m_mailCount);
-    } else if (folder == FolderFile::Drafts) {
-        // The draft moves to the Outbox and keeps its id.
-        LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        append(m_mails, m_mailCount, sameIdRecord());
-        SaveEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        LoadEmails(folder, m_mails, m_mailCount);
-        removeAt(m_mails, m_mailCount, m_index);
-        SaveEmails(folder, m_mails, m_mailCount);
-        refreshMainIfShown(folder);
-    } else if (folder == FolderFile::Inbox || folder == FolderFile::SentItems
-               || folder == FolderFile::DeletedItems) {
-        m_mailCount = 0;
-        LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        append(m_mails, m_mailCount, newRecord());
-        SaveEmails(FolderFile::Outbox, m_mails, m_mailCount);
-    } else {
-        // A message re-opened from the Outbox is written over in place.
-        LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        replaceAt(m_mails, m_mailCount, m_index, sameIdRecord());
-        SaveEmails(FolderFile::Outbox, m_mails, m_mailCount);
-    }
-    Main::gbModified = false;
-    refreshMainIfShown(FolderFile::Outbox);
-    return true;
-}
-
-void frmMailEdit::mnuMailSend_Click()
-{
-    if (!storeForSend())
         return;
-    runSendOnly();
-    close();
-}
-
-void frmMailEdit::runSendOnly()
-{
-    frmSendAndReceive *run = forms::SendAndReceive();
-    run->SendReceiveMode = SendReceiveModes::SendOnly;
-    // A failed send-only run never starts its bar and so never closes
-    // itself; it is closed as soon as it stands, which ends the modal run.
-    QTimer::singleShot(0, run, [run] {
-        if (run->SendFailed)
-            run->close();
-    });
-    run->exec();
-    if (run->SendFailed) {
-        run->close();
-        prompter().message(Prompter::Icon::Information, texts::NameCheckTitle,
-                           texts::NameCheckFailed);
     }
-}
-
-bool frmMailEdit::storeForSendLater()
-{
-    const qint16 folder = forms::Main()->CurrentFolder;
-    if (Main::ComposeMode == Main::ComposeModes::New) {
-        if (Text3->text().isEmpty()) {
-            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
-                               texts::compose::CannotSendNoRecipient);
-            return false;
-        }
-        if (Combo3->currentText().isEmpty()) {
-            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
-                               texts::compose::CannotSaveNoSender);
-            return false;
-        }
-        LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        append(m_mails, m_mailCount, newRecord());
-        SaveEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        prompter().message(Prompter::Icon::Information, texts::AppTitle,
-                           texts::compose::SendLaterNotice);
-    } else if ((folder == FolderFile::DeletedItems || folder == FolderFile::Drafts)
-               && !Text3->text().isEmpty()) {
-        // A draft (or a message of Deleted Items) leaves its folder for the
-        // Outbox with its id.
-        LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        append(m_mails, m_mailCount, sameIdRecord());
-        SaveEmails(FolderFile::Outbox, m_mails, m_mailCount);
-        prompter().message(Prompter::Icon::Information, texts::AppTitle,
-                           texts::compose::SendLaterNotice);
-        LoadEmails(folder, m_mails, m_mailCount);
-        removeAt(m_mails, m_mailCount, m_index);
-        SaveEmails(folder, m_mails, m_mailCount);
-        refreshMainIfShown(folder);
-    } else {
-        // Send later moves only new mail and messages of Drafts or Deleted
-        // Items into the Outbox; anything else stays where it is.
-        return false;
-    }
-    LoadEmails(folder, m_mails, m_mailCount);
+    bool abandon = false;
+    if (Combo3->currentText().isEmpty()
+        && !scaffold::guarded([&abandon] { abandon = EnsureMailBox(); }))
+        return;
+    if (abandon)
+        return;
+    EmailRec m = composed();
+    if (!fitsOrAccepted(m) || !scaffold::guarded([&] { StoreForSend(m, m_stored); }))
+        return;
     Main::gbModified = false;
-    refreshMainIfShown(FolderFile::Outbox);
-    return true;
+    // The message leaves the Outbox at once; the run says so itself when
+    // it cannot.
+    frmSendAndReceive::start(SendReceiveModes::SendOnly, true);
+    close();
 }
 
 void frmMailEdit::mnuMailSendLate_Click()
 {
-    if (storeForSendLater())
-        close();
+    // Nothing goes to the Outbox that could never be sent or has no sender.
+    if (Text3->text().isEmpty()) {
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           texts::compose::CannotSendNoRecipient);
+        return;
+    }
+    if (Combo3->currentText().isEmpty()) {
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           texts::compose::CannotSaveNoSender);
+        return;
+    }
+    EmailRec m = composed();
+    if (!fitsOrAccepted(m) || !scaffold::guarded([&] { StoreForSendLater(m, m_stored); }))
+        return;
+    Main::gbModified = false;
+    prompter().message(Prompter::Icon::Information, texts::AppTitle,
+                       texts::compose::SendLaterNotice);
+    close();
 }
 
 void frmMailEdit::Save_Click()
@@ -605,33 +495,24 @@ void frmMailEdit::Save_Click()
                            texts::compose::CannotSaveNoSender);
         return;
     }
-    const qint16 mode = Main::ComposeMode;
-    qint16 written = FolderFile::Drafts;
-    if (mode == Main::ComposeModes::New || mode == Main::ComposeModes::Reply) {
-        LoadEmails(FolderFile::Drafts, m_mails, m_mailCount);
-        append(m_mails, m_mailCount, newRecord());
-        SaveEmails(FolderFile::Drafts, m_mails, m_mailCount);
+    EmailRec m = composed();
+    bool created = false;
+    if (!fitsOrAccepted(m)
+        || !scaffold::guarded([&] { m_stored = SaveDraft(m, m_stored, &created); }))
+        return;
+    Main::gbModified = false;
+    // From now on this window stores the same message again.
+    Main::ComposeMode = Main::ComposeModes::Reopen;
+    if (created)
         prompter().message(Prompter::Icon::Information, texts::compose::DraftSavedTitle,
                            texts::compose::DraftSaved);
-        // From now on this window stores the same message again.
-        Main::ComposeMode = Main::ComposeModes::Reopen;
-    } else {
-        // Written in the place of the message found on opening, in the
-        // folder the main window shows: a saved forward therefore replaces
-        // the forwarded message. This is intended.
-        written = forms::Main()->CurrentFolder;
-        LoadEmails(written, m_mails, m_mailCount);
-        replaceAt(m_mails, m_mailCount, m_index, sameIdRecord());
-        SaveEmails(written, m_mails, m_mailCount);
-    }
-    LoadEmails(FolderFile::Inbox, m_mails, m_mailCount);
-    Main::gbModified = false;
-    refreshMainIfShown(written);
 }
 
 void frmMailEdit::munNewMail_Click()
 {
     Main::ComposeMode = Main::ComposeModes::New;
+    m_stored = StoredMail();
+    m_source = MailRef();
     Text1->clear();
     Text3->clear();
     Text4->clear();
@@ -687,6 +568,18 @@ bool frmMailEdit::eventFilter(QObject *watched, QEvent *event)
         popmnu1->popup(static_cast<QMouseEvent *>(event)->globalPosition().toPoint());
         return true;
     }
+    if (watched == ListView1 && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Delete) {
+            popmnuDelete_Click();
+            return true;
+        }
+        if (key == Qt::Key_Menu) {
+            popmnu1->popup(ListView1->viewport()->mapToGlobal(
+                ListView1->visualItemRect(ListView1->currentItem()).center()));
+            return true;
+        }
+    }
     return QMainWindow::eventFilter(watched, event);
 }
 
@@ -694,12 +587,10 @@ bool frmMailEdit::eventFilter(QObject *watched, QEvent *event)
 
 void frmMailEdit::closeEvent(QCloseEvent *event)
 {
-    if (Form_Unload()) {
+    if (Form_Unload())
         event->accept();
-        m_loaded = false;
-    } else {
+    else
         event->ignore();
-    }
 }
 
 bool frmMailEdit::Form_Unload()
@@ -708,7 +599,7 @@ bool frmMailEdit::Form_Unload()
     // one question keeps a slip of the mouse from costing a long message.
     if (Main::gbModified
         && !prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
-                               texts::compose::AskDiscardOnClose)) {
+                               texts::compose::AskDiscardOnClose, Prompter::Default::No)) {
         return false;
     }
     Main::gbModified = false;

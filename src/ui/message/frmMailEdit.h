@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/commands.h"
 #include "store/records.h"
 #include "ui/common/forms.h"
 
@@ -19,8 +20,10 @@ class QToolBar;
 // The window in which a message is written: a new one, a reply, a forward,
 // or a draft or Outbox message opened again. Sending stores the message in
 // the Outbox and runs a send-only pass of the progress dialog; saving stores
-// it in Drafts. What it opens is decided by ComposeMode, set by the opener.
-class frmMailEdit : public QMainWindow
+// it in Drafts. Once stored, a further save or send of the window acts on
+// its own stored message, never on the one it quoted or on what another
+// window shows.
+class frmMailEdit final : public QMainWindow
 {
     Q_OBJECT
 
@@ -51,8 +54,16 @@ public:
     frmMailEdit();
     ~frmMailEdit() override;
 
+    // Opens the window in a mode (ComposeMode): a new message, a reply to or
+    // forward of source, or source itself to edit again. A window holding
+    // text that was neither sent nor saved is not emptied for it: it comes
+    // to the front and says so.
+    static void openAs(qint16 mode, const MailRef &source);
+
     QAction *toolbarButton(int index) const;
     bool attachmentRowShown() const { return m_attachmentRow == AttachmentRowShown; }
+    // Where the window's message is stored; unset until it is.
+    const StoredMail &storedMail() const { return m_stored; }
 
     // ---- Commands ----------------------------------------------------------
     void mnuMailSend_Click();
@@ -68,6 +79,7 @@ public:
     QAction *mnuMailSend = nullptr;
     QAction *mnuMailSendLate = nullptr;
     QAction *Save = nullptr;
+    QAction *mnuClose = nullptr;
     QMenu *Insert = nullptr;
     QAction *InsertAdd = nullptr;
     QMenu *popmnu1 = nullptr;
@@ -92,7 +104,6 @@ public:
     QStatusBar *StatusBar1 = nullptr;
 
 protected:
-    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -108,29 +119,21 @@ private:
     void loadQuoted();
     void showAttachmentRow(bool shown);
     void loadAttachments(const QString &field);
-
-    // The stored record from the fields: with a new random id, or with the
-    // main window's current message id.
-    EmailRec newRecord() const;
-    EmailRec sameIdRecord() const;
     QString joinedAttachments() const;
 
-    // Send now's and send later's store into the Outbox; false when a
-    // check stopped it and nothing was written.
-    bool storeForSend();
-    bool storeForSendLater();
-    void showOutboxInMain();
-    void runSendOnly();
+    // The message as the fields give it, without an id: the store gives it
+    // a new one or keeps the stored message's.
+    EmailRec composed() const;
+    // Whether m may be stored: when a field is longer than the file keeps,
+    // the user is told how much would be kept and chooses to go on with
+    // that (m is cut) or to go back to writing.
+    bool fitsOrAccepted(EmailRec &m);
     void changed();
 
     QList<QAction *> m_buttons;  // tool bar buttons, position 1 at 0
-    MailBoxArray m_accounts;
-    MailCount m_accountCount = 0;
-    EmailArray m_mails;
-    MailCount m_mailCount = 0;
-    int m_index = -1;  // the quoted or re-opened message in m_mails; -1 none
+    MailRef m_source;     // what the window was opened on
+    StoredMail m_stored;  // where its message is stored, once it is
     int m_attachmentRow = 0;
-    bool m_loaded = false;
     bool m_filling = false;  // the fields are being filled, not edited
 };
 

@@ -2,66 +2,47 @@
 
 #include "sendrecv/recipients.h"
 #include "store/errors.h"
-#include "store/folders.h"
-#include "store/mailboxes.h"
+#include "store/mailstore.h"
+#include "store/prompter.h"
 #include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
 #include "ui/common/filechooser.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/common/widgets.h"
-#include "ui/main/frmMain.h"
+#include "ui/message/frmMailEdit.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QFrame>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QPolygonF>
-#include <QShowEvent>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QToolBar>
-#include <QTreeWidget>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-// The previous and next buttons' arrows, drawn here because the icon set
-// has none; every size the tool bar may ask for, so they stay crisp.
-QIcon arrowIcon(bool pointsLeft)
+// The same message after its folder changed: every field but the read
+// mark, which opening it changes.
+bool sameMessage(const EmailRec &a, const EmailRec &b)
 {
-    QIcon icon;
-    for (int side : {16, 22, 24, 32, 33, 48}) {
-        QPixmap pm(side, side);
-        pm.fill(Qt::transparent);
-        QPainter p(&pm);
-        p.setRenderHint(QPainter::Antialiasing);
-        const double s = side / 22.0;
-        QPolygonF arrow({{3, 11}, {11, 3}, {11, 7.5}, {19, 7.5}, {19, 14.5}, {11, 14.5}, {11, 19}});
-        for (QPointF &pt : arrow) {
-            if (!pointsLeft)
-                pt.setX(22 - pt.x());
-            pt *= s;
-        }
-        p.setPen(QPen(QColor(0x20, 0x4a, 0x87), s));
-        p.setBrush(QColor(0x72, 0x9f, 0xcf));
-        p.drawPolygon(arrow);
-        icon.addPixmap(pm);
-    }
-    return icon;
+    return a.id == b.id && a.from == b.from && a.to == b.to && a.alsoto == b.alsoto
+        && a.subject == b.subject && a.content == b.content && a.datetime == b.datetime
+        && a.attachment == b.attachment;
 }
-
 }  // namespace
 
 frmMailRead::frmMailRead()
@@ -72,6 +53,8 @@ frmMailRead::frmMailRead()
     buildMenus();
     buildToolbar();
     buildPanes();
+    scaffold::loadOnShow(this, [this] { Form_Load(); });
+    connect(&storeEvents(), &StoreEvents::folderChanged, this, &frmMailRead::folderChanged);
 
     resize(twips::toPixels(DesignWidth), twips::toPixels(DesignHeight));
 }
@@ -80,112 +63,120 @@ frmMailRead::~frmMailRead() = default;
 
 // ---- Construction -------------------------------------------------------
 
-// The menu bar of a read window. Its entries are there to be seen; the
-// window acts through its tool bar and the attachment list's pop-up.
 void frmMailRead::buildMenus()
 {
-    QMenuBar *bar = menuBar();
-    bar->setObjectName(u"MenuBar"_s);
-
-    QMenu *file = named(bar->addMenu(texts::MenuFile), u"mnuFile"_s);
-    menuItem(file, u"mnuSaveAs"_s, texts::MenuSaveAs);
-    menuItem(file, u"mnuSaveAttachments"_s, texts::MenuSaveAttachments);
-    file->addSeparator();
-    menuItem(file, u"mnuPrint"_s, texts::MenuPrint)->setIcon(appIcon(u"document-print"_s));
-    file->addSeparator();
-    menuItem(file, u"mnuProperties"_s, texts::MenuProperties);
-    file->addSeparator();
-    menuItem(file, u"mnuClose"_s, texts::read::MenuClose);
-
-    QMenu *edit = named(bar->addMenu(texts::MenuEdit), u"mnuEdit"_s);
-    menuItem(edit, u"mnuCopy"_s, texts::MenuCopy);
-    menuItem(edit, u"mnuSelectAll"_s, texts::MenuSelectAll);
-    edit->addSeparator();
-    menuItem(edit, u"mnuFindMessage"_s, texts::MenuFindMessage)->setIcon(appIcon(u"edit-find"_s));
-    edit->addSeparator();
-    menuItem(edit, u"mnuMoveToFolder"_s, texts::MenuMoveToFolder);
-    menuItem(edit, u"mnuDelete"_s, texts::MenuDelete)->setIcon(appIcon(u"edit-delete"_s));
-    edit->addSeparator();
-    menuItem(edit, u"mnuMarkUnread"_s, texts::MenuMarkUnread);
-
-    QMenu *view = named(bar->addMenu(texts::MenuView), u"mnuView"_s);
-    menuItem(view, u"mnuPreviousMail"_s, texts::read::MenuPreviousMessage);
-    menuItem(view, u"mnuNextMail"_s, texts::read::MenuNextMessage);
-    view->addSeparator();
-    menuItem(view, u"mnuTextSize"_s, texts::MenuTextSize);
-    menuItem(view, u"mnuEncoding"_s, texts::MenuEncoding);
-
-    QMenu *tools = named(bar->addMenu(texts::MenuTools), u"mnuTools"_s);
-    menuItem(tools, u"mnuAddressBook"_s, texts::MenuAddressBook)
-        ->setIcon(appIcon(u"x-office-address-book"_s));
-    menuItem(tools, u"mnuAddSender"_s, texts::MenuAddSender);
-
-    QMenu *message = named(bar->addMenu(texts::MenuMessage), u"mnuMessage"_s);
-    menuItem(message, u"mnuMsgNew"_s, texts::MenuMsgNew);
-    message->addSeparator();
-    menuItem(message, u"mnuMsgReply"_s, texts::read::MenuReply);
-    menuItem(message, u"mnuMsgReplyAll"_s, texts::read::MenuReplyAll);
-    menuItem(message, u"mnuMsgForward"_s, texts::read::MenuForward);
-    menuItem(message, u"mnuMsgForwardAttached"_s, texts::MenuMsgForwardAttached);
-
-    QMenu *help = named(bar->addMenu(texts::MenuHelp), u"mnuHelp"_s);
-    menuItem(help, u"mnuContents"_s, texts::MenuContents);
-    help->addSeparator();
-    menuItem(help, u"mnuAbout"_s, texts::MenuAbout);
+    namespace t = texts;
+    namespace r = texts::read;
+    menuBar()->setObjectName(u"MenuBar"_s);
+    scaffold::addMenus(menuBar(), {
+        {0, "mnuFile", &t::MenuFile},
+        {1, "mnuSaveAs", &t::MenuSaveAs},
+        {1, "mnuSaveAttachments", &t::MenuSaveAttachments},
+        {1, nullptr, nullptr},
+        {1, "mnuPrint", &t::MenuPrint, "document-print"},
+        {1, nullptr, nullptr},
+        {1, "mnuProperties", &t::MenuProperties},
+        {1, nullptr, nullptr},
+        {1, "mnuClose", &r::MenuClose},
+        {0, "mnuEdit", &t::MenuEdit},
+        {1, "mnuCopy", &t::MenuCopy},
+        {1, "mnuSelectAll", &t::MenuSelectAll},
+        {1, nullptr, nullptr},
+        {1, "mnuFindMessage", &t::MenuFindMessage, "edit-find"},
+        {1, nullptr, nullptr},
+        {1, "mnuMoveToFolder", &t::MenuMoveToFolder},
+        {1, "mnuDelete", &t::MenuDelete, "edit-delete"},
+        {1, nullptr, nullptr},
+        {1, "mnuMarkUnread", &t::MenuMarkUnread},
+        {0, "mnuView", &t::MenuView},
+        {1, "mnuPreviousMail", &r::MenuPreviousMessage},
+        {1, "mnuNextMail", &r::MenuNextMessage},
+        {1, nullptr, nullptr},
+        {1, "mnuTextSize", &t::MenuTextSize},
+        {1, "mnuEncoding", &t::MenuEncoding},
+        {0, "mnuTools", &t::MenuTools},
+        {1, "mnuAddressBook", &t::MenuAddressBook, "x-office-address-book"},
+        {1, "mnuAddSender", &t::MenuAddSender},
+        {0, "mnuMessage", &t::MenuMessage},
+        {1, "mnuMsgNew", &t::MenuMsgNew},
+        {1, nullptr, nullptr},
+        {1, "mnuMsgReply", &r::MenuReply},
+        {1, "mnuMsgReplyAll", &r::MenuReplyAll},
+        {1, "mnuMsgForward", &r::MenuForward},
+        {1, "mnuMsgForwardAttached", &t::MenuMsgForwardAttached},
+        {0, "mnuHelp", &t::MenuHelp},
+        {1, "mnuContents", &t::MenuContents},
+        {1, nullptr, nullptr},
+        {1, "mnuAbout", &t::MenuAbout},
+    });
 
     // Not on the menu bar: it pops up over the attachment list.
-    mnuPop = named(new QMenu(texts::read::PopupTitle, this), u"mnuPop"_s);
-    menuItem(mnuPop, u"mnuOpen"_s, texts::read::PopupOpen);
-    menuItem(mnuPop, u"mnuPrintAttachment"_s, texts::read::PopupPrint);
-    menuItem(mnuPop, u"mnuQuickView"_s, texts::read::PopupQuickView);
-    mnuSave = menuItem(mnuPop, u"mnuSave"_s, texts::read::PopupSaveAs);
+    mnuPop = named(new QMenu(r::PopupTitle, this), u"mnuPop"_s);
+    menuItem(mnuPop, u"mnuOpen"_s, r::PopupOpen);
+    menuItem(mnuPop, u"mnuPrintAttachment"_s, r::PopupPrint);
+    menuItem(mnuPop, u"mnuQuickView"_s, r::PopupQuickView);
+    mnuSave = menuItem(mnuPop, u"mnuSave"_s, r::PopupSaveAs);
     mnuPop->addSeparator();
-    menuItem(mnuPop, u"mnuAdd"_s, texts::read::PopupAdd);
-    menuItem(mnuPop, u"mnuRemove"_s, texts::read::PopupRemove);
+    menuItem(mnuPop, u"mnuAdd"_s, r::PopupAdd);
+    menuItem(mnuPop, u"mnuRemove"_s, r::PopupRemove);
     connect(mnuSave, &QAction::triggered, this, &frmMailRead::mnuSave_Click);
 }
 
 void frmMailRead::buildToolbar()
 {
+    namespace r = texts::read;
     Toolbar1 = named(addToolBar(QString()), u"Toolbar1"_s);
     Toolbar1->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     Toolbar1->setIconSize(QSize(22, 22));
     Toolbar1->setMovable(false);
     Toolbar1->setFloatable(false);
     Toolbar1->toggleViewAction()->setEnabled(false);
+    m_buttons = scaffold::addTools(Toolbar1, {
+        {"tbReply", &r::TbReply, &r::TbReplyTip, "mail-reply-sender"},
+        {"tbReplyAll", &r::TbReplyAll, nullptr, "mail-reply-all"},
+        {"tbForward", &r::TbForward, nullptr, "mail-forward"},
+        {"tbSeparator4", nullptr, nullptr, nullptr},
+        {"tbPrint", &r::TbPrint, nullptr, "document-print"},
+        {"tbDelete", &r::TbDelete, nullptr, "edit-delete"},
+        {"tbSeparator7", nullptr, nullptr, nullptr},
+        {"tbPrevious", &r::TbPrevious, &r::TbPreviousTip, "go-previous"},
+        {"tbNext", &r::TbNext, &r::TbNextTip, "go-next"},
+        {"tbSeparator10", nullptr, nullptr, nullptr},
+        {"tbAddressBook", &r::TbAddressBook, nullptr, "x-office-address-book"},
+    }, [this](int index) { Toolbar1_ButtonClick(index); });
 
-    struct Button
+    // The menu entries that name a command do it, with the shortcuts their
+    // captions show (and the next message's counterpart of CTRL+<).
+    struct Command
     {
-        const char *name;
-        const QString *caption;
-        const QString *tip;
-        QIcon icon;
+        const char *entry;
+        int button;
+        QList<QKeySequence> keys;
     };
-    // In tool bar order; a null caption is a separator.
-    const Button buttons[tbCount] = {
-        {"tbReply", &texts::read::TbReply, &texts::read::TbReplyTip, appIcon(u"mail-reply-sender"_s)},
-        {"tbReplyAll", &texts::read::TbReplyAll, &texts::read::TbReplyAll,
-         appIcon(u"mail-reply-all"_s)},
-        {"tbForward", &texts::read::TbForward, &texts::read::TbForward, appIcon(u"mail-forward"_s)},
-        {"tbSeparator4", nullptr, nullptr, {}},
-        {"tbPrint", &texts::read::TbPrint, &texts::read::TbPrint, appIcon(u"document-print"_s)},
-        {"tbDelete", &texts::read::TbDelete, &texts::read::TbDelete, appIcon(u"edit-delete"_s)},
-        {"tbSeparator7", nullptr, nullptr, {}},
-        {"tbPrevious", &texts::read::TbPrevious, &texts::read::TbPreviousTip, arrowIcon(true)},
-        {"tbNext", &texts::read::TbNext, &texts::read::TbNextTip, arrowIcon(false)},
-        {"tbSeparator10", nullptr, nullptr, {}},
-        {"tbAddressBook", &texts::read::TbAddressBook, &texts::read::TbAddressBook,
-         appIcon(u"x-office-address-book"_s)},
+    const Command commands[] = {
+        {"mnuMsgReply", tbReply, {QKeySequence(Qt::CTRL | Qt::Key_R)}},
+        {"mnuMsgReplyAll", tbReplyAll, {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R)}},
+        {"mnuMsgForward", tbForward, {}},
+        {"mnuPreviousMail", tbPrevious,
+         {QKeySequence(Qt::CTRL | Qt::Key_Less), QKeySequence(Qt::CTRL | Qt::Key_Comma)}},
+        {"mnuNextMail", tbNext,
+         {QKeySequence(Qt::CTRL | Qt::Key_Greater), QKeySequence(Qt::CTRL | Qt::Key_Period)}},
     };
-    for (const Button &b : buttons) {
-        QAction *a = b.caption ? Toolbar1->addAction(b.icon, *b.caption) : Toolbar1->addSeparator();
-        a->setObjectName(QLatin1StringView(b.name));
-        if (b.tip)
-            a->setToolTip(*b.tip);
-        m_buttons.append(a);
+    for (const Command &c : commands) {
+        const int button = c.button;
+        connect(scaffold::action(this, c.entry), &QAction::triggered, this,
+                [this, button] { Toolbar1_ButtonClick(button); });
+        for (const QKeySequence &key : c.keys) {
+            auto *shortcut = new QShortcut(key, this);
+            connect(shortcut, &QShortcut::activated, this,
+                    [this, button] { Toolbar1_ButtonClick(button); });
+        }
     }
-    for (int i = 1; i <= tbCount; ++i)
-        connect(toolbarButton(i), &QAction::triggered, this, [this, i] { Toolbar1_ButtonClick(i); });
+    connect(scaffold::action(this, "mnuClose"), &QAction::triggered, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
+            &QWidget::close);
+    connect(scaffold::action(this, "mnuMsgNew"), &QAction::triggered, this,
+            [] { frmMailEdit::openAs(Main::ComposeModes::New, MailRef()); });
 }
 
 void frmMailRead::buildPanes()
@@ -231,6 +222,7 @@ void frmMailRead::buildPanes()
     lvAddfile->setSpacing(2);
     lvAddfile->setFixedHeight(std::max(16, fontMetrics().height()) + 12);
     lvAddfile->viewport()->installEventFilter(this);
+    lvAddfile->installEventFilter(this);
 
     auto *grid = new QGridLayout(header);
     grid->setContentsMargins(twips::toPixels(120), twips::toPixels(60), twips::toPixels(120),
@@ -267,24 +259,26 @@ QAction *frmMailRead::toolbarButton(int index) const
 
 // ---- Loading and showing a message --------------------------------------
 
-void frmMailRead::showEvent(QShowEvent *event)
+void frmMailRead::open(const MailRef &message)
 {
-    if (!event->spontaneous())
-        Form_Load();
-    QMainWindow::showEvent(event);
+    frmMailRead *w = forms::MailRead();
+    w->m_opened = message;
+    if (w->isVisible()) {
+        w->Form_Load();  // already open: it shows the message asked for
+    } else {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *main : windows) {
+            if (main->objectName() == u"frmMain" && main->isVisible())
+                scaffold::placeBeside(w, main);
+        }
+        w->show();
+    }
+    w->raise();
+    w->activateWindow();
 }
 
 void frmMailRead::Form_Load()
 {
-    frmMain *main = forms::Main();
-    // The Outbox is read first and then read over; the read stays, so that
-    // a damaged Outbox stops this window as it always has.
-    LoadEmails(FolderFile::Outbox, m_mails, m_mailCount);
-    m_folder = main->CurrentFolder;
-    LoadEmails(m_folder, m_mails, m_mailCount);
-    m_accountCount = 0;
-    LoadMailBoxes(m_accounts, m_accountCount);
-
     // The window lives on between openings; start from an empty one.
     for (QLabel *value : {Label5, Label6, Label7, Label8})
         value->clear();
@@ -293,17 +287,29 @@ void frmMailRead::Form_Load()
     Label9->hide();
     lvAddfile->hide();
     setWindowTitle(QString());
+    m_folder = qint16(m_opened.folder);
     m_index = 0;
+    m_mails.clear();
+    if (!m_opened.isSet())
+        return;
 
-    // The first message with the id is the one opened: a message delivered
-    // to two local accounts lies in the Inbox twice under one id.
-    for (int i = 0; i < m_mailCount; ++i) {
-        if (TrimSpaces(m_mails[i].id) == main->CurrentMailId) {
-            m_index = i;
-            showMail(i);
-            break;
-        }
+    const bool loaded = scaffold::guarded([this] {
+        // The Outbox is read as well; the read stays, so that a damaged
+        // Outbox stops this window as it always has.
+        store::Folder(FolderFile::Outbox);
+        m_mails = store::Folder(m_folder);
+        m_accounts = store::Accounts();
+    });
+    // The message opened is the one asked for, even where another one of
+    // the folder has the same id (a message delivered to two accounts).
+    const int at = loaded ? LocateMail(m_mails, m_opened) : -1;
+    if (at < 0) {
+        if (loaded)
+            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, texts::MailGone);
+        return;
     }
+    m_index = at;
+    showMail(at);
 }
 
 void frmMailRead::showMail(int index)
@@ -311,20 +317,12 @@ void frmMailRead::showMail(int index)
     const EmailRec &m = m_mails.at(index);
     Label5->setText(m.from);
     Label6->setText(m.datetime);
-
-    // In the Inbox the To line names the local account the message reached.
-    // The last account examined decides: its address when the message was
-    // sent to it, else the message's own To text.
-    const QString recipients = RecipientText(TrimSpaces(m.alsoto), TrimSpaces(m.to));
-    QString toLine = m.to;
-    const int examined = std::min<int>(m_accountCount, MAX_MAILBOXES);
-    for (int i = 0; i < examined; ++i) {
-        const QString &address = m_accounts[i].address;
-        toLine = (m_folder == FolderFile::Inbox && AddressMatches(recipients, address)) ? address
-                                                                                          : m.to;
-    }
-    Label7->setText(toLine);
-    Label8->setText(m.subject);
+    Label7->setText(ToLine(m, m_folder == FolderFile::Inbox, m_accounts));
+    // A long subject ends in "…" at the window's edge; the whole of it is
+    // in the tooltip and the caption.
+    Label8->setToolTip(m.subject);
+    Label8->setText(Label8->fontMetrics().elidedText(m.subject, Qt::ElideRight,
+                                                      qMax(Label8->width(), 1)));
     Text1->setPlainText(ToWidgetText(m.content));
     setWindowTitle(m.subject);
 
@@ -342,55 +340,88 @@ void frmMailRead::showMail(int index)
     markRead(index);
 }
 
+void frmMailRead::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    if (!Label8->toolTip().isEmpty())
+        Label8->setText(Label8->fontMetrics().elidedText(Label8->toolTip(), Qt::ElideRight,
+                                                          qMax(Label8->width(), 1)));
+}
+
 void frmMailRead::markRead(int index)
 {
-    EmailRec &m = m_mails[index];
-    if (m.isnew != u"1")
+    if (m_mails.at(index).isnew != u"1")
         return;
-    m.isnew = u"0"_s;
-    SaveEmails(m_folder, m_mails, m_mailCount);
+    // The main window learns of it from the store and redraws the row, the
+    // counts and the captions itself.
+    scaffold::guarded([&] { MarkRead({m_folder, index, m_mails.at(index)}); });
+}
 
-    frmMain *main = forms::Main();
-    // Rows of the main list are the folder's messages in file order.
-    if (QTreeWidgetItem *row = main->ListView1->topLevelItem(index)) {
-        for (int c = 0; c < main->ListView1->columnCount(); ++c) {
-            QFont f = row->font(c);
-            f.setBold(false);
-            row->setFont(c, f);
-        }
+void frmMailRead::folderChanged(int folder)
+{
+    if (folder != m_folder || !isVisible() || m_index >= m_mails.size())
+        return;
+    // The window follows its folder, so that previous and next step through
+    // what the folder now holds, from the message shown.
+    const EmailRec shown = m_mails.at(m_index);
+    MailList fresh;
+    if (!scaffold::guarded([&] { fresh = store::Folder(m_folder); }))
+        return;
+    int found = m_index < fresh.size() && sameMessage(fresh.at(m_index), shown) ? m_index : -1;
+    for (int i = 0; found < 0 && i < fresh.size(); ++i) {
+        if (sameMessage(fresh.at(i), shown))
+            found = i;
     }
-    if (m_folder == FolderFile::Inbox)
-        --main->InboxUnread;
-    else if (m_folder == FolderFile::DeletedItems)
-        --main->DeletedUnread;
-    main->ShowUnreadCaptions();
+    if (found < 0) {
+        // Gone from the folder: the window still shows it and its commands
+        // still quote it; stepping goes on from where it stood.
+        found = int(qMin<qsizetype>(m_index, fresh.size()));
+        fresh.insert(found, shown);
+    }
+    m_mails = fresh;
+    m_index = found;
+}
+
+MailRef frmMailRead::shownMail() const
+{
+    if (m_index < 0 || m_index >= m_mails.size())
+        return {};
+    return {m_folder, m_index, m_mails.at(m_index)};
 }
 
 // ---- Commands -------------------------------------------------------------
+
+void frmMailRead::reply(qint16 mode)
+{
+    const MailRef shown = shownMail();
+    if (!shown.isSet())
+        return;
+    frmMailEdit::openAs(mode, shown);
+    close();
+}
 
 void frmMailRead::Toolbar1_ButtonClick(int index)
 {
     switch (index) {
     case tbReply:
-        Main::ComposeMode = Main::ComposeModes::Reply;
-        emit mailEditRequested();
-        close();
+    case tbReplyAll:
+        // Replying to all goes to the sender as a reply does; the program
+        // has no second list of recipients to fill.
+        reply(Main::ComposeModes::Reply);
         break;
     case tbForward:
-        Main::ComposeMode = Main::ComposeModes::Forward;
-        emit mailEditRequested();
-        close();
+        reply(Main::ComposeModes::Forward);
         break;
     case tbPrevious:
         if (m_index > 0)
             showMail(--m_index);
         break;
     case tbNext:
-        if (m_index < m_mailCount - 1)
+        if (m_index < m_mails.size() - 1)
             showMail(++m_index);
         break;
     default:
-        // Reply to all, print, delete and the address book are for show.
+        // Print, delete and the address book are for show.
         break;
     }
 }
@@ -403,6 +434,14 @@ bool frmMailRead::eventFilter(QObject *watched, QEvent *event)
             mnuPop->popup(lvAddfile->viewport()->mapToGlobal(mouse->position().toPoint()));
             return true;
         }
+    }
+    // From the keyboard the pop-up opens with the menu key.
+    if (watched == lvAddfile && event->type() == QEvent::KeyPress
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Menu) {
+        const QListWidgetItem *item = lvAddfile->currentItem();
+        mnuPop->popup(lvAddfile->viewport()->mapToGlobal(
+            item ? lvAddfile->visualItemRect(item).center() : QPoint()));
+        return true;
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -419,10 +458,19 @@ void frmMailRead::mnuSave_Click()
     if (path.isEmpty())
         return;
     // There is no attachment data in this system: every saved attachment
-    // is this one quoted line, appended, so saving twice leaves two.
-    QFile file(path);
-    const QByteArray line = '"' + texts::read::AttachmentMarker.toLatin1() + "\"\r\n";
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size()
-        || !file.flush())
-        throw FileError(texts::CannotWriteFile.arg(path, file.errorString()));
+    // is this one quoted line, added at the end of the file, so saving twice
+    // leaves two. A file that is there already is only added to when the
+    // user says so.
+    if (QFileInfo::exists(path)
+        && !prompter().confirm(Prompter::Icon::Question, texts::read::SaveTitle,
+                               texts::read::AskAppendToFile.arg(QFileInfo(path).fileName()),
+                               Prompter::Default::No))
+        return;
+    scaffold::guarded([&path] {
+        QFile file(path);
+        const QByteArray line = '"' + texts::read::AttachmentMarker.toLatin1() + "\"\r\n";
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size()
+            || !file.flush())
+            throw FileError(texts::CannotWriteFile.arg(path, file.errorString()));
+    });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/commands.h"
 #include "store/records.h"
 #include "ui/common/forms.h"
 
@@ -16,14 +17,15 @@ class QToolBar;
 
 // One stored message in a window of its own: sender, date, recipients,
 // subject, body and attachments. Opening a message marks it read. The tool
-// bar replies, forwards and steps through the folder the message came from.
-class frmMailRead : public QMainWindow
+// bar and the menus reply to and forward the message shown and step through
+// the folder it came from.
+class frmMailRead final : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    // Tool bar buttons by their 1-based position; only reply, forward,
-    // previous and next act.
+    // Tool bar buttons by their 1-based position; reply, reply to all,
+    // forward, previous and next act.
     enum ToolbarButton : int {
         tbReply = 1,
         tbReplyAll = 2,
@@ -46,11 +48,17 @@ public:
     frmMailRead();
     ~frmMailRead() override;
 
+    // Shows this message, marking it read, whether or not the window was
+    // open on another one.
+    static void open(const MailRef &message);
+
     QAction *toolbarButton(int index) const;
     void Toolbar1_ButtonClick(int index);
 
     // Position of the shown message in the window's copy of its folder.
     int ShownMail() const { return m_index; }
+    // The message shown, as the commands of the window act on it.
+    MailRef shownMail() const;
 
     // ---- Child widgets ---------------------------------------------------
     QToolBar *Toolbar1 = nullptr;
@@ -69,14 +77,9 @@ public:
     QMenu *mnuPop = nullptr;
     QAction *mnuSave = nullptr;
 
-signals:
-    // Reply and forward set ComposeMode and ask for the compose window
-    // here; whoever owns that window opens it.
-    void mailEditRequested();
-
 protected:
-    void showEvent(QShowEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void buildMenus();
@@ -86,13 +89,14 @@ private:
     void Form_Load();
     void showMail(int index);
     void markRead(int index);
+    void folderChanged(int folder);
+    void reply(qint16 mode);
     void mnuSave_Click();
 
     QList<QAction *> m_buttons;  // tool bar buttons, position 1 at 0
-    MailBoxArray m_accounts;
-    ::MailCount m_accountCount = 0;
-    EmailArray m_mails;
-    ::MailCount m_mailCount = 0;
+    AccountList m_accounts;
+    MailList m_mails;
+    MailRef m_opened;     // what the window was asked to show
     qint16 m_folder = 0;  // the folder the message was opened from
     int m_index = 0;
 };

@@ -8,7 +8,7 @@
 #include "ui/accounts/frmMainBoxAdd3.h"
 #include "ui/common/application.h"
 #include "ui/common/twips.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 #include "store/folders.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"

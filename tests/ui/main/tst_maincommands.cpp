@@ -3,7 +3,7 @@
 // checked on the windows they open, the tree, the list and the files.
 
 #include "fixtures.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 #include "store/folders.h"
 #include "store/state.h"
 #include "testsupport.h"

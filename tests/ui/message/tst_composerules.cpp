@@ -2,7 +2,7 @@
 // the attachment field and the record's lower-casing and stamp.
 
 #include "store/clock.h"
-#include "ui/message/composerules.h"
+#include "mail/composerules.h"
 
 #include <QTest>
 

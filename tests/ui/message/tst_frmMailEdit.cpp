@@ -13,7 +13,7 @@
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
-#include "sendrecv/frmSendAndReceive.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 
 #include <QAction>
 #include <QComboBox>

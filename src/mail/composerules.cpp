@@ -1,7 +1,10 @@
-#include "composerules.h"
+#include "mail/composerules.h"
 
 #include "store/clock.h"
+#include "store/profile.h"
 #include "store/textutil.h"
+
+#include <QStringDecoder>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -9,6 +12,40 @@ namespace compose {
 
 namespace {
 constexpr int MaxAttachmentPieces = 21;
+constexpr qsizetype ValueLimit = ProfileFile::ValueBuffer - 1;
+// The escaped body sits between two brackets, and "\n" takes the two bytes
+// the CR LF it stands for took.
+constexpr qsizetype BodyLimit = ProfileFile::ContentBuffer - 1 - 2;
+
+QString fitted(const QString &value, qsizetype limit)
+{
+    const QByteArray bytes = EncodeGb18030(value);
+    if (bytes.size() <= limit)
+        return value;
+    QStringDecoder decoder("GB18030");
+    return decoder.decode(cutToCharacters(bytes, limit));
+}
+
+struct FieldOf
+{
+    Overflow::Field field;
+    QString EmailRec::*member;
+    qsizetype limit;
+};
+const FieldOf checkedFields[] = {
+    {Overflow::From, &EmailRec::from, ValueLimit},
+    {Overflow::To, &EmailRec::to, ValueLimit},
+    {Overflow::Cc, &EmailRec::alsoto, ValueLimit},
+    {Overflow::Subject, &EmailRec::subject, ValueLimit},
+    {Overflow::Body, &EmailRec::content, BodyLimit},
+    {Overflow::Attachment, &EmailRec::attachment, ValueLimit},
+};
+
+// A value as the file holds it: lower-cased and right-trimmed.
+QString asStored(const QString &value)
+{
+    return RightTrim(LowerAscii(value));
+}
 }  // namespace
 
 QString ReplySubject(const EmailRec &quoted)
@@ -71,6 +108,29 @@ EmailRec BuildRecord(const QString &id, const Fields &fields)
     m.datetime = NowStamp();
     m.attachment = fields.attachment;
     m.isnew = u"0"_s;
+    return m;
+}
+
+QList<Overflow> Overflows(const EmailRec &m)
+{
+    QList<Overflow> found;
+    for (const FieldOf &f : checkedFields) {
+        const QString value = f.field == Overflow::Body ? LowerAscii(m.*f.member)
+                                                        : asStored(m.*f.member);
+        const qsizetype bytes = EncodeGb18030(value).size();
+        if (bytes > f.limit)
+            found.append({f.field, bytes, f.limit, fitted(value, f.limit).size()});
+    }
+    return found;
+}
+
+EmailRec CutToFit(EmailRec m)
+{
+    for (const FieldOf &f : checkedFields) {
+        const QString value = f.field == Overflow::Body ? LowerAscii(m.*f.member)
+                                                        : asStored(m.*f.member);
+        m.*f.member = fitted(value, f.limit);
+    }
     return m;
 }
 

@@ -1,23 +1,18 @@
 #include "frmSendAndReceive.h"
 
 #include "sendrecv/engine.h"
-#include "store/folders.h"
+#include "store/prompter.h"
 #include "texts.h"
 #include "ui/common/icons.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/common/widgets.h"
-#include "ui/main/foldernodes.h"
-#include "ui/main/frmMain.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScreen>
-#include <QShowEvent>
 #include <QTimer>
-#include <QTreeWidgetItem>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -76,6 +71,7 @@ frmSendAndReceive::frmSendAndReceive(QWidget *parent) : QDialog(parent)
     connect(Timer1, &QTimer::timeout, this, &frmSendAndReceive::Timer1_Timer);
 
     setFixedSize(twips::toPixels(DesignWidth), twips::toPixels(DesignHeight));
+    scaffold::loadOnShow(this, [this] { Form_Load(); });
 }
 
 frmSendAndReceive::~frmSendAndReceive() = default;
@@ -87,11 +83,17 @@ void frmSendAndReceive::setText2Width(int tw)
     Text2->setVisible(tw > 0);
 }
 
-void frmSendAndReceive::showEvent(QShowEvent *event)
+void frmSendAndReceive::start(qint16 mode, bool modal)
 {
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    frmSendAndReceive *run = forms::SendAndReceive();
+    run->SendReceiveMode = mode;
+    if (modal) {
+        run->exec();
+        return;
+    }
+    run->show();
+    run->raise();
+    run->activateWindow();
 }
 
 void frmSendAndReceive::Form_Load()
@@ -102,24 +104,45 @@ void frmSendAndReceive::Form_Load()
     Timer2->stop();
     Label1->setText(texts::sendreceive::Connecting);
     setText2Width(0);
-
-    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        const QRect g = screen->geometry();
-        const int left = twips::freeSpaceOffset(int(twips::fromPixels(g.width())), DesignWidth, 2);
-        const int top = twips::freeSpaceOffset(int(twips::fromPixels(g.height())), DesignHeight, 2);
-        move(g.topLeft() + QPoint(twips::toPixels(left), twips::toPixels(top)));
-    }
+    m_why.clear();
+    scaffold::placeOnFreeSpace(this, QSize(DesignWidth, DesignHeight), 1, 2);
 
     // Every file is written here, before the dialog is first painted; the
     // timers only present the run.
     const RunResult run = RunSendReceive(SendReceiveMode);
     SendFailed = run.sendFailed();
-    if (run.receiveRan && run.receive.received > 0)
-        forms::Main()->ShowInboxUnread(run.receive.inboxUnread);
-    // A failed send-only run leaves the dialog standing: its caller reads
-    // SendFailed and unloads it.
+    if (!run.errorText.isEmpty()) {
+        m_whyIsError = true;
+        m_whyTitle = texts::AppTitle;
+        m_why = run.errorText;
+    } else if (SendFailed) {
+        m_whyIsError = false;
+        m_whyTitle = texts::NameCheckTitle;
+        m_why = texts::NameCheckFailed;
+    }
     if (run.barStarts())
         Timer2->start();
+    else
+        QTimer::singleShot(0, this, &frmSendAndReceive::endFailedRun);
+}
+
+void frmSendAndReceive::endFailedRun()
+{
+    if (!isVisible() || Timer1->isActive() || Timer2->isActive())
+        return;
+    close();
+    tellWhy();
+}
+
+void frmSendAndReceive::tellWhy()
+{
+    if (m_why.isEmpty())
+        return;
+    const QString title = m_whyTitle;
+    const QString why = m_why;
+    m_why.clear();
+    prompter().message(m_whyIsError ? Prompter::Icon::Exclamation : Prompter::Icon::Information,
+                       title, why);
 }
 
 void frmSendAndReceive::Timer2_Timer()
@@ -139,29 +162,12 @@ void frmSendAndReceive::Timer1_Timer()
     if (m_text2Width < BarFinishesAt)
         return;
 
+    // The windows showing the folders were brought up to date when the
+    // files changed; the run only has to go, and to say why when its send
+    // did not go through.
     Timer1->stop();
-    EmailArray inbox;
-    ::MailCount inboxCount = 0;
-    LoadEmails(FolderFile::Inbox, inbox, inboxCount);
-    // Only the folders a run can change are redrawn, and only when shown.
-    // Deleted Items is not among them: a run never touches it.
-    struct Shown
-    {
-        int node;
-        qint16 folder;
-    };
-    static const Shown refreshed[] = {
-        {Node::Inbox, FolderFile::Inbox},
-        {Node::SentItems, FolderFile::SentItems},
-        {Node::Outbox, FolderFile::Outbox},
-        {Node::Drafts, FolderFile::Drafts},
-    };
-    frmMain *main = forms::Main();
-    for (const Shown &s : refreshed) {
-        if (main->node(s.node) && main->node(s.node)->isSelected())
-            main->refreshlistview(s.folder);
-    }
     close();
+    tellWhy();
 }
 
 void frmSendAndReceive::closeEvent(QCloseEvent *event)

@@ -13,7 +13,7 @@ class QTimer;
 // while it loads; its two timers then only animate the bar, bring the main
 // window up to date and unload the dialog. It cannot be stopped or hidden:
 // the three buttons are there for show.
-class frmSendAndReceive : public QDialog
+class frmSendAndReceive final : public QDialog
 {
     Q_OBJECT
 
@@ -29,12 +29,21 @@ public:
     explicit frmSendAndReceive(QWidget *parent = nullptr);
     ~frmSendAndReceive() override;
 
-    // Set by the caller before showing: 0 send and receive, 1 receive only,
-    // 2 send only (see SendReceiveModes).
+    // Runs the dialog in a mode (see SendReceiveModes): modeless, as the
+    // main window's commands do, or modal, returning when the run is over.
+    static void start(qint16 mode, bool modal);
+
+    // Set before showing: 0 send and receive, 1 receive only, 2 send only.
     qint16 SendReceiveMode = 0;
     // Whether the send step found a message it may not send; read by the
     // caller after the run.
     bool SendFailed = false;
+
+    // A run that ends without its bar (a send that failed its recipient
+    // check with nothing after it, or a step that a store error ended)
+    // closes the dialog as soon as it stands and says why. The program's
+    // closing, which cannot wait for that, ends it here and now.
+    void endFailedRun();
 
     // Text2's width in twips: the bar's progress. Kept in twips because 400
     // twips is no whole number of pixels.
@@ -55,14 +64,19 @@ public:
     QTimer *Timer2 = nullptr;
 
 protected:
-    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
     void Form_Load();
     void setText2Width(int tw);
+    void tellWhy();
 
     int m_text2Width = 0;
+    // The box a run owes its user once the dialog has gone: why the send
+    // or a step failed. Empty when the run went well.
+    QString m_whyTitle;
+    QString m_why;
+    bool m_whyIsError = false;
 };
 
 namespace forms {

@@ -50,4 +50,20 @@ struct Fields
 // as well, stamped with the present time and marked read.
 EmailRec BuildRecord(const QString &id, const Fields &fields);
 
+// A field of a message longer than the file keeps: a value reads back with
+// at most 255 bytes, the body with at most 2045 (2047 with its brackets),
+// so more would be cut without a word on the next reading.
+struct Overflow
+{
+    enum Field { From, To, Cc, Subject, Body, Attachment } field;
+    qsizetype bytes = 0;       // the field as stored, in bytes
+    qsizetype limit = 0;       // what the file keeps
+    qsizetype keptChars = 0;   // characters left after cutting
+};
+QList<Overflow> Overflows(const EmailRec &m);
+// The message with every field cut, at a whole character, to what the
+// file keeps: what the next reading would give, without a body's last
+// character lost to its missing bracket.
+EmailRec CutToFit(EmailRec m);
+
 }  // namespace compose

@@ -1,0 +1,148 @@
+#include "commands.h"
+
+#include "store/state.h"
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Two records are the same message when every stored field agrees; where
+// a record was loaded from is not part of it.
+bool sameMessage(const EmailRec &a, const EmailRec &b)
+{
+    return a.id == b.id && a.from == b.from && a.to == b.to && a.alsoto == b.alsoto
+        && a.subject == b.subject && a.content == b.content && a.datetime == b.datetime
+        && a.attachment == b.attachment && a.isnew == b.isnew;
+}
+
+// The stored message of a compose window: found by its position while the
+// id there is its own, else by the id.
+int locateStored(const MailList &folder, const StoredMail &stored)
+{
+    if (stored.index >= 0 && stored.index < folder.size() && folder.at(stored.index).id == stored.id)
+        return stored.index;
+    for (int i = 0; i < folder.size(); ++i) {
+        if (folder.at(i).id == stored.id)
+            return i;
+    }
+    return -1;
+}
+
+EmailRec withId(EmailRec m, const QString &id)
+{
+    m.id = id;
+    return m;
+}
+
+// Moves or replaces the stored message, or adds the message anew: the
+// common ground of send now and send later. `movesFrom` are the folders
+// whose message leaves for the Outbox.
+void storeInOutbox(const EmailRec &message, const StoredMail &stored,
+                   std::initializer_list<int> movesFrom)
+{
+    FolderSet set;
+    if (stored.isSet()) {
+        const int at = locateStored(set.read(stored.folder), stored);
+        if (at >= 0 && stored.folder == FolderFile::Outbox) {
+            set.change(FolderFile::Outbox)[at] = withId(message, stored.id);
+            set.commit();
+            return;
+        }
+        if (at >= 0 && std::find(movesFrom.begin(), movesFrom.end(), stored.folder) != movesFrom.end()) {
+            AppendMail(set.change(FolderFile::Outbox), withId(message, stored.id));
+            set.change(stored.folder).removeAt(at);
+            set.commit();
+            return;
+        }
+    }
+    AppendMail(set.change(FolderFile::Outbox), withId(message, NewMailId()));
+    set.commit();
+}
+
+}  // namespace
+
+int LocateMail(const MailList &folder, const MailRef &ref)
+{
+    if (ref.index >= 0 && ref.index < folder.size() && sameMessage(folder.at(ref.index), ref.shown))
+        return ref.index;
+    for (int i = 0; i < folder.size(); ++i) {
+        if (sameMessage(folder.at(i), ref.shown))
+            return i;
+    }
+    return -1;
+}
+
+bool MoveToDeletedItems(const MailRef &ref)
+{
+    FolderSet set;
+    const int at = LocateMail(set.read(ref.folder), ref);
+    if (at < 0)
+        return false;
+    const EmailRec moved = set.read(ref.folder).at(at);
+    AppendMail(set.change(FolderFile::DeletedItems), moved);
+    set.change(ref.folder).removeAt(at);
+    set.commit();
+    return true;
+}
+
+bool DeleteForGood(const MailRef &ref)
+{
+    FolderSet set;
+    const int at = LocateMail(set.read(FolderFile::DeletedItems), ref);
+    if (at < 0)
+        return false;
+    set.change(FolderFile::DeletedItems).removeAt(at);
+    set.commit();
+    return true;
+}
+
+bool MarkRead(const MailRef &ref)
+{
+    FolderSet set;
+    const int at = LocateMail(set.read(ref.folder), ref);
+    if (at < 0 || set.read(ref.folder).at(at).isnew != u"1")
+        return false;
+    set.change(ref.folder)[at].isnew = u"0"_s;
+    set.commit();
+    return true;
+}
+
+StoredMail SaveDraft(const EmailRec &message, const StoredMail &stored, bool *created)
+{
+    FolderSet set;
+    StoredMail result = stored;
+    const int at = stored.isSet() ? locateStored(set.read(stored.folder), stored) : -1;
+    if (at >= 0) {
+        result.index = at;
+        result.record = withId(message, stored.id);
+        set.change(stored.folder)[at] = result.record;
+        *created = false;
+    } else {
+        result.folder = FolderFile::Drafts;
+        result.id = stored.isSet() ? stored.id : NewMailId();
+        result.record = withId(message, result.id);
+        MailList &drafts = set.change(FolderFile::Drafts);
+        AppendMail(drafts, result.record);
+        result.index = int(drafts.size() - 1);
+        *created = true;
+    }
+    set.commit();
+    return result;
+}
+
+void StoreForSend(const EmailRec &message, const StoredMail &stored)
+{
+    storeInOutbox(message, stored, {FolderFile::Drafts});
+}
+
+void StoreForSendLater(const EmailRec &message, const StoredMail &stored)
+{
+    storeInOutbox(message, stored, {FolderFile::Drafts, FolderFile::DeletedItems});
+}
+
+QString NewMailId()
+{
+    return QString::number(RandomBetween(10000000, 99999999));
+}
