@@ -551,6 +551,13 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         m_pressedNode = TreeView1->currentItem();
         return false;
     }
+    // Only the left button acts on the list; the others would move its
+    // highlight without a word.
+    if (watched == ListView1->viewport()
+        && (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease
+            || type == QEvent::MouseButtonDblClick)
+        && static_cast<QMouseEvent *>(event)->button() != Qt::LeftButton)
+        return true;
     if (watched == ListView1->viewport() && type == QEvent::MouseButtonDblClick && !m_forwarding) {
         // The view sees the event first, so that the row under the pointer
         // is current and previewed when the message opens.
