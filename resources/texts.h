@@ -450,4 +450,25 @@ inline const QString ServerSettings = u"设置(&E)..."_s;
 inline const QString Ok = u"确定"_s;
 inline const QString Apply = u"应用"_s;
 }  // namespace accounts
+// ---- Names a screen reader gives the controls without a caption ---------------
+// (a control beside a caption is named by its caption).
+namespace a11y {
+inline const QString FolderTree = u"文件夹列表"_s;
+inline const QString FolderTreeHelp = u"选择一个文件夹，右侧即显示其中的邮件。"_s;
+inline const QString MessageList = u"邮件列表"_s;
+inline const QString MessageListHelp = u"按 Enter 打开选中的邮件，按 Delete 删除它。"_s;
+inline const QString FolderSummary = u"本地文件夹一览"_s;
+inline const QString FolderSummaryHelp = u"按 Enter 打开选中的文件夹。"_s;
+inline const QString Preview = u"邮件预览"_s;
+inline const QString MessageBody = u"邮件正文"_s;
+inline const QString Attachments = u"附件列表"_s;
+inline const QString AttachmentsHelp = u"按菜单键打开附件的操作菜单。"_s;
+inline const QString AccountList = u"账号列表"_s;
+inline const QString AccountListHelp = u"按 Enter 查看账号属性，按 Delete 删除账号。"_s;
+inline const QString AccountKinds = u"账号类别"_s;
+inline const QString AccountLabel = u"账号名称"_s;
+inline const QString SignUpService = u"申请新账号的服务"_s;
+inline const QString Components = u"组件列表"_s;
+}  // namespace a11y
+
 }  // namespace texts

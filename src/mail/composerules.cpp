@@ -119,7 +119,7 @@ QList<Overflow> Overflows(const EmailRec &m)
                                                         : asStored(m.*f.member);
         const qsizetype bytes = EncodeGb18030(value).size();
         if (bytes > f.limit)
-            found.append({f.field, bytes, f.limit, fitted(value, f.limit).size()});
+            found.append({f.field, bytes, f.limit, (CutToFit(m).*f.member).size()});
     }
     return found;
 }
@@ -127,9 +127,13 @@ QList<Overflow> Overflows(const EmailRec &m)
 EmailRec CutToFit(EmailRec m)
 {
     for (const FieldOf &f : checkedFields) {
-        const QString value = f.field == Overflow::Body ? LowerAscii(m.*f.member)
-                                                        : asStored(m.*f.member);
-        m.*f.member = fitted(value, f.limit);
+        const bool body = f.field == Overflow::Body;
+        QString value = fitted(body ? LowerAscii(m.*f.member) : asStored(m.*f.member), f.limit);
+        // A line break is never cut in half: a CR alone would end the line
+        // it is stored on.
+        if (body && value.size() < (m.*f.member).size() && value.endsWith(u'\r'))
+            value.chop(1);
+        m.*f.member = value;
     }
     return m;
 }

@@ -17,26 +17,30 @@
 #include <cerrno>
 #include <optional>
 #include <sys/stat.h>
+#include <time.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 // What tells a file apart from the one read before: a file rewritten by
-// anyone gets a new inode (a rename), a new time or a new size.
+// anyone gets a new inode (a rename), a new time or a new size. A time is
+// only as fine as the file system's clock, though (a few milliseconds, two
+// seconds on a memory stick), so a file whose time lies that close to the
+// moment it was read can change again without its time showing it: for
+// such a file the bytes themselves are kept and compared.
 struct Signature
 {
     bool exists = false;
     dev_t device = 0;
     ino_t inode = 0;
     off_t size = 0;
-    qint64 seconds = 0;
-    qint64 nanoseconds = 0;
+    qint64 modified = 0;  // nanoseconds since the epoch
 
     friend bool operator==(const Signature &a, const Signature &b)
     {
         return a.exists == b.exists && a.device == b.device && a.inode == b.inode
-            && a.size == b.size && a.seconds == b.seconds && a.nanoseconds == b.nanoseconds;
+            && a.size == b.size && a.modified == b.modified;
     }
 };
 
@@ -50,23 +54,53 @@ Signature signatureOf(const QString &fileName)
     s.device = st.st_dev;
     s.inode = st.st_ino;
     s.size = st.st_size;
-    s.seconds = st.st_mtim.tv_sec;
-    s.nanoseconds = st.st_mtim.tv_nsec;
+    s.modified = qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
     return s;
 }
 
-struct CachedFolder
+qint64 wallClockNs()
+{
+    struct timespec now;
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return qint64(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
+constexpr qint64 ClockResolutionNs = 2'000'000'000;
+
+// One file as last read or written.
+struct Cached
 {
     std::optional<Signature> signature;  // none: not read yet
+    QByteArray bytes;  // kept only while its time cannot be trusted
+
+    void record(const Signature &s, const QByteArray &content)
+    {
+        signature = s;
+        const bool racy = s.exists && s.modified + ClockResolutionNs > wallClockNs();
+        bytes = racy ? content : QByteArray();
+    }
+
+    bool stillHolds(const QString &fileName) const
+    {
+        if (!signature || !(*signature == signatureOf(fileName)))
+            return false;
+        if (bytes.isNull())
+            return true;
+        QFile file(AppFilePath(fileName));
+        return file.open(QIODevice::ReadOnly) && ToGb18030(file.readAll()) == bytes;
+    }
+};
+
+struct CachedFolder : Cached
+{
     MailList mails;
     // Bytes the program wrote and has not read back yet: a folder a
     // command changed but no window shows costs no reading.
     QByteArray written;
 };
 
-struct CachedAccounts
+struct CachedAccounts : Cached
 {
-    std::optional<Signature> signature;
     ProfileFile file;
     AccountList accounts;
 };
@@ -144,8 +178,7 @@ MailList Folder(int folder)
 {
     CachedFolder &c = cache().folders[folder];
     const QString name = FolderFile::fileName(folder);
-    Signature now = signatureOf(name);
-    if (c.signature && *c.signature == now) {
+    if (c.stillHolds(name)) {
         if (!c.written.isNull()) {
             c.mails = ParseFolder(folder, ProfileFile::parse(c.written));
             c.written = QByteArray();
@@ -153,12 +186,12 @@ MailList Folder(int folder)
         return c.mails;
     }
     c.written = QByteArray();
+    // The signature is taken before the reading, so that a change during
+    // it shows at the next question.
+    const Signature before = signatureOf(name);
     const ProfileFile file = readDataFile(name, "email", "email-");
-    MailList mails = ParseFolder(folder, file);
-    if (!QFileInfo::exists(AppFilePath(name)))
-        now = Signature();  // set aside just now
-    c.mails = std::move(mails);
-    c.signature = now;
+    c.mails = ParseFolder(folder, file);
+    c.record(QFileInfo::exists(AppFilePath(name)) ? before : Signature(), file.bytes());
     return c.mails;
 }
 
@@ -166,16 +199,13 @@ namespace {
 CachedAccounts &accountsRead()
 {
     CachedAccounts &c = cache().accounts;
-    Signature now = signatureOf(MailBoxFileName);
-    if (c.signature && *c.signature == now)
+    if (c.stillHolds(MailBoxFileName))
         return c;
+    const Signature before = signatureOf(MailBoxFileName);
     ProfileFile file = readDataFile(MailBoxFileName, "mailbox", "mailbox-");
-    AccountList accounts = ParseAccounts(file, 0);
-    if (!QFileInfo::exists(AppFilePath(MailBoxFileName)))
-        now = Signature();
+    c.accounts = ParseAccounts(file, 0);
+    c.record(QFileInfo::exists(AppFilePath(MailBoxFileName)) ? before : Signature(), file.bytes());
     c.file = std::move(file);
-    c.accounts = std::move(accounts);
-    c.signature = now;
     return c;
 }
 }  // namespace
@@ -281,12 +311,12 @@ void FolderSet::commit()
         CachedFolder &cached = c.folders[folder];
         cached.mails.clear();
         cached.written = bytes;
-        cached.signature = signatureOf(FolderFile::fileName(folder));
+        cached.record(signatureOf(FolderFile::fileName(folder)), bytes);
     }
     if (m_accountsChanged) {
         c.accounts.file = ProfileFile::parse(accountBytes);
         c.accounts.accounts = ParseAccounts(c.accounts.file, 0);
-        c.accounts.signature = signatureOf(MailBoxFileName);
+        c.accounts.record(signatureOf(MailBoxFileName), accountBytes);
     }
     tell();
 }

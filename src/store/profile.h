@@ -66,6 +66,8 @@ public:
     QString value(QByteArrayView section, QByteArrayView key,
                   int bufferSize = ValueBuffer) const;
 
+    // The file's bytes, as GB18030.
+    const QByteArray &bytes() const { return m_bytes; }
     // Nothing but blanks and line ends (a missing file included).
     bool isBlank() const;
     // Holds bytes no text file has: NUL or other control characters.

@@ -1,10 +1,16 @@
 #include "testsupport.h"
 
 #include "store/appdir.h"
+#include "store/folders.h"
+#include "store/mailboxes.h"
+#include "store/mailstore.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringEncoder>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace testsupport {
 
@@ -28,16 +34,15 @@ QString DataDir::filePath(const QString &name) const
     return QDir(m_dir.path()).filePath(name);
 }
 
-void DataDir::writeLines(const QString &name, const QStringList &lines) const
-{
-    writeBytes(name, crlfLines(lines));
-}
-
 void DataDir::writeBytes(const QString &name, const QByteArray &bytes) const
 {
-    QFile f(filePath(name));
+    QFile f(filePath(name + u".fixture"_s));
     if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
         qFatal("cannot write fixture %s", qPrintable(name));
+    f.close();
+    QFile::remove(filePath(name));
+    if (!f.rename(filePath(name)))
+        qFatal("cannot place fixture %s", qPrintable(name));
 }
 
 QByteArray DataDir::readBytes(const QString &name) const
@@ -48,7 +53,13 @@ QByteArray DataDir::readBytes(const QString &name) const
 
 bool DataDir::exists(const QString &name) const
 {
-    return QFile::exists(filePath(name));
+    return QFileInfo::exists(filePath(name));
+}
+
+QStringList DataDir::entries() const
+{
+    return QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System,
+                                        QDir::Name);
 }
 
 QByteArray gb(const QString &text)
@@ -65,13 +76,72 @@ QByteArray crlfLines(const QStringList &lines)
     return out;
 }
 
+EmailRec mail(const QString &id, const QString &from, const QString &to, const QString &subject,
+              bool unread)
+{
+    EmailRec m;
+    m.id = id;
+    m.from = from;
+    m.to = to;
+    m.subject = subject;
+    m.content = u"body"_s;
+    m.datetime = u"24-05-13 09:12"_s;
+    m.isnew = unread ? u"1"_s : u"0"_s;
+    return m;
+}
+
+QList<EmailRec> mails(int n, int unread, int first)
+{
+    QList<EmailRec> list;
+    for (int i = 0; i < n; ++i) {
+        const QString id = QString::number(first + i);
+        list << mail(id, u"sender%1@x.com"_s.arg(i), u"rcpt%1@x.com"_s.arg(i), u"s"_s + id,
+                     i < unread);
+    }
+    return list;
+}
+
+void put(const DataDir &dir, int folder, const QList<EmailRec> &mails)
+{
+    dir.writeBytes(FolderFile::fileName(folder), FolderBytes(mails));
+}
+
+void putAccounts(const DataDir &dir, const QStringList &addresses)
+{
+    QList<MailBoxRec> accounts;
+    for (int i = 0; i < addresses.size(); ++i)
+        accounts.append({u"name%1"_s.arg(i + 1), u"pop"_s, u"smtp"_s, u"logon%1"_s.arg(i + 1),
+                         u"pw"_s, addresses.at(i)});
+    dir.writeBytes(MailBoxFileName, AccountBytes(accounts));
+}
+
+QList<EmailRec> stored(int folder)
+{
+    return store::Folder(folder);
+}
+
+QString ids(int folder)
+{
+    QStringList list;
+    for (const EmailRec &m : stored(folder))
+        list << m.id;
+    return list.join(u'|');
+}
+
+QByteArray allFiles(const DataDir &dir)
+{
+    QByteArray all;
+    for (int f = 0; f < FolderFile::Count; ++f)
+        all += dir.readBytes(FolderFile::fileName(f)) + '|';
+    return all + dir.readBytes(MailBoxFileName);
+}
+
 namespace {
 QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)
 {
     QString t = text;
-    t.replace(QStringLiteral("\r"), QStringLiteral("<CR>"));
-    return QStringLiteral("%1(icon %2, \"%3\", \"%4\")")
-        .arg(isConfirm ? QStringLiteral("confirm") : QStringLiteral("message"))
+    t.replace(u"\r"_s, u"<CR>"_s);
+    return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(isConfirm ? u"confirm"_s : u"message"_s)
         .arg(int(icon))
         .arg(title, t);
 }
@@ -84,7 +154,8 @@ ScriptedPrompter::ScriptedPrompter()
 
 ScriptedPrompter::~ScriptedPrompter()
 {
-    setPrompter(nullptr);
+    if (&prompter() == this)
+        setPrompter(nullptr);
 }
 
 void ScriptedPrompter::expectMessage(Icon icon, const QString &title, const QString &text)
@@ -100,18 +171,16 @@ void ScriptedPrompter::expectConfirm(Icon icon, const QString &title, const QStr
 
 bool ScriptedPrompter::take(const Box &got)
 {
-    ++m_shown;
     const QString gotText = describe(got.isConfirm, got.icon, got.title, got.text);
     if (m_expected.isEmpty()) {
-        m_unexpected.append(QStringLiteral("unexpected ") + gotText);
+        m_unexpected.append(u"unexpected "_s + gotText);
         return false;
     }
     const Box want = m_expected.takeFirst();
     if (want.isConfirm != got.isConfirm || want.icon != got.icon || want.title != got.title
         || want.text != got.text) {
-        m_unexpected.append(QStringLiteral("expected ")
-                            + describe(want.isConfirm, want.icon, want.title, want.text)
-                            + QStringLiteral(" but got ") + gotText);
+        m_unexpected.append(u"expected "_s + describe(want.isConfirm, want.icon, want.title, want.text)
+                            + u" but got "_s + gotText);
         return false;
     }
     return want.answer;
@@ -133,7 +202,7 @@ QByteArray ScriptedPrompter::report() const
 {
     QStringList lines = m_unexpected;
     for (const Box &b : m_expected)
-        lines.append(QStringLiteral("never shown ") + describe(b.isConfirm, b.icon, b.title, b.text));
+        lines.append(u"never shown "_s + describe(b.isConfirm, b.icon, b.title, b.text));
     return lines.join(u'\n').toUtf8();
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
-// Shared helpers of the tests: a fresh data directory per test, a scripted
-// prompter, and fixture files written the way the program writes them.
+// Shared ground of the tests: a fresh data folder per test, a scripted
+// prompter, and messages and accounts written the way the program writes
+// them.
 
 #include "store/prompter.h"
+#include "store/records.h"
 
 #include <QByteArray>
 #include <QList>
@@ -11,10 +13,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-
 namespace testsupport {
 
-// A fresh, empty application directory for as long as the object lives.
+// A fresh, empty data folder for as long as the object lives.
 class DataDir
 {
 public:
@@ -25,12 +26,13 @@ public:
 
     QString path() const;
     QString filePath(const QString &name) const;
-
-    // Writes lines joined by CR LF (and a CR LF after the last), GB18030.
-    void writeLines(const QString &name, const QStringList &lines) const;
+    // Written beside and renamed into place, as another program saving
+    // the file would, so that the store sees a new file.
     void writeBytes(const QString &name, const QByteArray &bytes) const;
     QByteArray readBytes(const QString &name) const;
     bool exists(const QString &name) const;
+    // The names in the folder, sorted.
+    QStringList entries() const;
 
 private:
     QTemporaryDir m_dir;
@@ -42,9 +44,25 @@ QByteArray gb(const QString &text);
 // Lines joined by CR LF, with a CR LF after the last, as GB18030 bytes.
 QByteArray crlfLines(const QStringList &lines);
 
+// A message: the rest of its fields are plain ("body", a date, read).
+EmailRec mail(const QString &id, const QString &from = QStringLiteral("a@x.com"),
+              const QString &to = QStringLiteral("b@x.com"),
+              const QString &subject = QStringLiteral("hello"), bool unread = false);
+// n messages with ids first, first+1, ..., subjects "s<id>", the first
+// `unread` of them unread.
+QList<EmailRec> mails(int n, int unread = 0, int first = 20000000);
+// Writes a folder or the accounts (one per address) as the program would.
+void put(const DataDir &dir, int folder, const QList<EmailRec> &mails);
+void putAccounts(const DataDir &dir, const QStringList &addresses);
+// What the store reads back, and the ids of it joined by "|".
+QList<EmailRec> stored(int folder);
+QString ids(int folder);
+// The seven files' bytes, for "nothing was written".
+QByteArray allFiles(const DataDir &dir);
+
 // Expects boxes in order and answers them as scripted. Any box that was not
 // expected, or shown with another icon, title or text, fails the running
-// test; verify() fails it when an expected box never came.
+// test; done() is false while an expected box never came.
 class ScriptedPrompter final : public Prompter
 {
 public:
@@ -56,14 +74,11 @@ public:
 
     void message(Icon icon, const QString &title, const QString &text) override;
     bool confirm(Icon icon, const QString &title, const QString &text, Default answer) override;
+
+    bool done() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
+    QByteArray report() const;
     // The answer each question offered to Enter, in order.
     QList<Default> defaults() const { return m_defaults; }
-
-    // True when every expected box was shown and nothing else was.
-    bool done() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
-    // Describes what went wrong, for QVERIFY2.
-    QByteArray report() const;
-    int shown() const { return m_shown; }
 
 private:
     struct Box
@@ -79,7 +94,6 @@ private:
     QList<Box> m_expected;
     QStringList m_unexpected;
     QList<Default> m_defaults;
-    int m_shown = 0;
 };
 
 }  // namespace testsupport

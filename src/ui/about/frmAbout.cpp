@@ -1,6 +1,7 @@
 #include "frmAbout.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -89,6 +90,7 @@ frmAbout::frmAbout(QWidget *parent) : QDialog(parent)
         l->setWordWrap(true);
 
     ListView1 = new QTreeWidget(this);
+    speak(ListView1, texts::a11y::Components);
     ListView1->setObjectName(u"ListView1"_s);
     ListView1->setRootIsDecorated(false);
     ListView1->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -11,6 +11,7 @@
 #include "store/mailboxes.h"
 #include "store/prompter.h"
 #include "texts.h"
+#include "ui/common/widgets.h"
 #include "ui/common/headerbuttons.h"
 #include "ui/common/icons.h"
 #include "ui/common/scaffold.h"
@@ -72,6 +73,7 @@ frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
     setFixedSize(DialogWidth, DialogHeight);
 
     TabStrip1 = new QTabBar(this);
+    speak(TabStrip1, texts::a11y::AccountKinds);
     TabStrip1->setObjectName(u"TabStrip1"_s);
     for (const QString &caption : {t::TabAll, t::TabMail, t::TabNews, t::TabDirectory})
         TabStrip1->addTab(caption);
@@ -85,6 +87,7 @@ frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
     panel->lower();
 
     ListView1 = new QTreeWidget(panel);
+    speak(ListView1, texts::a11y::AccountList, texts::a11y::AccountListHelp);
     ListView1->setObjectName(u"ListView1"_s);
     ListView1->setGeometry(8, 8, panel->width() - 16, panel->height() - 16);
     ListView1->setRootIsDecorated(false);

@@ -3,6 +3,7 @@
 #include "accountsui.h"
 
 #include "texts.h"
+#include "ui/common/widgets.h"
 #include "ui/common/icons.h"
 #include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
@@ -105,6 +106,7 @@ frmMailBoxProp::frmMailBoxProp(QWidget *parent) : QDialog(parent)
     Label2 = label(Frame1, u"Label2"_s, t::AccountLabelHint);
     Label2->setWordWrap(true);
     Frm1Txt1 = box(Frame1, u"Frm1Txt1"_s);
+    speak(Frm1Txt1, texts::a11y::AccountLabel);
     Label3 = label(Frame1, u"Label3"_s, t::UserInformation);
     Frame4 = rule(Frame1, u"Frame4"_s);
     Label4 = label(Frame1, u"Label4"_s, t::PropName);

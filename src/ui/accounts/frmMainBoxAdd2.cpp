@@ -32,6 +32,7 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
     Option2 = new QRadioButton(t::SignUpNewAccount, this);
     Option2->setObjectName(u"Option2"_s);
     Combo1 = new QComboBox(this);
+    speak(Combo1, texts::a11y::SignUpService);
     Combo1->setObjectName(u"Combo1"_s);
     Combo1->addItem(t::SignUpService);
     btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);

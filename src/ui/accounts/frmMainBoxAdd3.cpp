@@ -28,6 +28,7 @@ frmMainBoxAdd3::frmMainBoxAdd3(QWidget *parent) : QDialog(parent)
     Label3 = named(new QLabel(t::IncomingLabel, this), u"Label3"_s);
     Text1 = new QLineEdit(this);
     Text1->setObjectName(u"Text1"_s);
+    Label3->setBuddy(Text1);
     Label4 = wrapped(named(new QLabel(t::OutgoingIntro, this), u"Label4"_s));
     Label5 = named(new QLabel(t::OutgoingLabel, this), u"Label5"_s);
     Text2 = new QLineEdit(this);

@@ -4,6 +4,10 @@
 #include "store/prompter.h"
 #include "texts.h"
 
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
 #include <exception>
 
 QuillpostApplication::QuillpostApplication(int &argc, char **argv) : QApplication(argc, argv) {}
@@ -27,4 +31,21 @@ bool QuillpostApplication::notify(QObject *receiver, QEvent *event)
                            abandonedText(QString::fromLocal8Bit(error.what())));
     }
     return false;
+}
+
+bool InstallChineseTranslations()
+{
+    // The program speaks Chinese whatever the machine's language is.
+    static QTranslator *translator = nullptr;
+    if (translator)
+        return true;
+    auto *t = new QTranslator(qApp);
+    if (!t->load(QLocale(QLocale::Chinese, QLocale::China), QStringLiteral("qtbase"),
+                 QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        delete t;
+        return false;
+    }
+    QCoreApplication::installTranslator(t);
+    translator = t;
+    return true;
 }

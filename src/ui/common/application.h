@@ -15,3 +15,8 @@ public:
     // The error box's text for a reason: the headline, CR CR, the reason.
     static QString abandonedText(const QString &reason);
 };
+
+// Loads the toolkit's own Simplified Chinese texts (standard dialogs,
+// context menus, buttons) where they are installed; false when they are
+// not, and the toolkit then speaks English in its own dialogs only.
+bool InstallChineseTranslations();

@@ -52,35 +52,3 @@ QString DialogFileChooser::saveFileName(QWidget *parent, const QString &title,
     return QFileDialog::getSaveFileName(parent, title, suggestedName, dialogFilter(filter), nullptr,
                                         QFileDialog::DontConfirmOverwrite);
 }
-
-ScriptedFileChooser::ScriptedFileChooser() : m_previous(&fileChooser())
-{
-    setFileChooser(this);
-}
-
-ScriptedFileChooser::~ScriptedFileChooser()
-{
-    setFileChooser(m_previous == this ? nullptr : m_previous);
-}
-
-QString ScriptedFileChooser::next(const QString &title)
-{
-    ++m_asked;
-    m_lastTitle = title;
-    return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
-}
-
-QString ScriptedFileChooser::openFileName(QWidget *, const QString &title, const QString &filter)
-{
-    m_lastSuggestedName.clear();
-    m_lastFilter = filter;
-    return next(title);
-}
-
-QString ScriptedFileChooser::saveFileName(QWidget *, const QString &title,
-                                          const QString &suggestedName, const QString &filter)
-{
-    m_lastSuggestedName = suggestedName;
-    m_lastFilter = filter;
-    return next(title);
-}

@@ -27,35 +27,6 @@ public:
                          const QString &filter) override;
 };
 
-// Answers with scripted names in order, then with "" (cancel); installs
-// itself for its lifetime.
-class ScriptedFileChooser final : public FileChooser
-{
-public:
-    ScriptedFileChooser();
-    ~ScriptedFileChooser() override;
-
-    void answer(const QString &fileName) { m_answers.append(fileName); }
-    int asked() const { return m_asked; }
-    QString lastTitle() const { return m_lastTitle; }
-    QString lastSuggestedName() const { return m_lastSuggestedName; }
-    QString lastFilter() const { return m_lastFilter; }
-
-    QString openFileName(QWidget *parent, const QString &title, const QString &filter) override;
-    QString saveFileName(QWidget *parent, const QString &title, const QString &suggestedName,
-                         const QString &filter) override;
-
-private:
-    QString next(const QString &title);
-
-    QList<QString> m_answers;
-    int m_asked = 0;
-    QString m_lastTitle;
-    QString m_lastSuggestedName;
-    QString m_lastFilter;
-    FileChooser *m_previous = nullptr;
-};
-
 // A "description|pattern|..." filter in the form Qt's dialogs read:
 // "All Files(*.*)|*.*|" becomes "All Files(*.*)"; a description without
 // its pattern in brackets gets it appended.

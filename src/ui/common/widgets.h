@@ -27,3 +27,10 @@ inline QLabel *wrapped(QLabel *label)
     label->setWordWrap(true);
     return label;
 }
+
+// What a screen reader says of a control that has no caption of its own.
+inline void speak(QWidget *control, const QString &name, const QString &description = QString())
+{
+    control->setAccessibleName(name);
+    control->setAccessibleDescription(description);
+}

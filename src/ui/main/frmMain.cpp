@@ -249,6 +249,7 @@ void frmMain::buildPanes()
     Image1->setPixmap(appIcon(u"internet-mail"_s).pixmap(QSize(24, 24)));
 
     TreeView1 = named(new QTreeWidget(client), u"TreeView1"_s);
+    speak(TreeView1, texts::a11y::FolderTree, texts::a11y::FolderTreeHelp);
     TreeView1->setHeaderHidden(true);
     TreeView1->setColumnCount(1);
     TreeView1->setIconSize(QSize(16, 16));
@@ -301,6 +302,7 @@ void frmMain::buildPanes()
     Command11 = named(new QPushButton(texts::SendAndReceiveAll, Frame5), u"Command11"_s);
     Command11->setIcon(appIcon(u"mail-send-receive"_s));
     ListView2 = named(new QTreeWidget(Frame5), u"ListView2"_s);
+    speak(ListView2, texts::a11y::FolderSummary, texts::a11y::FolderSummaryHelp);
     ListView2->setRootIsDecorated(false);
     ListView2->setColumnCount(3);
     ListView2->setHeaderLabels({texts::SummaryFolderColumn, texts::SummaryUnreadColumn,
@@ -311,6 +313,7 @@ void frmMain::buildPanes()
     // Message page: list above, preview below.
     Frame2 = named(new QFrame(client), u"Frame2"_s);
     ListView1 = named(new QTreeWidget(Frame2), u"ListView1"_s);
+    speak(ListView1, texts::a11y::MessageList, texts::a11y::MessageListHelp);
     ListView1->setRootIsDecorated(false);
     ListView1->setUniformRowHeights(true);
     ListView1->setColumnCount(6);
@@ -342,6 +345,7 @@ void frmMain::buildPanes()
         caption->setFont(f);
     }
     Text1 = named(new QTextEdit(Frame3), u"Text1"_s);
+    speak(Text1, texts::a11y::Preview);
     Text1->setReadOnly(true);
     Text1->setAcceptRichText(false);
 
@@ -394,7 +398,14 @@ void frmMain::connectHandlers()
     TreeView1->installEventFilter(this);
     // The preview always shows the list's current row, however it became
     // current: a click, the keyboard, or a refresh that kept it.
-    connect(ListView1, &QTreeWidget::currentItemChanged, this, &frmMain::ListView1_Click);
+    connect(ListView1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *row) {
+        // A row made current without being chosen (the list taking the
+        // focus picks its first row) is chosen: what has the focus is what
+        // is previewed and what the commands act on.
+        if (row && !row->isSelected())
+            row->setSelected(true);
+        ListView1_Click();
+    });
     connect(ListView1, &QTreeWidget::itemSelectionChanged, this, &frmMain::ListView1_Click);
     ListView1->viewport()->installEventFilter(this);
     ListView1->installEventFilter(this);

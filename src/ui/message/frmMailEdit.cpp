@@ -172,6 +172,7 @@ void frmMailEdit::buildFields()
     Label4->setBuddy(Text5);
 
     ListView1 = named(new QListWidget(client), u"ListView1"_s);
+    speak(ListView1, texts::a11y::Attachments, texts::a11y::AttachmentsHelp);
     ListView1->setFlow(QListView::LeftToRight);
     ListView1->setWrapping(true);
     ListView1->setResizeMode(QListView::Adjust);
@@ -196,6 +197,7 @@ void frmMailEdit::buildFields()
         w->setFocusPolicy(Qt::NoFocus);
 
     Text1 = named(new QPlainTextEdit(client), u"Text1"_s);
+    speak(Text1, texts::a11y::MessageBody);
     Text1->setTabChangesFocus(false);
 
     StatusBar1 = named(new QStatusBar(this), u"StatusBar1"_s);

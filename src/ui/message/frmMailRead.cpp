@@ -214,6 +214,7 @@ void frmMailRead::buildPanes()
     }
 
     lvAddfile = named(new QListWidget(header), u"lvAddfile"_s);
+    speak(lvAddfile, texts::a11y::Attachments, texts::a11y::AttachmentsHelp);
     lvAddfile->setViewMode(QListView::ListMode);
     lvAddfile->setFlow(QListView::LeftToRight);
     lvAddfile->setWrapping(false);
@@ -240,6 +241,7 @@ void frmMailRead::buildPanes()
     lvAddfile->hide();
 
     Text1 = named(new QTextEdit(client), u"Text1"_s);
+    speak(Text1, texts::a11y::MessageBody);
     Text1->setReadOnly(true);
     Text1->setAcceptRichText(false);
 

@@ -1,0 +1,177 @@
+#include "windows.h"
+
+#include "store/state.h"
+#include "ui/common/forms.h"
+#include "ui/main/frmMain.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeWidget>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace testsupport {
+
+void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
+{
+    view->scrollToItem(item);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
+}
+
+void clickRow(QTreeWidget *list, int row)
+{
+    clickItem(list, list->topLevelItem(row));
+}
+
+void doubleClickRow(QTreeWidget *list, int row)
+{
+    QTreeWidgetItem *item = list->topLevelItem(row);
+    clickItem(list, item);
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+}
+
+void clickButton(QToolBar *bar, QAction *button)
+{
+    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
+}
+
+frmMain *mainOn(int node, int row)
+{
+    frmMain *w = forms::Main();
+    w->show();
+    QApplication::setActiveWindow(w);
+    QCoreApplication::processEvents();
+    if (node > 0)
+        clickItem(w->TreeView1, w->node(node));
+    if (row >= 0 && row < w->ListView1->topLevelItemCount())
+        clickRow(w->ListView1, row);
+    return w;
+}
+
+QString contextButtons(const frmMain *w)
+{
+    QString s;
+    for (int i : {2, 3, 4, 5, 6, 7, 13, 14}) {
+        const QAction *b = w->toolbarButton(i);
+        s += !b->isVisible() ? u'-' : b->isEnabled() ? u'E' : u'D';
+    }
+    return s;
+}
+
+ScriptedFileChooser::ScriptedFileChooser()
+{
+    setFileChooser(this);
+}
+
+ScriptedFileChooser::~ScriptedFileChooser()
+{
+    setFileChooser(nullptr);
+}
+
+QString ScriptedFileChooser::openFileName(QWidget *, const QString &, const QString &filter)
+{
+    lastFilter = filter;
+    return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
+}
+
+QString ScriptedFileChooser::saveFileName(QWidget *, const QString &, const QString &suggestedName,
+                                          const QString &filter)
+{
+    lastSuggestedName = suggestedName;
+    lastFilter = filter;
+    return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
+}
+
+ModalScript &ModalScript::on(const QString &window, Step step)
+{
+    m_steps.append({window, std::move(step)});
+    return *this;
+}
+
+void ModalScript::start()
+{
+    QTimer::singleShot(0, this, &ModalScript::poll);
+}
+
+QByteArray ModalScript::report() const
+{
+    if (!m_failure.isEmpty())
+        return m_failure.toUtf8();
+    return m_steps.isEmpty() ? QByteArray("ok") : "never saw " + m_steps.first().first.toUtf8();
+}
+
+void ModalScript::poll()
+{
+    if (m_steps.isEmpty())
+        return;
+    // A new single shot each time: a timer does not fire again inside a
+    // nested loop that its own handler started.
+    QTimer::singleShot(5, this, &ModalScript::poll);
+    QWidget *active = QApplication::activeModalWidget();
+    if (active && active->objectName() == m_steps.first().first) {
+        m_idlePolls = 0;
+        m_steps.takeFirst().second(active);
+        return;
+    }
+    if (++m_idlePolls < 400)
+        return;
+    m_failure = u"waited for %1 under %2"_s.arg(m_steps.first().first,
+                                                 active ? active->objectName() : u"nothing"_s);
+    m_steps.clear();
+    for (QWidget *w : QApplication::topLevelWidgets()) {
+        if (auto *d = qobject_cast<QDialog *>(w); d && d->isVisible() && d->isModal())
+            d->done(QDialog::Rejected);
+    }
+}
+
+void click(QWidget *window, const QString &button)
+{
+    auto *b = window->findChild<QAbstractButton *>(button);
+    QVERIFY2(b, qPrintable(button));
+    // Check boxes and option buttons answer only on their mark and text.
+    const bool marked = qobject_cast<QCheckBox *>(b) || qobject_cast<QRadioButton *>(b);
+    QTest::mouseClick(b, Qt::LeftButton, {}, marked ? QPoint(6, b->height() / 2) : QPoint());
+}
+
+void walkWizard(ModalScript &script, const WizardAnswers &a, int lastPage, bool pressLast)
+{
+    const QList<QStringList> typing = {{a.displayName}, {a.address}, {a.incoming, a.outgoing},
+                                       {a.logon, a.password}, {}};
+    for (int page = 1; page <= lastPage; ++page) {
+        const QStringList texts = typing[page - 1];
+        const bool press = page < lastPage || pressLast;
+        script.on(u"frmMainBoxAdd"_s + QString::number(page), [texts, press, page](QWidget *w) {
+            for (int i = 0; i < texts.size(); ++i)
+                QTest::keyClicks(w->findChild<QLineEdit *>(u"Text%1"_s.arg(i + 1)), texts[i]);
+            if (press)
+                click(w, page == 5 ? u"btnOK"_s : u"btnForWard"_s);
+        });
+    }
+}
+
+void WindowTest::begin()
+{
+    dir = std::make_unique<DataDir>();
+    boxes = std::make_unique<ScriptedPrompter>();
+    Main::resetState();
+}
+
+void WindowTest::end()
+{
+    Main::gbModified = false;  // edits left in a window would ask on the way out
+    forms::destroyAll();
+    const bool done = boxes->done();
+    const QByteArray report = boxes->report();
+    boxes.reset();
+    dir.reset();
+    QVERIFY2(done, report);
+}
+
+}  // namespace testsupport

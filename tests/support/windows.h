@@ -1,0 +1,101 @@
+#pragma once
+
+// Shared ground of the window tests: the clicks and keys a user gives, a
+// scripted file chooser, and a test object with a fresh data folder and a
+// scripted prompter for every test function.
+
+#include "testsupport.h"
+#include "ui/common/filechooser.h"
+
+#include <QObject>
+#include <QPoint>
+
+#include <functional>
+#include <memory>
+
+class QAction;
+class QToolBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+class frmMain;
+
+namespace testsupport {
+
+void clickItem(QTreeWidget *view, QTreeWidgetItem *item);
+void clickRow(QTreeWidget *list, int row);
+// A user's double-click: the first click lands before the second press.
+void doubleClickRow(QTreeWidget *list, int row);
+void clickButton(QToolBar *bar, QAction *button);
+// The main window shown, on a tree node and a previewed row when given.
+frmMain *mainOn(int node = 0, int row = -1);
+// "E" or "D" per context button of the main window's tool bar, "-" hidden.
+QString contextButtons(const frmMain *w);
+
+// Answers with scripted names in order, then "" (cancel); installed for
+// its lifetime.
+class ScriptedFileChooser final : public FileChooser
+{
+public:
+    ScriptedFileChooser();
+    ~ScriptedFileChooser() override;
+    void answer(const QString &fileName) { m_answers.append(fileName); }
+    QString lastFilter;
+    QString lastSuggestedName;
+
+    QString openFileName(QWidget *, const QString &title, const QString &filter) override;
+    QString saveFileName(QWidget *, const QString &title, const QString &suggestedName,
+                         const QString &filter) override;
+
+private:
+    QStringList m_answers;
+};
+
+// Runs each step once the window of that objectName is the active modal
+// one; steps may open further modal windows. A stalled script closes every
+// modal dialog, so that a failing test does not hang.
+class ModalScript : public QObject
+{
+public:
+    using Step = std::function<void(QWidget *)>;
+    ModalScript &on(const QString &window, Step step);
+    void start();
+    bool finished() const { return m_steps.isEmpty() && m_failure.isEmpty(); }
+    QByteArray report() const;
+
+private:
+    void poll();
+    QList<QPair<QString, Step>> m_steps;
+    QString m_failure;
+    int m_idlePolls = 0;
+};
+
+// The new-account wizard's answers, and the steps that type them on pages
+// 1 to lastPage and press Next (Finish on page 5), on lastPage only when
+// pressLast.
+struct WizardAnswers
+{
+    QString displayName = QStringLiteral("New Office");
+    QString address = QStringLiteral("New.Office@Example.com");
+    QString incoming = QStringLiteral("POP.example.com");
+    QString outgoing = QStringLiteral("SMTP.example.com");
+    QString logon = QStringLiteral("NewLogon");
+    QString password = QStringLiteral("Secret");
+};
+void walkWizard(ModalScript &script, const WizardAnswers &a, int lastPage = 5,
+                bool pressLast = true);
+// Clicks a button, check box or option of a window by name.
+void click(QWidget *window, const QString &button);
+
+// A fresh data folder and a scripted prompter for each test function;
+// cleanup closes every window and fails the test when a scripted box
+// never came.
+class WindowTest : public QObject
+{
+protected:
+    void begin();
+    void end();
+    std::unique_ptr<DataDir> dir;
+    std::unique_ptr<ScriptedPrompter> boxes;
+};
+
+}  // namespace testsupport

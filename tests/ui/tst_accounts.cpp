@@ -1,0 +1,460 @@
+// The accounts dialog, the new-account wizard and the properties dialog,
+// by mouse and keyboard; checked on the rows, the buttons and the bytes of
+// mailbox.dat.
+
+#include "store/errors.h"
+#include "store/mailboxes.h"
+#include "texts.h"
+#include "ui/accounts/ensuremailbox.h"
+#include "ui/accounts/frmMailBox.h"
+#include "ui/accounts/frmMailBoxProp.h"
+#include "ui/accounts/frmMainBoxAdd1.h"
+#include "ui/accounts/frmMainBoxAdd2.h"
+#include "ui/accounts/frmMainBoxAdd3.h"
+#include "ui/accounts/frmMainBoxAdd4.h"
+#include "ui/accounts/frmMainBoxAdd5.h"
+#include "ui/common/forms.h"
+#include "windows.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QScreen>
+#include <QTabBar>
+#include <QTest>
+#include <QTreeWidget>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace testsupport;
+using Icon = Prompter::Icon;
+namespace t = texts::accounts;
+
+namespace {
+// Account k of a fixture; its display and logon names differ.
+MailBoxRec account(int k)
+{
+    const QString n = QString::number(k);
+    return {u"office "_s + n, u"pop"_s + n + u".cn"_s, u"smtp"_s + n + u".cn"_s, u"logon"_s + n,
+            u"pw"_s + n, u"user"_s + n + u"@x.cn"_s};
+}
+
+QList<MailBoxRec> accounts(int n)
+{
+    QList<MailBoxRec> list;
+    for (int k = 1; k <= n; ++k)
+        list << account(k);
+    return list;
+}
+
+MailBoxRec storedRecord(const WizardAnswers &a)
+{
+    return {a.displayName.toLower(), a.incoming.toLower(), a.outgoing.toLower(),
+            a.logon.toLower(),       a.password.toLower(), a.address.toLower()};
+}
+
+QStringList rows(const frmMailBox *d)
+{
+    QStringList texts;
+    for (int i = 0; i < d->ListView1->topLevelItemCount(); ++i)
+        texts << d->ListView1->topLevelItem(i)->text(0);
+    return texts;
+}
+
+frmMailBox *openDialog()
+{
+    frmMailBox *d = forms::MailBox();
+    d->show();
+    return d;
+}
+
+bool canDeleteOrEdit(const frmMailBox *d)
+{
+    return d->btnDelete->isEnabled() && d->btnProperty->isEnabled();
+}
+
+QList<int> openPages()
+{
+    QList<int> open;
+    const QList<QWidget *> pages = {forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
+                                    forms::MainBoxAdd4(), forms::MainBoxAdd5()};
+    for (int i = 0; i < pages.size(); ++i) {
+        if (pages[i]->isVisible())
+            open << i + 1;
+    }
+    return open;
+}
+}  // namespace
+
+class tst_accounts : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void dialog();
+    void chooseByKeyboard_data();
+    void chooseByKeyboard();
+    void deleting_data();
+    void deleting();
+    void wizardNextRule_data();
+    void wizardNextRule();
+    void wizardBoxes();
+    void wizardFinishAndBack();
+    void wizardCancel_data();
+    void wizardCancel();
+    void ensureMailBox_data();
+    void ensureMailBox();
+    void properties_data();
+    void properties();
+};
+
+void tst_accounts::dialog()
+{
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(3)));
+    frmMailBox *d = openDialog();
+    QCOMPARE(rows(d), (QStringList{u"logon1"_s, u"logon2"_s, u"logon3"_s}));
+    QCOMPARE(d->ListView1->topLevelItem(0)->text(1) + d->ListView1->topLevelItem(0)->text(2),
+             t::RowTypeMail + t::RowAnyConnection);
+    QVERIFY(!canDeleteOrEdit(d) && !d->Command[0]->isEnabled() && d->Command[3]->isEnabled());
+    // Two fifths of the free space, not half.
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    QVERIFY(qAbs(d->x() - 2 * (screen.width() - d->frameGeometry().width()) / 5) <= 1);
+
+    // A row clicked enables Delete and Properties; a click beside the rows
+    // takes the selection away, remembering the row.
+    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {},
+                      d->ListView1->visualItemRect(d->ListView1->topLevelItem(1)).center());
+    QVERIFY(canDeleteOrEdit(d));
+    QCOMPARE(d->SelectedName, u"logon2"_s);
+    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {},
+                      QPoint(5, d->ListView1->viewport()->height() - 4));
+    QVERIFY(!d->btnDelete->isEnabled() && d->ListView1->selectedItems().isEmpty());
+    QCOMPARE(d->SelectedIndex, 1.0f);
+
+    // News and directory tabs show nothing; the add menu pops at the
+    // button's corner.
+    d->TabStrip1->setCurrentIndex(2);
+    QCOMPARE(d->ListView1->topLevelItemCount(), 0);
+    d->TabStrip1->setCurrentIndex(0);
+    QCOMPARE(d->ListView1->topLevelItemCount(), 3);
+    QTest::mouseClick(d->btnAddNew, Qt::LeftButton);
+    QTRY_VERIFY(d->btMnu->isVisible());
+    QCOMPARE(d->btMnu->pos(), d->mapToGlobal(frmMailBox::MenuAnchor));
+    d->btMnu->close();
+
+    // The table is read from the file only while the dialog holds none.
+    d->close();
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(4)));
+    d->show();
+    QCOMPARE(rows(d).size(), 3);
+}
+
+void tst_accounts::chooseByKeyboard_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("Enter opens the properties of the row") << u"Return"_s;
+    QTest::newRow("Delete asks to delete it, No by default") << u"Delete"_s;
+}
+
+void tst_accounts::chooseByKeyboard()
+{
+    QFETCH(QString, key);
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(3)));
+    frmMailBox *d = openDialog();
+    d->ListView1->setFocus();
+    QTest::keyClick(d->ListView1, Qt::Key_Down);
+    QTest::keyClick(d->ListView1, Qt::Key_Down);
+    QVERIFY(canDeleteOrEdit(d));
+    QCOMPARE(d->SelectedName, u"logon2"_s);
+
+    ModalScript script;
+    if (key == u"Delete") {
+        boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon2"_s), false);
+    } else {
+        script.on(u"frmMailBoxProp"_s, [](QWidget *w) {
+            QCOMPARE(static_cast<frmMailBoxProp *>(w)->Frm1Txt2->text(), u"office 2"_s);
+            click(w, u"Command2"_s);
+        });
+        script.start();
+    }
+    QTest::keyClick(d->ListView1, QKeySequence(key)[0].key());
+    QVERIFY2(script.finished(), script.report());
+    QCOMPARE(boxes->defaults(), key == u"Delete" ? QList{Prompter::Default::No} : QList<Prompter::Default>());
+    QCOMPARE(rows(d).size(), 3);
+}
+
+void tst_accounts::deleting_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<QList<int>>("left");
+    QTest::newRow("the only account leaves number=0") << 1 << 0 << true << QList<int>{};
+    QTest::newRow("slot 3 of 5 moves the later ones up") << 5 << 2 << true << QList<int>{1, 2, 4, 5};
+    QTest::newRow("answering No keeps them all") << 3 << 1 << false << QList<int>{1, 2, 3};
+}
+
+void tst_accounts::deleting()
+{
+    QFETCH(int, count);
+    QFETCH(int, row);
+    QFETCH(bool, yes);
+    QFETCH(QList<int>, left);
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(count)));
+    frmMailBox *d = openDialog();
+    // The question names the logon name, not the display name.
+    boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(account(row + 1).username),
+                         yes);
+    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {},
+                      d->ListView1->visualItemRect(d->ListView1->topLevelItem(row)).center());
+    QTest::mouseClick(d->btnDelete, Qt::LeftButton);
+    QList<MailBoxRec> expected;
+    for (int k : left)
+        expected << account(k);
+    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
+    QCOMPARE(rows(d).size(), expected.size());
+    QCOMPARE(canDeleteOrEdit(d), !yes);  // a rebuild disables them again
+}
+
+void tst_accounts::wizardNextRule_data()
+{
+    QTest::addColumn<int>("pageNo");
+    QTest::addColumn<QStringList>("acts");  // "Box=text", "Box=" erases, "click Name"
+    QTest::addColumn<bool>("nextEnabled");
+    const auto row = [](const char *name, int p, QStringList acts, bool on) {
+        QTest::newRow(name) << p << acts << on;
+    };
+    row("page 1 opens with Next disabled", 1, {}, false);
+    row("page 1 allows Next once a name is typed", 1, {u"Text1=Ann"_s}, true);
+    row("page 1 disables Next when the name is erased", 1, {u"Text1=Ann"_s, u"Text1="_s}, false);
+    row("page 2 sign-up does not allow Next", 2, {u"click Option2"_s}, false);
+    row("page 2 allows Next once an address is typed", 2, {u"Text1=a@b.c"_s}, true);
+    row("page 3 refuses only the incoming server", 3, {u"Text1=pop"_s}, false);
+    row("page 3 refuses only the outgoing server", 3, {u"Text2=smtp"_s}, false);
+    row("page 3 allows Next with both servers", 3, {u"Text1=pop"_s, u"Text2=smtp"_s}, true);
+    row("page 4 allows Next with a name and no password", 4, {u"Text1=ann"_s}, true);
+    row("page 4 refuses a password alone", 4, {u"Text2=pw"_s}, false);
+    row("page 5 always offers Finish", 5, {}, true);
+}
+
+void tst_accounts::wizardNextRule()
+{
+    QFETCH(int, pageNo);
+    QFETCH(QStringList, acts);
+    const QList<QDialog *> pages = {forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
+                                    forms::MainBoxAdd4(), forms::MainBoxAdd5()};
+    QDialog *p = pages[pageNo - 1];
+    p->show();
+    QCOMPARE(p->windowTitle(), t::WizardCaption);
+    for (const QString &act : acts) {
+        auto *box = p->findChild<QLineEdit *>(act.section(u'=', 0, 0));
+        if (act.startsWith(u"click "_s)) {
+            click(p, act.mid(6));
+        } else if (act.section(u'=', 1).isEmpty()) {
+            box->selectAll();
+            QTest::keyClick(box, Qt::Key_Backspace);
+        } else {
+            QTest::keyClicks(box, act.section(u'=', 1));
+        }
+    }
+    QTEST(p->findChild<QPushButton *>(pageNo == 5 ? u"btnOK"_s : u"btnForWard"_s)->isEnabled(),
+          "nextEnabled");
+}
+
+void tst_accounts::wizardBoxes()
+{
+    frmMainBoxAdd2 *p2 = forms::MainBoxAdd2();
+    p2->show();
+    QVERIFY(p2->Text1->isEnabled() && !p2->Combo1->isEnabled());
+    click(p2, u"Option2"_s);
+    QVERIFY(!p2->Text1->isEnabled() && p2->Combo1->isEnabled());
+    click(p2, u"Option1"_s);
+    QVERIFY(p2->Text1->isEnabled() && !p2->Combo1->isEnabled());
+
+    frmMainBoxAdd4 *p4 = forms::MainBoxAdd4();
+    p4->show();
+    const QPalette system = QApplication::palette(p4->Text2);
+    click(p4, u"Check1"_s);
+    QVERIFY(!p4->Text2->isEnabled());
+    QCOMPARE(p4->Text2->palette().color(QPalette::Base), system.color(QPalette::Button));
+    click(p4, u"Check1"_s);
+    QVERIFY(p4->Text2->isEnabled());
+}
+
+// Back uncovers the page below as it was left; a page shown again starts
+// empty; Finish stores exactly one account, lower-cased.
+void tst_accounts::wizardFinishAndBack()
+{
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(2)));
+    WizardAnswers answers;
+    answers.displayName = u"Work Mail"_s;
+    ModalScript script;
+    walkWizard(script, answers, 4, false);
+    script.on(u"frmMainBoxAdd4"_s, [](QWidget *w) {
+        click(w, u"Check1"_s);  // a password not remembered is still stored
+        click(w, u"btnBackWard"_s);
+    });
+    script.on(u"frmMainBoxAdd3"_s, [&](QWidget *w) {
+        QCOMPARE(openPages(), (QList<int>{1, 2, 3}));
+        QCOMPARE(forms::MainBoxAdd3()->Text1->text(), answers.incoming);
+        click(w, u"btnForWard"_s);
+    });
+    script.on(u"frmMainBoxAdd4"_s, [&](QWidget *w) {
+        frmMainBoxAdd4 *p = forms::MainBoxAdd4();
+        QVERIFY(p->Text1->text().isEmpty() && !p->btnForWard->isEnabled() && p->Check1->isChecked());
+        QTest::keyClicks(p->Text1, answers.logon);
+        QTest::keyClicks(p->Text2, answers.password);
+        click(w, u"btnForWard"_s);
+    });
+    script.on(u"frmMainBoxAdd5"_s, [](QWidget *w) { click(w, u"btnOK"_s); });
+    script.start();
+    forms::MailBox()->mnuEmail_Click();
+    QVERIFY2(script.finished(), script.report());
+    QCOMPARE(openPages(), QList<int>());
+    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(accounts(2) << storedRecord(answers)));
+}
+
+void tst_accounts::wizardCancel_data()
+{
+    QTest::addColumn<int>("onPage");
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("Cancel on page 1") << 1 << u"cancel"_s << true;
+    QTest::newRow("Cancel on page 5 closes every page") << 5 << u"cancel"_s << true;
+    QTest::newRow("Escape on page 3 asks the same") << 3 << u"escape"_s << true;
+    QTest::newRow("No leaves every page open") << 2 << u"cancel"_s << false;
+}
+
+void tst_accounts::wizardCancel()
+{
+    QFETCH(int, onPage);
+    QFETCH(QString, how);
+    QFETCH(bool, yes);
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(1)));
+    const QByteArray before = allFiles(*dir);
+    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, yes);
+    QList<int> openAfterNo;
+    ModalScript script;
+    walkWizard(script, WizardAnswers(), onPage, false);
+    script.on(u"frmMainBoxAdd"_s + QString::number(onPage), [&](QWidget *w) {
+        how == u"escape" ? QTest::keyClick(w, Qt::Key_Escape) : click(w, u"btnCancel"_s);
+        if (!yes) {
+            openAfterNo = openPages();
+            click(w, u"btnCancel"_s);  // then leaves for good
+        }
+    });
+    if (!yes)
+        boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
+    script.start();
+    forms::MailBox()->mnuEmail_Click();
+    QVERIFY2(script.finished(), script.report());
+    QCOMPARE(boxes->defaults().value(0), Prompter::Default::No);
+    if (!yes)
+        QCOMPARE(openAfterNo, (QList<int>{1, 2}));
+    QCOMPARE(openPages(), QList<int>());
+    QVERIFY(!forms::MailBox()->Changed);
+    QCOMPARE(allFiles(*dir), before);
+}
+
+void tst_accounts::ensureMailBox_data()
+{
+    QTest::addColumn<int>("present");
+    QTest::addColumn<bool>("finish");
+    QTest::addColumn<bool>("abandon");
+    QTest::newRow("no account: a finished wizard stores it and the command goes on")
+        << 0 << true << false;
+    QTest::newRow("no account: a cancelled wizard ends the command") << 0 << false << true;
+    QTest::newRow("an account on file: no wizard, the command goes on") << 1 << false << false;
+    QTest::newRow("21 accounts: a 22nd is refused, nothing written") << 21 << true << false;
+}
+
+void tst_accounts::ensureMailBox()
+{
+    QFETCH(int, present);
+    QFETCH(bool, finish);
+    QFETCH(bool, abandon);
+    if (present)
+        dir->writeBytes(MailBoxFileName, AccountBytes(accounts(present)));
+    ModalScript script;
+    if (present != 1) {
+        walkWizard(script, WizardAnswers(), finish ? 5 : 2, finish);
+        if (!finish) {
+            boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
+            script.on(u"frmMainBoxAdd2"_s, [](QWidget *w) { click(w, u"btnCancel"_s); });
+        }
+        script.start();
+    }
+    if (present == 21) {
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
+        forms::MailBox()->show();
+        forms::MailBox()->mnuEmail_Click();
+    } else {
+        QCOMPARE(EnsureMailBox(), abandon);
+        QVERIFY(!forms::MailBox()->isVisible());
+    }
+    QVERIFY2(script.finished(), script.report());
+    QList<MailBoxRec> expected = accounts(present);
+    if (present == 0 && finish)
+        expected << storedRecord(WizardAnswers());
+    QCOMPARE(dir->readBytes(MailBoxFileName),
+             present || finish ? AccountBytes(expected) : QByteArray());
+}
+
+void tst_accounts::properties_data()
+{
+    QTest::addColumn<QStringList>("buttons");  // pressed in order; "edit" changes every box
+    QTest::addColumn<bool>("changed");
+    QTest::newRow("OK without edits rewrites the same values") << QStringList{u"Command1"_s} << false;
+    QTest::newRow("Cancel stores nothing") << QStringList{u"edit"_s, u"Command2"_s} << false;
+    QTest::newRow("Apply then OK stores all six") << QStringList{u"edit"_s, u"Command3"_s, u"Command1"_s}
+                                                  << true;
+    QTest::newRow("Apply then Cancel stores all six as shown")
+        << QStringList{u"edit"_s, u"Command3"_s, u"Command2"_s} << true;
+}
+
+void tst_accounts::properties()
+{
+    QFETCH(QStringList, buttons);
+    QFETCH(bool, changed);
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(3)));
+    frmMailBox *d = openDialog();
+    QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {},
+                      d->ListView1->visualItemRect(d->ListView1->topLevelItem(1)).center());
+    ModalScript script;
+    script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
+        auto *p = static_cast<frmMailBoxProp *>(w);
+        // The account shown, the label showing the logon name.
+        QCOMPARE(QStringList({p->Frm1Txt1->text(), p->Frm1Txt2->text(), p->Frm1Txt4->text(),
+                              p->Frm2Txt2->text(), p->Frm2Txt3->text(), p->Frm2Txt5->text()}),
+                 QStringList({u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2.cn"_s,
+                              u"smtp2.cn"_s, u"pw2"_s}));
+        for (const QString &b : buttons) {
+            if (b == u"edit") {
+                for (QLineEdit *box : {p->Frm1Txt2, p->Frm1Txt4, p->Frm2Txt2, p->Frm2Txt3,
+                                       p->Frm2Txt4, p->Frm2Txt5})
+                    QTest::keyClicks(box, u"X"_s);
+                QVERIFY(p->Command3->isEnabled());
+            } else {
+                click(w, b);
+            }
+        }
+    });
+    script.start();
+    QTest::mouseClick(d->btnProperty, Qt::LeftButton);
+    QVERIFY2(script.finished(), script.report());
+
+    QList<MailBoxRec> expected = accounts(3);
+    if (changed)
+        expected[1] = {u"office 2x"_s, u"pop2.cnx"_s, u"smtp2.cnx"_s, u"logon2x"_s, u"pw2x"_s,
+                       u"user2@x.cnx"_s};
+    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
+}
+
+QTEST_MAIN(tst_accounts)
+#include "tst_accounts.moc"
