@@ -404,3 +404,21 @@ inline const QString Ok = u"确定"_s;
 inline const QString Apply = u"应用"_s;
 }  // namespace accounts
 }  // namespace texts
+
+// ==== Installed copies: the data folder and the command line ===============
+namespace texts {
+
+namespace datadir {
+// At start-up when no folder can be written; %1: the folder.
+inline const QString CannotWrite =
+    u"无法写入数据文件夹“%1”。\r\r本次以只读方式启动：可以查看已有的邮件和账号，但所做的更改都不会保存。"_s;
+// When a save is refused in that mode; %1: the folder.
+inline const QString SaveRefused =
+    u"数据文件夹“%1”无法写入，本次运行为只读模式，更改没有保存。"_s;
+// Tooltip of the about box's version line, so a trainer can find the files;
+// %1: the folder.
+inline const QString AboutTip = u"数据文件夹：%1"_s;
+inline const QString AboutTipReadOnly = u"数据文件夹（只读）：%1"_s;
+}  // namespace datadir
+
+}  // namespace texts
