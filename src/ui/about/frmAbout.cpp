@@ -1,7 +1,9 @@
 #include "frmAbout.h"
 
+#include "store/appdir.h"
 #include "texts.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -141,6 +143,11 @@ void frmAbout::Form_Load()
     const int unit = fontMetrics().height();
     Image1->setPixmap(banner(QSize(width(), unit * 3), ratio));
     Image2->setPixmap(logo(unit * 3, ratio));
+    // The folder is chosen at start-up (beside the program, per user or
+    // named on the command line); here a trainer can look it up.
+    const QString folder = QDir::toNativeSeparators(AppDir());
+    Label1->setToolTip(DataReadOnly() ? texts::datadir::AboutTipReadOnly.arg(folder)
+                                      : texts::datadir::AboutTip.arg(folder));
 
     // Cleared first: the box is shown again and again from one instance.
     ListView1->clear();

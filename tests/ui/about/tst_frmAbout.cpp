@@ -3,6 +3,7 @@
 #include "ui/main/frmMain.h"
 
 #include <QAction>
+#include <QDir>
 
 #include <QLabel>
 #include <QPushButton>
@@ -72,6 +73,8 @@ private slots:
         main->H6->trigger();  // a second choice brings back the same box
         QCOMPARE(forms::About(), box);
         QCOMPARE(box->ListView1->topLevelItemCount(), 21);
+        // A trainer finds the data folder on the version line.
+        QCOMPARE(box->Label1->toolTip(), u"数据文件夹："_s + QDir::toNativeSeparators(dir.path()));
         forms::destroyAll();
     }
 };
