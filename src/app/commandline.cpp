@@ -28,7 +28,6 @@ public:
         }
         return QString();
     }
-    bool isEmpty() const override { return false; }
 };
 
 CommandLine badUsage(const QString &why)

@@ -5,15 +5,12 @@
 #include <QDir>
 
 namespace {
-// True when dir is prefix itself or lies below it.
+// True when dir is prefix itself or lies below it; /usr/local2 is not below
+// /usr/local.
 bool isInsideFolder(const QString &dir, const QString &prefix)
 {
     const QString d = QDir::cleanPath(dir);
     const QString p = QDir::cleanPath(prefix);
-    // A prefix of "/" would hold every folder and so turn every portable
-    // copy into an installed one.
-    if (p.isEmpty() || p == u"/")
-        return false;
     return d == p || d.startsWith(p + u'/');
 }
 

@@ -122,12 +122,16 @@ private slots:
         QTest::addColumn<bool>("inBuildTree");
         QTest::addColumn<QString>("dataDir");
         QTest::addColumn<QString>("expected");  // below the temporary home, or absolute
+        QTest::addColumn<bool>("writable");
         QTest::newRow("installed: the per-user folder, created")
-            << false << QString() << u".local/share/quillpost-express"_s;
+            << false << QString() << u".local/share/quillpost-express"_s << true;
         QTest::newRow("installed with --data-dir: that folder, created")
-            << false << u"exercise 3"_s << u"exercise 3"_s;
+            << false << u"exercise 3"_s << u"exercise 3"_s << true;
         QTest::newRow("build tree: beside the executable")
-            << true << QString() << QFileInfo(QStringLiteral(BUILT_EXE)).absolutePath();
+            << true << QString() << QFileInfo(QStringLiteral(BUILT_EXE)).absolutePath() << true;
+        // Not even root can make a folder in /proc.
+        QTest::newRow("--data-dir that cannot be made: kept, read-only, named")
+            << false << u"/proc/quillpost"_s << u"/proc/quillpost"_s << false;
     }
 
     void choosesItsDataFolder()
@@ -135,15 +139,18 @@ private slots:
         QFETCH(bool, inBuildTree);
         QFETCH(QString, dataDir);
         QFETCH(QString, expected);
+        QFETCH(bool, writable);
         QTemporaryDir home;
+        const QDir homeDir(home.path());
         QStringList args{u"--print-data-dir"_s};
         if (!dataDir.isEmpty())
-            args << u"--data-dir"_s << home.filePath(dataDir);
+            args << u"--data-dir"_s << homeDir.filePath(dataDir);
         const Run r = run(inBuildTree ? QStringLiteral(BUILT_EXE) : installed(), args, home.path());
         QCOMPARE(r.exitCode, 0);
-        const QString folder = QDir(home.path()).filePath(expected);
+        const QString folder = homeDir.filePath(expected);
         QCOMPARE(r.out, folder + u'\n');
-        QVERIFY(QFileInfo(folder).isDir());
+        QCOMPARE(QFileInfo(folder).isDir(), writable);
+        QCOMPARE(r.err.contains(u"无法写入数据文件夹“"_s + folder + u"”"_s), !writable);
         QCOMPARE(QDir(usr(u"bin"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                  QStringList{u"quillpost"_s});
     }
