@@ -4,7 +4,7 @@
 BUILD_DIR ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test bench screenshots clean
+.PHONY: all deps configure build run test bench screenshots package clean
 
 all: build
 
@@ -30,6 +30,11 @@ bench: build
 screenshots: build
 	QT_QPA_PLATFORM=offscreen $(BUILD_DIR)/bin/quillpost_screenshots docs
 	QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=1.5 $(BUILD_DIR)/bin/quillpost_screenshots docs -144dpi
+
+# The Debian package, written into $(BUILD_DIR)/: quillpost-express_VERSION_ARCH.deb.
+package: build
+	@scripts/install-deps package
+	cd $(BUILD_DIR) && cpack
 
 clean:
 	rm -rf $(BUILD_DIR)

@@ -472,3 +472,50 @@ inline const QString Components = u"组件列表"_s;
 }  // namespace a11y
 
 }  // namespace texts
+
+// ==== Installed copies: the data folder and the command line ===============
+namespace texts {
+
+namespace datadir {
+// At start-up when no folder can be written; %1: the folder.
+inline const QString CannotWrite =
+    u"无法写入数据文件夹“%1”。\r\r本次以只读方式启动：可以查看已有的邮件和账号，但所做的更改都不会保存。"_s;
+// When a save is refused in that mode; %1: the folder.
+inline const QString SaveRefused =
+    u"数据文件夹“%1”无法写入，本次运行为只读模式，更改没有保存。"_s;
+// Tooltip of the about box's version line, so a trainer can find the files;
+// %1: the folder.
+inline const QString AboutTip = u"数据文件夹：%1"_s;
+inline const QString AboutTipReadOnly = u"数据文件夹（只读）：%1"_s;
+}  // namespace datadir
+
+namespace cli {
+inline const QString Description = u"Quillpost Express：不需要邮件服务器的电子邮件练习程序。"_s;
+inline const QString HelpOption = u"显示本帮助，然后退出。"_s;
+inline const QString VersionOption = u"显示版本号，然后退出。"_s;
+inline const QString DataDirOption =
+    u"把账号和邮件存放在<文件夹>中（没有时自动建立），不用默认的位置。"_s;
+inline const QString DataDirValue = u"文件夹"_s;
+inline const QString PrintDataDirOption = u"显示本程序使用的数据文件夹，然后退出。"_s;
+inline const QString VersionLine = u"Quillpost Express %1"_s;  // %1: version
+inline const QString UnexpectedArgument = u"多余的参数：%1"_s;
+inline const QString TryHelp = u"可用的选项请看 quillpost --help。"_s;
+// The command-line parser's own words, by the English it is written with.
+struct ParserWord
+{
+    const char *english;
+    const char16_t *chinese;
+};
+inline constexpr ParserWord ParserWords[] = {
+    {"Usage: %1", u"用法：%1"},
+    {"[options]", u"[选项]"},
+    {"Options:", u"选项："},
+    {"Arguments:", u"参数："},
+    {"Unknown option '%1'.", u"未知的选项“%1”。"},
+    {"Unknown options: %1.", u"未知的选项：%1。"},
+    {"Missing value after '%1'.", u"选项“%1”后面缺少值。"},
+    {"Unexpected value after '%1'.", u"选项“%1”后面不能带值。"},
+};
+}  // namespace cli
+
+}  // namespace texts

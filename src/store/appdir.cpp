@@ -1,5 +1,7 @@
 #include "appdir.h"
 
+#include "texts.h"
+
 #include <QDir>
 
 namespace {
@@ -7,6 +9,12 @@ QString &appDir()
 {
     static QString dir;
     return dir;
+}
+
+bool &readOnly()
+{
+    static bool value = false;
+    return value;
 }
 }  // namespace
 
@@ -23,4 +31,19 @@ QString AppDir()
 QString AppFilePath(const QString &fileName)
 {
     return QDir(appDir()).filePath(fileName);
+}
+
+void SetDataReadOnly(bool value)
+{
+    readOnly() = value;
+}
+
+bool DataReadOnly()
+{
+    return readOnly();
+}
+
+QString DataReadOnlyText()
+{
+    return texts::datadir::SaveRefused.arg(QDir::toNativeSeparators(appDir()));
 }

@@ -2,10 +2,18 @@
 
 #include <QString>
 
-// The directory that holds the seven data files. main() sets it to the
-// executable's directory once; tests point it at a fresh temporary one.
+// The directory that holds the seven data files. main() chooses it once at
+// start-up (see datadir.h); tests point it at a fresh temporary one.
 void SetAppDir(const QString &dir);
 QString AppDir();
 
 // AppDir() joined with a file name.
 QString AppFilePath(const QString &fileName);
+
+// Set at start-up when no data folder could be written. The program still
+// shows what is stored, but the store refuses every save, so that a change
+// is never half made and then lost.
+void SetDataReadOnly(bool readOnly);
+bool DataReadOnly();
+// Why a save is refused, naming the folder: for the box the store shows.
+QString DataReadOnlyText();

@@ -168,6 +168,10 @@ void FileCommit::run()
 {
     if (m_files.isEmpty())
         return;
+    // A data folder that cannot be written is known from the start: every
+    // save is refused before anything is begun.
+    if (DataReadOnly())
+        throw FileError(DataReadOnlyText());
     // A journal still standing belongs to a commit that could not finish;
     // it is completed first so that this one builds on its files.
     if (QFile::exists(AppFilePath(QLatin1StringView(JournalName))))

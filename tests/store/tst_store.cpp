@@ -2,6 +2,7 @@
 // reading gives back (hand-edited files included), the limits, and files
 // that are no data files at all, which must be kept, never overwritten.
 
+#include "store/appdir.h"
 #include "store/clock.h"
 #include "store/errors.h"
 #include "store/folders.h"
@@ -258,6 +259,17 @@ void tst_store::folderInPlaceOfFile()
         QVERIFY(error.filesUnchanged());
     }
     QVERIFY(QFileInfo(dir.filePath(u"receive_c.dat"_s)).isDir());
+    QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
+
+    // A data folder found read-only at start-up refuses every save, saying why.
+    SetDataReadOnly(true);
+    try {
+        SaveMailBoxes(MailBoxArray(), 0);
+        QFAIL("saved in a read-only folder");
+    } catch (const FileError &error) {
+        QCOMPARE(error.userText(), DataReadOnlyText());
+    }
+    SetDataReadOnly(false);
     QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
 }
 

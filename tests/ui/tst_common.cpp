@@ -12,6 +12,7 @@
 #include "ui/main/frmMain.h"
 #include "windows.h"
 
+#include <QDir>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -123,6 +124,8 @@ void tst_common::aboutBox()
         frmAbout *box = forms::About();
         QCOMPARE(box->windowTitle(), u"关于 Quillpost Express"_s);
         QCOMPARE(box->ListView1->topLevelItemCount(), 21);  // never doubled
+        // A trainer finds the data folder on the version line.
+        QCOMPARE(box->Label1->toolTip(), u"数据文件夹："_s + QDir::toNativeSeparators(dir->path()));
         QTest::mouseClick(box->Command1, Qt::LeftButton);
         QVERIFY(!box->isVisible());
     }

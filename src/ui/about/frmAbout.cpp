@@ -1,14 +1,16 @@
 #include "frmAbout.h"
 
+#include "store/appdir.h"
 #include "texts.h"
+#include "ui/common/logo.h"
 #include "ui/common/widgets.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QTreeWidget>
@@ -37,33 +39,6 @@ QPixmap banner(QSize size, qreal ratio)
     p.setPen(Qt::white);
     p.drawText(QRect(size.height() / 3, 0, size.width(), size.height()),
                Qt::AlignVCenter | Qt::AlignLeft, texts::AppTitle);
-    return pm;
-}
-
-// The logo: a sealed envelope with a quill across it.
-QPixmap logo(int side, qreal ratio)
-{
-    QPixmap pm(QSize(side, side) * ratio);
-    pm.setDevicePixelRatio(ratio);
-    pm.fill(Qt::transparent);
-    QPainter p(&pm);
-    p.setRenderHint(QPainter::Antialiasing);
-    const QRectF env(side * 0.08, side * 0.3, side * 0.84, side * 0.55);
-    p.setPen(QPen(QColor(0x1f, 0x4e, 0x8c), side / 24.0));
-    p.setBrush(QColor(0xfd, 0xf6, 0xe3));
-    p.drawRect(env);
-    QPainterPath flap;
-    flap.moveTo(env.topLeft());
-    flap.lineTo(env.center().x(), env.top() + env.height() * 0.55);
-    flap.lineTo(env.topRight());
-    p.drawPath(flap);
-    QPainterPath quill;
-    quill.moveTo(side * 0.25, side * 0.95);
-    quill.cubicTo(side * 0.45, side * 0.55, side * 0.7, side * 0.2, side * 0.95, side * 0.05);
-    quill.cubicTo(side * 0.8, side * 0.35, side * 0.6, side * 0.6, side * 0.25, side * 0.95);
-    p.setPen(QPen(QColor(0x8c, 0x3b, 0x1f), side / 40.0));
-    p.setBrush(QColor(0xe8, 0xa8, 0x4c));
-    p.drawPath(quill);
     return pm;
 }
 }  // namespace
@@ -142,7 +117,12 @@ void frmAbout::Form_Load()
     const qreal ratio = devicePixelRatioF();
     const int unit = fontMetrics().height();
     Image1->setPixmap(banner(QSize(width(), unit * 3), ratio));
-    Image2->setPixmap(logo(unit * 3, ratio));
+    Image2->setPixmap(QPixmap::fromImage(logoImage(unit * 3, ratio)));
+    // The folder is chosen at start-up (beside the program, per user or
+    // named on the command line); here a trainer can look it up.
+    const QString folder = QDir::toNativeSeparators(AppDir());
+    Label1->setToolTip(DataReadOnly() ? texts::datadir::AboutTipReadOnly.arg(folder)
+                                      : texts::datadir::AboutTip.arg(folder));
 
     // Cleared first: the box is shown again and again from one instance.
     ListView1->clear();
