@@ -7,31 +7,36 @@
 // accounts dialog, the wizard's address page and the account properties
 // (accounts-*).
 
+#include "sendrecv/engine.h"
 #include "store/appdir.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/state.h"
+#include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/accounts/frmMailBox.h"
 #include "ui/accounts/frmMailBoxProp.h"
 #include "ui/accounts/frmMainBoxAdd2.h"
 #include "ui/common/application.h"
+#include "ui/common/filechooser.h"
 #include "ui/common/fonts.h"
 #include "ui/common/forms.h"
+#include "ui/common/msgboxprompter.h"
 #include "ui/main/foldernodes.h"
-#include "sendrecv/engine.h"
-#include "ui/sendrecv/frmSendAndReceive.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 
 #include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
-#include <QTabBar>
-#include <QPlainTextEdit>
 #include <QPixmap>
+#include <QPlainTextEdit>
+#include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include <cstdio>
@@ -109,6 +114,7 @@ int main(int argc, char *argv[])
 {
     QuillpostApplication app(argc, argv);
     app.setFont(fonts::uiFont());
+    InstallChineseTranslations();
     if (argc < 2) {
         std::fprintf(stderr, "usage: quillpost_screenshots OUTDIR [SUFFIX]\n");
         return 2;
@@ -138,9 +144,8 @@ int main(int argc, char *argv[])
     forms::MailRead()->close();
 
     // A reply to the same message, with its quoted block under a first line.
-    Main::ComposeMode = Main::ComposeModes::Reply;
+    w->toolbarButton(frmMain::tbReply)->trigger();
     frmMailEdit *reply = forms::MailEdit();
-    reply->show();
     reply->Text1->moveCursor(QTextCursor::Start);
     reply->Text1->insertPlainText(u"李娜：\n好的，我会准备好进度报告。"_s);
     ok &= save(reply, outDir + u"/compose-reply"_s + suffix + u".png"_s);
@@ -171,14 +176,34 @@ int main(int argc, char *argv[])
     ok &= save(page, outDir + u"/accounts-wizard-address"_s + suffix + u".png"_s);
     page->hide();
 
+    // The properties dialog is modal: its pictures are taken from inside.
     frmMailBoxProp *prop = forms::MailBoxProp();
-    accounts->EditRec = {u"李娜"_s, u"lina@example.com"_s, u"pop.example.com"_s,
-                         u"smtp.example.com"_s, u"lina"_s, u"secret"_s};
-    prop->show();
-    ok &= save(prop, outDir + u"/accounts-properties"_s + suffix + u".png"_s);
-    prop->TabStrip1->setCurrentIndex(1);
-    ok &= save(prop, outDir + u"/accounts-properties-servers"_s + suffix + u".png"_s);
-    prop->hide();
+    QTimer::singleShot(0, prop, [&] {
+        ok &= save(prop, outDir + u"/accounts-properties"_s + suffix + u".png"_s);
+        prop->TabStrip1->setCurrentIndex(1);
+        ok &= save(prop, outDir + u"/accounts-properties-servers"_s + suffix + u".png"_s);
+        prop->done(QDialog::Rejected);
+    });
+    prop->openFor({u"李娜"_s, u"lina@example.com"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
+                   u"lina"_s, u"secret"_s});
+
+    // A question of the program's own, and the toolkit's file chooser, both
+    // in Chinese.
+    MessageBoxPrompter boxes;
+    QTimer::singleShot(0, &app, [&] {
+        QWidget *box = QApplication::activeModalWidget();
+        ok &= box && save(box, outDir + u"/messagebox"_s + suffix + u".png"_s);
+        if (box)
+            static_cast<QDialog *>(box)->reject();
+    });
+    boxes.confirm(Prompter::Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood,
+                  Prompter::Default::No);
+    QFileDialog chooser(nullptr, texts::compose::AttachTitle, data.path(), dialogFilter(texts::compose::AttachFilter));
+    PrepareFileDialog(&chooser);
+    chooser.show();
+    QTest::qWait(500);  // the folder is read in the background
+    ok &= save(&chooser, outDir + u"/filechooser"_s + suffix + u".png"_s);
+    chooser.hide();
 
     forms::destroyAll();
     return ok ? 0 : 1;

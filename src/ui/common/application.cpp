@@ -35,7 +35,10 @@ bool QuillpostApplication::notify(QObject *receiver, QEvent *event)
 
 bool InstallChineseTranslations()
 {
-    // The program speaks Chinese whatever the machine's language is.
+    // The program speaks Chinese whatever the machine's language is: the
+    // toolkit's own texts, and the dates, sizes and file types its dialogs
+    // show.
+    QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China));
     static QTranslator *translator = nullptr;
     if (translator)
         return true;

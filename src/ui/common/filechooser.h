@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 
+class QFileDialog;
 class QWidget;
 
 // The open and save file dialogs, behind a port so that no test ever blocks
@@ -36,3 +37,6 @@ QString dialogFilter(const QString &barFilter);
 FileChooser &fileChooser();
 // Installs c (not owned); nullptr goes back to the real dialogs.
 void setFileChooser(FileChooser *c);
+
+// Sizes the toolkit's file dialog for the Chinese texts of its columns.
+void PrepareFileDialog(QFileDialog *dialog);
