@@ -3,6 +3,7 @@
 #include "store/appdir.h"
 #include "texts.h"
 #include "ui/common/logo.h"
+#include "ui/common/scaffold.h"
 #include "ui/common/widgets.h"
 
 #include <QDir>
@@ -12,7 +13,6 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPushButton>
-#include <QShowEvent>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -103,13 +103,7 @@ frmAbout::frmAbout(QWidget *parent) : QDialog(parent)
 
     const int unit = fontMetrics().height();
     resize(unit * 40, unit * 30);
-}
-
-void frmAbout::showEvent(QShowEvent *event)
-{
-    if (!event->spontaneous())
-        Form_Load();
-    QDialog::showEvent(event);
+    scaffold::loadOnShow(this, [this] { Form_Load(); });
 }
 
 void frmAbout::Form_Load()

@@ -10,7 +10,7 @@ class QTreeWidget;
 
 // The Help menu's about box: a fixed list of the program's components with
 // their versions and paths, the version line and the notices.
-class frmAbout : public QDialog
+class frmAbout final : public QDialog
 {
     Q_OBJECT
 
@@ -28,9 +28,6 @@ public:
 
     // Runs every time the box is shown: refills the component list.
     void Form_Load();
-
-protected:
-    void showEvent(QShowEvent *event) override;
 
 private:
     void Command1_Click();
