@@ -97,6 +97,7 @@ private slots:
     void cleanup() { end(); }
 
     void dialog();
+    void unreadableFileClosesTheDialog();
     void chooseByKeyboard_data();
     void chooseByKeyboard();
     void deleting_data();
@@ -152,6 +153,19 @@ void tst_accounts::dialog()
     dir->writeBytes(MailBoxFileName, AccountBytes(accounts(4)));
     d->show();
     QCOMPARE(rows(d).size(), 3);
+}
+
+void tst_accounts::unreadableFileClosesTheDialog()
+{
+    // 22 accounts by hand: the table cannot hold them, and an empty table
+    // offered instead would replace the file at its first save.
+    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(22)));
+    const QByteArray before = allFiles(*dir);
+    boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                         texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
+    frmMailBox *d = openDialog();
+    QTRY_VERIFY(!d->isVisible());
+    QCOMPARE(allFiles(*dir), before);
 }
 
 void tst_accounts::chooseByKeyboard_data()

@@ -25,6 +25,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QTabBar>
+#include <QTimer>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -156,24 +157,27 @@ void frmMailBox::placeOnScreen()
     scaffold::placeOnFreeSpace(this, scaffold::frameTwips(this), 2, 5);
 }
 
-void frmMailBox::Form_Load()
+bool frmMailBox::Form_Load()
 {
     placeOnScreen();
     SetHeaderButtons(ListView1, 1);
     ListView1->clear();
 
     // The file is read only while the table is empty; otherwise the table
-    // kept by this object is the current one.
+    // kept by this object is the current one. A file that cannot be read
+    // leaves the dialog nothing to work on: it says why and goes, rather
+    // than offer an empty table whose first save would replace the file.
     if (AccountCount == 0) {
         MailCount count = 0;
-        LoadMailBoxes(Accounts, count);
+        if (!scaffold::guarded([&] { LoadMailBoxes(Accounts, count); })) {
+            QTimer::singleShot(0, this, &QWidget::close);
+            return false;
+        }
         AccountCount = count;
     }
 
     const QIcon icon = appIcon(u"internet-mail"_s);
     for (int i = 0; i < AccountCount; ++i) {
-        if (i >= MAX_MAILBOXES)
-            throw IndexError(texts::TooManyAccounts);
         auto *row = new QTreeWidgetItem(ListView1);
         row->setText(0, Accounts[i].username);
         row->setIcon(0, icon);
@@ -187,6 +191,7 @@ void frmMailBox::Form_Load()
     btnProperty->setEnabled(false);
     Changed = false;
     m_clickPending = false;
+    return true;
 }
 
 bool frmMailBox::eventFilter(QObject *watched, QEvent *event)
@@ -286,10 +291,10 @@ void frmMailBox::mnuEmail_Click()
 {
     // Called from outside while the dialog is closed (EnsureMailBox): it
     // starts up first, as an opening would, so that the table is the file's.
-    if (!isVisible())
-        Form_Load();
     NewRec = MailBoxRec();
     Changed = false;
+    if (!isVisible() && !Form_Load())
+        return;
 
     // The whole wizard runs inside this call; its finish is what the
     // account's storing waits for.

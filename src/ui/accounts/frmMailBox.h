@@ -50,7 +50,8 @@ public:
     static constexpr QPoint MenuAnchor{438, 16};
 
     // The dialog's start-up; it also runs whenever the dialog rebuilds itself.
-    void Form_Load();
+    // False when the account file could not be read: the dialog then goes.
+    bool Form_Load();
     // Runs the whole new-account wizard and stores the account when it was
     // finished. Also the entry point of EnsureMailBox.
     void mnuEmail_Click();

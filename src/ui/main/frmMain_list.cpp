@@ -183,7 +183,10 @@ void frmMain::ListView1_Click()
         SetToolbarState(ToolbarState::NoSelection);
         return;
     }
-    previewRow(ListView1->indexOfTopLevelItem(row));
+    // Choosing a row reports twice (current and selection); it is shown once.
+    const int index = ListView1->indexOfTopLevelItem(row);
+    if (index != m_previewed)
+        previewRow(index);
 }
 
 void frmMain::previewRow(int row)

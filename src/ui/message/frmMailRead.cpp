@@ -29,6 +29,7 @@
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -308,6 +309,8 @@ void frmMailRead::Form_Load()
     if (at < 0) {
         if (loaded)
             prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, texts::MailGone);
+        // Nothing to show: the window does not stay open empty.
+        QTimer::singleShot(0, this, &QWidget::close);
         return;
     }
     m_index = at;
