@@ -102,6 +102,7 @@ private slots:
     void refusals_data();
     void refusals();
     void anotherMessageWhileWriting();
+    void aNewUserSendsThroughTheWizard();
     void attachments();
     void closing_data();
     void closing();
@@ -390,6 +391,21 @@ void tst_compose::anotherMessageWhileWriting()
     QCOMPARE(int(Main::ComposeMode), int(Main::ComposeModes::New));
     QCOMPARE(e->Text1->toPlainText() + e->Text3->text() + e->Text5->text(), QString());
     QCOMPARE(e->Combo3->currentText(), u"a@x.com"_s);
+}
+
+// Send with no account at all calls up the wizard; the message leaves,
+// from the account just made, only once it exists.
+void tst_compose::aNewUserSendsThroughTheWizard()
+{
+    frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
+    QTest::keyClicks(e->Text3, u"friend@x.cn"_s);
+    ModalScript script;
+    walkWizard(script, WizardAnswers());
+    script.start();
+    clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
+    QVERIFY2(script.finished(), script.report());
+    QTRY_VERIFY(!e->isVisible());
+    QCOMPARE(stored(FolderFile::SentItems).value(0).from, u"new.office@example.com"_s);
 }
 
 void tst_compose::attachments()

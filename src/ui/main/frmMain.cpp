@@ -442,7 +442,7 @@ void frmMain::connectHandlers()
     connect(&storeEvents(), &StoreEvents::folderChanged, this, &frmMain::folderChanged);
     connect(&storeEvents(), &StoreEvents::accountsChanged, this, [this] {
         // The preview's To line names accounts.
-        if (m_previewed >= 0)
+        if (m_page == Page::Messages && m_previewed >= 0)
             previewRow(m_previewed);
     });
 }

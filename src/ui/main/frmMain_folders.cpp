@@ -142,6 +142,7 @@ void frmMain::NodeClick(int index)
         Frame2->hide();
         Frame5->hide();
         m_page = Page::Start;
+        m_previewed = -1;
         SelectedMail = 0;
         setPaneHeader(index);
         SetToolbarState(ToolbarState::StartPage);
@@ -151,6 +152,7 @@ void frmMain::NodeClick(int index)
         Frame2->hide();
         Frame5->show();
         m_page = Page::Summary;
+        m_previewed = -1;
         SelectedMail = 0;
         setPaneHeader(index);
         SetToolbarState(ToolbarState::Shown);

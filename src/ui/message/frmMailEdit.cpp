@@ -282,7 +282,7 @@ void frmMailEdit::showAttachmentRow(bool shown)
 
 // ---- Opening --------------------------------------------------------------
 
-void frmMailEdit::openAs(qint16 mode, const MailRef &source)
+bool frmMailEdit::openAs(qint16 mode, const MailRef &source)
 {
     frmMailEdit *w = forms::MailEdit();
     if (w->isVisible() && Main::gbModified) {
@@ -290,7 +290,7 @@ void frmMailEdit::openAs(qint16 mode, const MailRef &source)
         w->activateWindow();
         prompter().message(Prompter::Icon::Information, texts::AppTitle,
                            texts::compose::StillWriting);
-        return;
+        return false;
     }
     Main::ComposeMode = mode;
     w->m_source = source;
@@ -306,6 +306,7 @@ void frmMailEdit::openAs(qint16 mode, const MailRef &source)
     }
     w->raise();
     w->activateWindow();
+    return true;
 }
 
 void frmMailEdit::Form_Load()
@@ -452,12 +453,13 @@ void frmMailEdit::mnuMailSend_Click()
                            texts::compose::CannotSendNoRecipient);
         return;
     }
-    bool abandon = false;
-    if (Combo3->currentText().isEmpty()
-        && !scaffold::guarded([&abandon] { abandon = EnsureMailBox(); }))
-        return;
-    if (abandon)
-        return;
+    if (Combo3->currentText().isEmpty()) {
+        bool abandon = false;
+        if (!scaffold::guarded([&abandon] { abandon = EnsureMailBox(); }) || abandon)
+            return;
+        // The account just set up is the sender.
+        scaffold::guarded([this] { loadAccounts(); });
+    }
     EmailRec m = composed();
     if (!fitsOrAccepted(m) || !scaffold::guarded([&] { StoreForSend(m, m_stored); }))
         return;

@@ -58,7 +58,8 @@ public:
     // forward of source, or source itself to edit again. A window holding
     // text that was neither sent nor saved is not emptied for it: it comes
     // to the front and says so.
-    static void openAs(qint16 mode, const MailRef &source);
+    // False when it did not open for this (the window held unsaved text).
+    static bool openAs(qint16 mode, const MailRef &source);
 
     QAction *toolbarButton(int index) const;
     bool attachmentRowShown() const { return m_attachmentRow == AttachmentRowShown; }

@@ -401,8 +401,9 @@ void frmMailRead::reply(qint16 mode)
     const MailRef shown = shownMail();
     if (!shown.isSet())
         return;
-    frmMailEdit::openAs(mode, shown);
-    close();
+    // The window stays when the compose window is busy with another message.
+    if (frmMailEdit::openAs(mode, shown))
+        close();
 }
 
 void frmMailRead::Toolbar1_ButtonClick(int index)
