@@ -4,7 +4,7 @@
 BUILD_DIR ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test bench screenshots clean
+.PHONY: all deps configure build run test torture bench screenshots clean
 
 all: build
 
@@ -22,6 +22,11 @@ run: build
 
 test: build
 	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel $(JOBS)
+
+# The kill test of `make test` at ten times its trials.
+torture: configure
+	@cmake --build $(BUILD_DIR) --parallel $(JOBS) --target tst_killrecovery
+	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen QUILLPOST_KILL_TRIALS=2000 bin/tst_killrecovery
 
 bench: build
 	@scripts/run-benchmarks $(BUILD_DIR)/bin
