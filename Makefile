@@ -4,7 +4,7 @@
 BUILD_DIR ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test torture bench screenshots clean
+.PHONY: all deps configure build run test torture fuzz bench screenshots clean
 
 all: build
 
@@ -27,6 +27,24 @@ test: build
 torture: configure
 	@cmake --build $(BUILD_DIR) --parallel $(JOBS) --target tst_killrecovery
 	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen QUILLPOST_KILL_TRIALS=2000 bin/tst_killrecovery
+
+# Fuzzes the reader and the loaders for FUZZ_SECONDS each, in a clang build
+# of their own. New inputs go to the build's corpus; crashes to its
+# artifacts/, to be added to tests/fuzz/corpus once fixed.
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUILLPOST_FUZZ=ON > /dev/null
+	@cmake --build $(FUZZ_DIR) --parallel $(JOBS) --target fuzz_reader fuzz_load
+	@mkdir -p $(FUZZ_DIR)/artifacts
+	@for t in reader load; do \
+	  mkdir -p $(FUZZ_DIR)/corpus-$$t; \
+	  echo "fuzz_$$t: $(FUZZ_SECONDS) s"; \
+	  $(FUZZ_DIR)/bin/fuzz_$$t -max_total_time=$(FUZZ_SECONDS) -max_len=16384 \
+	    -artifact_prefix=$(FUZZ_DIR)/artifacts/ -print_final_stats=1 \
+	    $(FUZZ_DIR)/corpus-$$t tests/fuzz/corpus 2>&1 | grep -E '^(stat::|==|SUMMARY|Done|INFO: -max)' || true; \
+	done
+	@ls $(FUZZ_DIR)/artifacts | grep . && exit 1 || echo "fuzz: no crash"
 
 bench: build
 	@scripts/run-benchmarks $(BUILD_DIR)/bin
