@@ -102,6 +102,29 @@ class tst_killrecovery : public QObject
 
 private slots:
     void everyMessageOnceAfterAKill();
+
+    void startUpRemovesOnlyItsOwnLeftovers_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("removed");
+        QTest::newRow("a file of a commit without journal") << u"send_c.dat.new"_s << true;
+        QTest::newRow("a journal being written") << u"quillpost.journal.new"_s << true;
+        QTest::newRow("an older version's temporary file") << u"receive_c.dat.q3XbZ9"_s << true;
+        QTest::newRow("a copy named by a word") << u"receive_c.dat.backup"_s << false;
+        QTest::newRow("a copy named by a date") << u"draft.dat.202401"_s << false;
+        QTest::newRow("a file set aside") << u"send_s.dat.damaged-20240203-0405"_s << false;
+        QTest::newRow("a file of the user's own") << u"notes.txt"_s << false;
+    }
+
+    void startUpRemovesOnlyItsOwnLeftovers()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, removed);
+        testsupport::DataDir dir;
+        dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
+        RecoverDataFolder();
+        QCOMPARE(dir.exists(name), !removed);
+    }
 };
 
 void tst_killrecovery::everyMessageOnceAfterAKill()
