@@ -4,7 +4,7 @@
 BUILD_DIR ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test torture fuzz bench screenshots clean
+.PHONY: all deps configure build run test torture fuzz check-sanitize bench screenshots clean
 
 all: build
 
@@ -33,7 +33,8 @@ torture: configure
 # artifacts/, to be added to tests/fuzz/corpus once fixed.
 FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 60
-fuzz: deps
+fuzz:
+	@scripts/install-deps fuzz
 	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUILLPOST_FUZZ=ON > /dev/null
 	@cmake --build $(FUZZ_DIR) --parallel $(JOBS) --target fuzz_reader fuzz_load
 	@mkdir -p $(FUZZ_DIR)/artifacts
@@ -45,6 +46,17 @@ fuzz: deps
 	    $(FUZZ_DIR)/corpus-$$t tests/fuzz/corpus 2>&1 | grep -E '^(stat::|==|SUMMARY|Done|INFO: -max)' || true; \
 	done
 	@ls $(FUZZ_DIR)/artifacts | grep . && exit 1 || echo "fuzz: no crash"
+
+# The whole suite built with the address and undefined-behaviour
+# sanitizers, any finding fatal, in a build folder of its own.
+SANITIZE_DIR ?= build-sanitize
+SANITIZE_FLAGS = -O1 -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all
+check-sanitize: deps
+	@cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="$(SANITIZE_FLAGS)" > /dev/null
+	@cmake --build $(SANITIZE_DIR) --parallel $(JOBS)
+	cd $(SANITIZE_DIR) && QT_QPA_PLATFORM=offscreen \
+	  ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	  ctest --output-on-failure --parallel $(JOBS)
 
 bench: build
 	@scripts/run-benchmarks $(BUILD_DIR)/bin
