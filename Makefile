@@ -25,8 +25,8 @@ test: build
 
 # The kill test of `make test` at ten times its trials.
 torture: configure
-	@cmake --build $(BUILD_DIR) --parallel $(JOBS) --target tst_killrecovery
-	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen QUILLPOST_KILL_TRIALS=2000 bin/tst_killrecovery
+	@cmake --build $(BUILD_DIR) --parallel $(JOBS) --target tst_storefaults
+	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen QUILLPOST_KILL_TRIALS=2000 bin/tst_storefaults everyMessageOnceAfterAKill
 
 # Fuzzes the reader and the loaders for FUZZ_SECONDS each, in a clang build
 # of their own. New inputs go to the build's corpus; crashes to its

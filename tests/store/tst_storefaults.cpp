@@ -1,13 +1,13 @@
-// Writes the system refuses: every command that saves runs in a child
-// process in which the kernel fails its writes, and must end with FileError
-// naming the cause, telling the truth about the files, and leaving every
-// file of the data folder exactly as it was, with nothing of its own left
-// behind. A child, because the limits used (a file-size limit, dropping
-// root for a read-only folder) cannot be taken back within one process.
+// The store under the faults a system brings: writes the kernel refuses,
+// and kills at random instants. Both run the commands in a child process,
+// because the limits used (a file-size limit, dropping root) cannot be
+// taken back and a kill ends the process. QUILLPOST_KILL_TRIALS sets the
+// number of kill trials (200; make torture runs 2000).
 
 #include "mail/commands.h"
 #include "sendrecv/engine.h"
 #include "store/clock.h"
+#include "store/commit.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
@@ -15,10 +15,15 @@
 #include "texts.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QMap>
+#include <QRandomGenerator>
 #include <QTest>
 
+#include <array>
 #include <csignal>
+#include <cstdio>
+#include <ctime>
 #include <grp.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -30,69 +35,42 @@ using testsupport::DataDir;
 
 namespace {
 
-enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace };
+using Folders = std::array<MailList, FolderFile::Count>;
+const QString A = u"a@x.cn"_s, B = u"b@x.cn"_s, Nobody = u"c@y.cn"_s;
 
-EmailRec mail(int id, const QString &to, const QString &isnew = u"1"_s)
+MailList mails(int folder, int count, const QStringList &to)
 {
-    // Bodies long enough that every folder file outgrows the journal.
-    return {QString::number(id), u"a@x.cn"_s, to, QString(), u"主题 %1"_s.arg(id),
-            QString(u"正文 body\r\n"_s).repeated(20), u"24-01-01 08:00"_s, QString(), 0, 0, isnew};
+    MailList list;
+    for (int i = 0; i < count; ++i)
+        list.append({QString::number(10000000 * (folder + 1) + i), A, to[i % to.size()],
+                     QString(), u"主题 %1"_s.arg(i), QString(u"正文 body\r\n"_s).repeated(20),
+                     u"24-01-01 08:00"_s, QString(), folder, i, u"1"_s});
+    return list;
 }
 
-// Every folder holds something for each command to act on.
-void fill()
+// Full folders and two accounts. The Outbox's 40 messages go to a, to b,
+// to both and to nobody, so a send and receive brings 40 Inbox copies and
+// adds 10 to those queued for nobody; every id is unique.
+const Folders start = [] {
+    const QStringList each{A, B, A + u';' + B, Nobody};
+    return Folders{mails(0, 40, each), mails(1, 40, each), mails(2, 50, each),
+                   mails(3, 30, each), mails(4, 30, each), mails(5, 20, {A, Nobody})};
+}();
+
+// The data folder as given, in one unit.
+void put(const Folders &folders)
 {
     FolderSet set;
-    set.changeAccounts() = {{u"a"_s, u"p"_s, u"s"_s, u"a"_s, u"pw"_s, u"a@x.cn"_s},
-                            {u"b"_s, u"p"_s, u"s"_s, u"b"_s, u"pw"_s, u"b@x.cn"_s}};
-    set.change(FolderFile::Inbox) = {mail(11, u"a@x.cn"_s), mail(12, u"a@x.cn"_s, u"0"_s)};
-    set.change(FolderFile::Outbox) = {mail(21, u"b@x.cn"_s)};
-    set.change(FolderFile::SentItems) = {mail(31, u"b@x.cn"_s)};
-    set.change(FolderFile::DeletedItems) = {mail(41, u"a@x.cn"_s), mail(42, u"c@y.cn"_s)};
-    set.change(FolderFile::Drafts) = {mail(51, u"b@x.cn"_s)};
-    set.change(FolderFile::ServerQueue) = {mail(61, u"a@x.cn;b@x.cn"_s), mail(62, u"c@y.cn"_s)};
+    const AccountList accounts{{u"a"_s, u"p"_s, u"s"_s, u"a"_s, u"pw"_s, A},
+                               {u"b"_s, u"p"_s, u"s"_s, u"b"_s, u"pw"_s, B}};
+    if (set.accounts() != accounts)
+        set.changeAccounts() = accounts;
+    for (int f = 0; f < FolderFile::Count; ++f) {
+        if (set.read(f) != folders[f])
+            set.change(f) = folders[f];
+    }
     set.commit();
 }
-
-MailRef shown(int folder, int index)
-{
-    return {folder, index, store::Folder(folder).at(index)};
-}
-
-StoredMail opened(int folder, int index)
-{
-    const EmailRec m = store::Folder(folder).at(index);
-    return {folder, m.id, index, m};
-}
-
-const QList<std::pair<const char *, std::function<void()>>> commands{
-    {"SaveEmails", [] {
-         EmailArray a;
-         MailCount n = 0;
-         LoadEmails(FolderFile::Inbox, a, n);
-         a[n++] = mail(13, u"a@x.cn"_s);
-         SaveEmails(FolderFile::Inbox, a, n);
-     }},
-    {"SaveMailBoxes", [] {
-         MailBoxArray a;
-         MailCount n = 0;
-         LoadMailBoxes(a, n);
-         a[n++] = {u"c"_s, u"p"_s, u"s"_s, u"c"_s, QString(u"pw"_s).repeated(100), u"c@x.cn"_s};
-         SaveMailBoxes(a, n);
-     }},
-    {"SendStep", [] { SendStep(); }},
-    {"ReceiveStep", [] { ReceiveStep(); }},
-    {"MoveToDeletedItems", [] { MoveToDeletedItems(shown(FolderFile::Inbox, 0)); }},
-    {"DeleteForGood", [] { DeleteForGood(shown(FolderFile::DeletedItems, 0)); }},
-    {"MarkRead", [] { MarkRead(shown(FolderFile::Inbox, 0)); }},
-    {"SaveDraft", [] {
-         bool created = false;
-         SaveDraft(mail(0, u"c@y.cn"_s), {}, &created);
-     }},
-    {"StoreForSend", [] { StoreForSend(mail(51, u"c@y.cn"_s), opened(FolderFile::Drafts, 0)); }},
-    {"StoreForSendLater",
-     [] { StoreForSendLater(mail(41, u"c@y.cn"_s), opened(FolderFile::DeletedItems, 0)); }},
-};
 
 // Every entry of the data folder: a file's bytes, or a mark for a folder.
 QMap<QString, QByteArray> entries(const DataDir &dir)
@@ -105,66 +83,84 @@ QMap<QString, QByteArray> entries(const DataDir &dir)
     return all;
 }
 
-struct Outcome
+// The first message of a folder as a window shows it or opened it.
+MailRef shown(int folder)
 {
-    QString error;  // the class of what the command threw, or how it ended
-    QString text;
-    bool unchanged = false;
+    return {folder, 0, store::Folder(folder).first()};
+}
+StoredMail opened(int folder)
+{
+    return {folder, store::Folder(folder).first().id, 0, store::Folder(folder).first()};
+}
+
+const QList<std::pair<const char *, std::function<void()>>> commands{
+    {"SaveEmails", [] {
+         EmailArray a;
+         MailCount n = 0;
+         LoadEmails(FolderFile::Inbox, a, n);
+         a[n++] = a[0];
+         SaveEmails(FolderFile::Inbox, a, n);
+     }},
+    {"SaveMailBoxes", [] {
+         MailBoxArray a;
+         MailCount n = 0;
+         LoadMailBoxes(a, n);
+         a[n++] = a[0];
+         SaveMailBoxes(a, n);
+     }},
+    {"SendStep", [] { SendStep(); }},
+    {"ReceiveStep", [] { ReceiveStep(); }},
+    {"MoveToDeletedItems", [] { MoveToDeletedItems(shown(FolderFile::Inbox)); }},
+    {"DeleteForGood", [] { DeleteForGood(shown(FolderFile::DeletedItems)); }},
+    {"MarkRead", [] { MarkRead(shown(FolderFile::Inbox)); }},
+    {"SaveDraft", [] {
+         bool created = false;
+         SaveDraft(start[FolderFile::Inbox].first(), {}, &created);
+     }},
+    {"StoreForSend",
+     [] { StoreForSend(start[FolderFile::Inbox].first(), opened(FolderFile::Drafts)); }},
+    {"StoreForSendLater",
+     [] { StoreForSendLater(start[FolderFile::Inbox].first(), opened(FolderFile::DeletedItems)); }},
 };
 
-// Runs command in a child that first calls restrict, and reports back.
-Outcome runInChild(const std::function<void()> &restrict, const std::function<void()> &command)
+enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace };
+// How a child that ran a command under a fault ended, as its exit code.
+enum Ending { AsExpected, Otherwise, RootKept };
+
+// Runs command in a child under the fault; it must throw FileError saying
+// that nothing changed and giving reason.
+int runInChild(Fault fault, rlim_t sizeLimit, const std::function<void()> &command,
+               const QString &reason)
 {
-    int pipeFds[2];
-    if (::pipe(pipeFds) != 0)
-        return {u"no pipe"_s, {}, false};
     const pid_t pid = ::fork();
     if (pid == 0) {
-        ::close(pipeFds[0]);
-        restrict();
-        QByteArray report = "returned\n0\n";
+        if (fault == Fault::ReadOnlyFolder) {
+            // Root writes into any folder; as nobody the child meets its mode.
+            if (::geteuid() == 0
+                && (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0))
+                ::_exit(RootKept);
+        } else if (fault != Fault::FolderInFilesPlace) {
+            // Ignored, SIGXFSZ lets write() fail with EFBIG instead of killing.
+            ::signal(SIGXFSZ, SIG_IGN);
+            rlimit limit;
+            ::getrlimit(RLIMIT_FSIZE, &limit);
+            limit.rlim_cur = sizeLimit;
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+        }
         try {
             command();
         } catch (const StoreError &e) {
-            report = (dynamic_cast<const FileError *>(&e) ? "FileError\n" : "StoreError\n")
-                + QByteArray(e.filesUnchanged() ? "1\n" : "0\n") + e.userText().toUtf8();
+            std::fprintf(stderr, "%s\n", qPrintable(e.userText()));
+            ::_exit(dynamic_cast<const FileError *>(&e) && e.filesUnchanged()
+                            && e.userText().contains(reason)
+                        ? AsExpected
+                        : Otherwise);
         }
-        const bool written = ::write(pipeFds[1], report.constData(), report.size()) == report.size();
-        ::_exit(written ? 0 : 1);
+        ::_exit(Otherwise);
     }
-    ::close(pipeFds[1]);
-    QByteArray report;
-    char buffer[4096];
-    for (ssize_t n; (n = ::read(pipeFds[0], buffer, sizeof buffer)) > 0;)
-        report.append(buffer, n);
-    ::close(pipeFds[0]);
     int status = 0;
     ::waitpid(pid, &status, 0);
-    const QList<QByteArray> parts = report.split('\n');
-    if (WIFEXITED(status) && WEXITSTATUS(status) == 3)
-        return {u"root kept"_s, {}, false};
-    if (!WIFEXITED(status) || parts.size() < 3)
-        return {u"child ended with status %1"_s.arg(status), {}, false};
-    return {QString::fromUtf8(parts[0]), QString::fromUtf8(report.mid(parts[0].size() + 3)),
-            parts[1] == "1"};
-}
-
-void limitFileSize(rlim_t bytes)
-{
-    // Ignored, SIGXFSZ lets write() fail with EFBIG instead of killing.
-    ::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit;
-    ::getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = bytes;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-}
-
-// Root writes into any folder; as nobody the child meets the folder's mode.
-void dropRoot()
-{
-    if (::geteuid() == 0
-        && (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0))
-        ::_exit(3);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -status;
 }
 
 }  // namespace
@@ -175,80 +171,176 @@ class tst_storefaults : public QObject
 
 private slots:
     void initTestCase() { SetClock([] { return QDateTime({2024, 2, 3}, {4, 5}); }); }
-
-    void failedWriteChangesNothing_data()
-    {
-        QTest::addColumn<int>("command");
-        QTest::addColumn<Fault>("fault");
-        const std::pair<const char *, Fault> faults[] = {
-            {"nothing fits", Fault::NothingFits},
-            {"largest file cut short", Fault::LargestCutShort},
-            {"read-only folder", Fault::ReadOnlyFolder},
-            {"a folder in its file's place", Fault::FolderInFilesPlace}};
-        for (int c = 0; c < commands.size(); ++c) {
-            for (const auto &[name, fault] : faults)
-                QTest::addRow("%s, %s", commands[c].first, name) << c << fault;
-        }
-    }
-
-    void failedWriteChangesNothing()
-    {
-        QFETCH(int, command);
-        QFETCH(Fault, fault);
-        const auto &run = commands.at(command).second;
-
-        // What the command writes when nothing stops it.
-        QString largest;
-        qsizetype largestSize = 0;
-        {
-            DataDir dry;
-            fill();
-            const auto before = entries(dry);
-            run();
-            const auto after = entries(dry);
-            for (auto it = after.cbegin(); it != after.cend(); ++it) {
-                if (it.value() != before.value(it.key()) && it.value().size() > largestSize) {
-                    largest = it.key();
-                    largestSize = it.value().size();
-                }
-            }
-            QVERIFY2(!largest.isEmpty(), "the command wrote nothing");
-        }
-
-        DataDir dir;
-        fill();
-        std::function<void()> restrict = [] {};
-        QString reason = texts::ReasonTooLarge;
-        switch (fault) {
-        case Fault::NothingFits:
-            restrict = [] { limitFileSize(0); };
-            break;
-        case Fault::LargestCutShort:
-            // Files written before it must be taken back as well.
-            restrict = [largestSize] { limitFileSize(rlim_t(largestSize - 1)); };
-            break;
-        case Fault::ReadOnlyFolder:
-            QVERIFY(::chmod(QFile::encodeName(dir.path()).constData(), 0555) == 0);
-            restrict = dropRoot;
-            reason = texts::ReasonNoPermission;
-            break;
-        case Fault::FolderInFilesPlace:
-            QVERIFY(QFile::remove(dir.filePath(largest)) && QDir(dir.path()).mkdir(largest));
-            reason = texts::ReasonIsFolder;
-            break;
-        }
-        const auto before = entries(dir);
-        const Outcome got = runInChild(restrict, run);
-        ::chmod(QFile::encodeName(dir.path()).constData(), 0700);
-        if (got.error == u"root kept")
-            QSKIP("running as root without the right to become another user");
-
-        QCOMPARE(got.error, u"FileError"_s);
-        QVERIFY2(got.text.contains(reason), qPrintable(got.text));
-        QVERIFY(got.unchanged);
-        QCOMPARE(entries(dir), before);
-    }
+    void failedWriteChangesNothing_data();
+    void failedWriteChangesNothing();
+    void everyMessageOnceAfterAKill();
+    void startUpRemovesOnlyItsOwnLeftovers_data();
+    void startUpRemovesOnlyItsOwnLeftovers();
 };
+
+void tst_storefaults::failedWriteChangesNothing_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<Fault>("fault");
+    const std::pair<const char *, Fault> faults[] = {
+        {"nothing fits", Fault::NothingFits},
+        {"largest file cut short", Fault::LargestCutShort},
+        {"read-only folder", Fault::ReadOnlyFolder},
+        {"a folder in its file's place", Fault::FolderInFilesPlace}};
+    for (int c = 0; c < commands.size(); ++c) {
+        for (const auto &[name, fault] : faults)
+            QTest::addRow("%s, %s", commands[c].first, name) << c << fault;
+    }
+}
+
+// Every command that saves ends with FileError naming the cause, says that
+// nothing changed, and leaves the data folder as it was to the byte, with
+// nothing of its own left behind.
+void tst_storefaults::failedWriteChangesNothing()
+{
+    QFETCH(int, command);
+    QFETCH(Fault, fault);
+    const auto &run = commands.at(command).second;
+
+    // The largest file the command writes when nothing stops it.
+    QString largest;
+    qsizetype largestSize = 0;
+    {
+        DataDir dry;
+        put(start);
+        const auto before = entries(dry);
+        run();
+        const auto after = entries(dry);
+        for (auto it = after.cbegin(); it != after.cend(); ++it) {
+            if (it.value() != before.value(it.key()) && it.value().size() > largestSize) {
+                largest = it.key();
+                largestSize = it.value().size();
+            }
+        }
+        QVERIFY2(!largest.isEmpty(), "the command wrote nothing");
+    }
+
+    DataDir dir;
+    put(start);
+    const QByteArray path = QFile::encodeName(dir.path());
+    QString reason = texts::ReasonTooLarge;
+    if (fault == Fault::ReadOnlyFolder) {
+        QVERIFY(::chmod(path.constData(), 0555) == 0);
+        reason = texts::ReasonNoPermission;
+    } else if (fault == Fault::FolderInFilesPlace) {
+        QVERIFY(QFile::remove(dir.filePath(largest)) && QDir(dir.path()).mkdir(largest));
+        reason = texts::ReasonIsFolder;
+    }
+    const auto before = entries(dir);
+    // Cut short, the largest file fails after others were written, and
+    // those must be taken back as well.
+    const rlim_t limit = fault == Fault::LargestCutShort ? rlim_t(largestSize - 1) : 0;
+    const int ending = runInChild(fault, limit, run, reason);
+    ::chmod(path.constData(), 0700);
+    if (ending == RootKept)
+        QSKIP("running as root without the right to become another user");
+    QCOMPARE(ending, int(AsExpected));
+    QCOMPARE(entries(dir), before);
+}
+
+// A child sends and receives over and over, killed at a random instant;
+// then the start-up recovery runs. Each step is one unit, so the folder
+// must be exactly one of the three states the loop passes through: every
+// Outbox message still in the Outbox; or in Sent Items and the queue; or in
+// Sent Items and once per matching account in the Inbox (unmatched ones
+// still queued). Comparing every file's bytes with those states checks each
+// id's place, its number of copies and its contents, that every file loads
+// as before and that nothing else is left, all at once.
+void tst_storefaults::everyMessageOnceAfterAKill()
+{
+    DataDir dir;
+    put(start);
+    QList<QMap<QString, QByteArray>> states{entries(dir)};
+    QElapsedTimer cycle;
+    cycle.start();
+    SendStep();
+    states.append(entries(dir));
+    ReceiveStep();
+    states.append(entries(dir));
+    QCOMPARE(store::Folder(FolderFile::Inbox).size(), 90);
+    QCOMPARE(store::Folder(FolderFile::ServerQueue).size(), 20);
+    put(start);
+    const qint64 cycleNs = cycle.nsecsElapsed();
+
+    const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
+    int afterJournal = 0, whileWriting = 0, failures = 0;
+    std::array<int, 3> found{};
+    QElapsedTimer clock;
+    clock.start();
+    for (int trial = 0; trial < trials; ++trial) {
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            for (;;) {
+                if (!RunSendReceive(SendReceiveModes::SendAndReceive).errorText.isEmpty())
+                    ::_exit(1);
+                put(start);
+            }
+        }
+        // Anywhere in two turns of the loop, the child's start included.
+        const qint64 delay = QRandomGenerator::global()->bounded(2 * cycleNs);
+        const timespec pause{time_t(delay / 1000000000), long(delay % 1000000000)};
+        ::nanosleep(&pause, nullptr);
+        ::kill(pid, SIGKILL);
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+
+        const QStringList left = entries(dir).keys();
+        const bool journal = left.contains(QLatin1StringView(JournalName));
+        afterJournal += journal;
+        whileWriting += !journal && !left.filter(QLatin1StringView(NewFileSuffix)).isEmpty();
+        RecoverDataFolder();
+        const auto now = entries(dir);
+        const qsizetype state = WIFSIGNALED(status) ? states.indexOf(now) : -1;
+        if (state >= 0) {
+            ++found[state];
+            continue;
+        }
+        ++failures;
+        QStringList held;  // each file with its number of messages
+        for (auto it = now.cbegin(); it != now.cend(); ++it)
+            held.append(it.key() + u':' + QString::number(it.value().count("[email-")));
+        qWarning("trial %d: %s; the folder holds %s", trial,
+                 WIFSIGNALED(status) ? "no state before or after a step" : "the child ended",
+                 qPrintable(held.join(u' ')));
+        for (const QString &name : now.keys())
+            QFile::remove(dir.filePath(name));
+        put(start);
+    }
+    std::printf("kill trials: %d in %.1f s, one loop turn %.1f ms; killed past a journal "
+                "(completed at start-up) %d, while writing new files (dropped) %d; found "
+                "before sending %d, sent %d, received %d; failures %d\n",
+                trials, double(clock.elapsed()) / 1000, double(cycleNs) / 1e6, afterJournal,
+                whileWriting, found[0], found[1], found[2], failures);
+    QCOMPARE(failures, 0);
+}
+
+void tst_storefaults::startUpRemovesOnlyItsOwnLeftovers_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("removed");
+    QTest::newRow("a file of a commit without journal") << u"send_c.dat.new"_s << true;
+    QTest::newRow("a journal being written") << u"quillpost.journal.new"_s << true;
+    QTest::newRow("an older version's temporary file") << u"receive_c.dat.q3XbZ9"_s << true;
+    QTest::newRow("a copy named by a word") << u"receive_c.dat.backup"_s << false;
+    QTest::newRow("a copy named by a date") << u"draft.dat.202401"_s << false;
+    QTest::newRow("a file set aside") << u"send_s.dat.damaged-20240203-0405"_s << false;
+    QTest::newRow("a file of the user's own") << u"notes.txt"_s << false;
+}
+
+void tst_storefaults::startUpRemovesOnlyItsOwnLeftovers()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, removed);
+    DataDir dir;
+    dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
+    RecoverDataFolder();
+    QCOMPARE(dir.exists(name), !removed);
+}
 
 QTEST_GUILESS_MAIN(tst_storefaults)
 #include "tst_storefaults.moc"
