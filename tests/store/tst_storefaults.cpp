@@ -48,9 +48,10 @@ MailList mails(int folder, int count, const QStringList &to)
     return list;
 }
 
-// Full folders and two accounts. The Outbox's 40 messages go to a, to b,
-// to both and to nobody, so a send and receive brings 40 Inbox copies and
-// adds 10 to those queued for nobody; every id is unique.
+// Full folders and two accounts; every id is unique. The Outbox's 40
+// messages go to a, to b, to both and to nobody, and half of the 20 queued
+// ones to a: a send and receive brings 50 Inbox copies and leaves 20
+// messages for nobody queued.
 const Folders start = [] {
     const QStringList each{A, B, A + u';' + B, Nobody};
     return Folders{mails(0, 40, each), mails(1, 40, each), mails(2, 50, each),
