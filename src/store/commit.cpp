@@ -260,9 +260,12 @@ void RecoverDataFolder()
     // What is left are files of commits that never reached their journal,
     // and the temporary files of the save-then-rename an older version
     // used (NAME.dat.XXXXXX): none of them holds anything the data files
-    // do not.
+    // do not. Six characters of one kind only are a word or a number that
+    // a user gave a copy (receive_c.dat.backup, draft.dat.202401), which
+    // must be kept; the older version's random ones nearly always mix.
     static const QRegularExpression leftover(
-        u"^(mailbox|receive_c|send_c|receive_s|deleted_c|draft|send_s)\\.dat(\\.new|\\.[A-Za-z0-9]{6})$"_s);
+        u"^(mailbox|receive_c|send_c|receive_s|deleted_c|draft|send_s)\\.dat"
+        u"(\\.new|\\.(?![a-z]{6}$|[A-Z]{6}$|[0-9]{6}$)[A-Za-z0-9]{6})$"_s);
     const QDir dir(AppDir());
     const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &entry : entries) {

@@ -40,6 +40,28 @@ QByteArray sectionName(int k)
     return "email-" + QByteArray::number(k + 1);
 }
 
+// A body's line breaks as the file keeps them: a CR or an LF alone (pasted
+// from elsewhere) would end the stored line, so it becomes CR LF too.
+QString lineBreaksAsCrLf(const QString &body)
+{
+    if (!body.contains(u'\r') && !body.contains(u'\n'))
+        return body;
+    QString out;
+    out.reserve(body.size());
+    for (qsizetype i = 0; i < body.size(); ++i) {
+        const QChar c = body.at(i);
+        if (c == u'\r' || c == u'\n') {
+            out += u'\r';
+            out += u'\n';
+            if (c == u'\r' && i + 1 < body.size() && body.at(i + 1) == u'\n')
+                ++i;
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
 // How every message value is written: lower-cased, then right-trimmed.
 QString stored(const QString &value)
 {
@@ -87,7 +109,7 @@ QByteArray FolderBytes(const QList<EmailRec> &mails)
         out.line(u"to", stored(m.to));
         out.line(u"alsoto", stored(m.alsoto));
         out.line(u"subject", stored(m.subject));
-        out.line(u"content", stored(EscapeContent(m.content)));
+        out.line(u"content", stored(EscapeContent(lineBreaksAsCrLf(m.content))));
         out.line(u"datetime", stored(m.datetime));
         out.line(u"attachment", stored(m.attachment));
         out.line(u"isnew", stored(m.isnew));

@@ -170,12 +170,25 @@ ProfileFile readDataFile(const QString &fileName, QByteArrayView header, QByteAr
     return ProfileFile();
 }
 
+// A change whose journal stands was made but not finished (its renames
+// failed, or a kill came between): it is finished before anything is read,
+// so that no command builds on half of it and then undoes the rest.
+void finishPendingChange()
+{
+    if (DataReadOnly() || !QFileInfo::exists(AppFilePath(QLatin1StringView(JournalName))))
+        return;
+    RecoverDataFolder();
+    cache() = Cache();
+    cache().dir = AppDir();
+}
+
 }  // namespace
 
 namespace store {
 
 MailList Folder(int folder)
 {
+    finishPendingChange();
     CachedFolder &c = cache().folders[folder];
     const QString name = FolderFile::fileName(folder);
     if (c.stillHolds(name)) {
@@ -198,6 +211,7 @@ MailList Folder(int folder)
 namespace {
 CachedAccounts &accountsRead()
 {
+    finishPendingChange();
     CachedAccounts &c = cache().accounts;
     if (c.stillHolds(MailBoxFileName))
         return c;

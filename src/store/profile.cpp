@@ -9,6 +9,7 @@
 #include <QStringDecoder>
 #include <QStringEncoder>
 
+#include <algorithm>
 #include <cerrno>
 #include <sys/stat.h>
 
@@ -129,8 +130,6 @@ bool isUtf8WithMultibyte(QByteArrayView bytes)
     return multibyte;
 }
 
-// NUL and the control characters that no text holds; tab, the line ends,
-// vertical tab, form feed and the old end-of-file mark are text.
 // Whether bytes without a byte-order mark are UTF-8 text. Valid UTF-8 is not
 // enough: one GB18030 character in five is valid UTF-8 on its own. So the
 // text must also read as a Chinese user writes it: some CJK characters and
@@ -155,11 +154,17 @@ bool looksUtf8(QByteArrayView bytes)
     return cjk;
 }
 
+// NUL and the control characters that no text holds; tab, the line ends,
+// vertical tab, form feed and the old end-of-file mark are text.
+bool isBinaryByte(uchar c)
+{
+    return c < 0x20 && c != '\t' && c != '\n' && c != '\v' && c != '\f' && c != '\r' && c != 0x1A;
+}
+
 bool hasBinaryBytes(QByteArrayView bytes)
 {
     for (char ch : bytes) {
-        const uchar c = uchar(ch);
-        if (c < 0x20 && c != '\t' && c != '\n' && c != '\v' && c != '\f' && c != '\r' && c != 0x1A)
+        if (isBinaryByte(uchar(ch)))
             return true;
     }
     return false;
@@ -376,7 +381,21 @@ void ProfileWriter::line(QStringView key, const QString &value)
 {
     m_text += key;
     m_text += u'=';
-    m_text += value;
+    // Pasted text can bring control characters (a terminal's colour codes);
+    // one of them in the file would make the reader take it for binary and
+    // set it aside, so they are dropped. They show as nothing anyway. A line
+    // break would end the line and cut the value: it becomes a blank.
+    const auto special = [](QChar c) { return c.unicode() < 0x20 && c != u'\t'; };
+    if (std::none_of(value.begin(), value.end(), special)) {
+        m_text += value;
+    } else {
+        for (QChar c : value) {
+            if (c == u'\r' || c == u'\n')
+                m_text += u' ';
+            else if (!special(c) || !isBinaryByte(uchar(c.unicode())))
+                m_text += c;
+        }
+    }
     m_text += u"\r\n";
 }
 

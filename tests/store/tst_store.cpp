@@ -86,6 +86,9 @@ void tst_store::writesExactBytes_data()
         << QList<EmailRec>{record(u"12345678"_s, u"Hello World  "_s, u"Dear Han,\r\n  See You. "_s)}
         << folderFile(1, {section(1, u"12345678"_s, u"hello world"_s,
                                   u"[dear han,\\n  see you. ]"_s)});
+    QTest::newRow("pasted control characters dropped, a lone line break kept as CR LF")
+        << QList<EmailRec>{record(u"1"_s, u"a\u001b[0mb\nc"_s, u"x\ry\nz\u0001"_s)}
+        << folderFile(1, {section(1, u"1"_s, u"a[0mb c"_s, u"[x\\ny\\nz]"_s)});
     QTest::newRow("only A to Z lower-cased; sections numbered from 1")
         << QList<EmailRec>{record(u"1"_s, u"a"_s, u"x"_s),
                            record(u"2"_s, u"ÄÖ Ｈｉ 你好 ABC"_s, u"正文"_s, u"0"_s)}
