@@ -139,11 +139,9 @@ QByteArray allFiles(const DataDir &dir)
 namespace {
 QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)
 {
-    QString t = text;
-    t.replace(u"\r"_s, u"<CR>"_s);
     return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(isConfirm ? u"confirm"_s : u"message"_s)
         .arg(int(icon))
-        .arg(title, t);
+        .arg(title, QString(text).replace(u"\r"_s, u"<CR>"_s));
 }
 }  // namespace
 
@@ -160,49 +158,40 @@ ScriptedPrompter::~ScriptedPrompter()
 
 void ScriptedPrompter::expectMessage(Icon icon, const QString &title, const QString &text)
 {
-    m_expected.append({false, icon, title, text, false});
+    m_expected.append({describe(false, icon, title, text), false});
 }
 
 void ScriptedPrompter::expectConfirm(Icon icon, const QString &title, const QString &text,
                                      bool answerYes)
 {
-    m_expected.append({true, icon, title, text, answerYes});
+    m_expected.append({describe(true, icon, title, text), answerYes});
 }
 
-bool ScriptedPrompter::take(const Box &got)
+bool ScriptedPrompter::take(const QString &box)
 {
-    const QString gotText = describe(got.isConfirm, got.icon, got.title, got.text);
-    if (m_expected.isEmpty()) {
-        m_unexpected.append(u"unexpected "_s + gotText);
-        return false;
-    }
-    const Box want = m_expected.takeFirst();
-    if (want.isConfirm != got.isConfirm || want.icon != got.icon || want.title != got.title
-        || want.text != got.text) {
-        m_unexpected.append(u"expected "_s + describe(want.isConfirm, want.icon, want.title, want.text)
-                            + u" but got "_s + gotText);
-        return false;
-    }
-    return want.answer;
+    const auto want = m_expected.isEmpty() ? QPair<QString, bool>() : m_expected.takeFirst();
+    if (want.first != box)
+        m_wrong.append(u"expected "_s + want.first + u" but got "_s + box);
+    return want.first == box && want.second;
 }
 
 void ScriptedPrompter::message(Icon icon, const QString &title, const QString &text)
 {
-    take({false, icon, title, text, false});
+    take(describe(false, icon, title, text));
 }
 
 bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text,
                                Default answer)
 {
     m_defaults.append(answer);
-    return take({true, icon, title, text, false});
+    return take(describe(true, icon, title, text));
 }
 
 QByteArray ScriptedPrompter::report() const
 {
-    QStringList lines = m_unexpected;
-    for (const Box &b : m_expected)
-        lines.append(u"never shown "_s + describe(b.isConfirm, b.icon, b.title, b.text));
+    QStringList lines = m_wrong;
+    for (const auto &box : m_expected)
+        lines.append(u"never shown "_s + box.first);
     return lines.join(u'\n').toUtf8();
 }
 

@@ -75,24 +75,16 @@ public:
     void message(Icon icon, const QString &title, const QString &text) override;
     bool confirm(Icon icon, const QString &title, const QString &text, Default answer) override;
 
-    bool done() const { return m_expected.isEmpty() && m_unexpected.isEmpty(); }
+    bool done() const { return m_expected.isEmpty() && m_wrong.isEmpty(); }
     QByteArray report() const;
     // The answer each question offered to Enter, in order.
     QList<Default> defaults() const { return m_defaults; }
 
 private:
-    struct Box
-    {
-        bool isConfirm = false;
-        Icon icon = Icon::Information;
-        QString title;
-        QString text;
-        bool answer = false;
-    };
-    bool take(const Box &got);
+    bool take(const QString &box);
 
-    QList<Box> m_expected;
-    QStringList m_unexpected;
+    QList<QPair<QString, bool>> m_expected;  // a box described, and its answer
+    QStringList m_wrong;
     QList<Default> m_defaults;
 };
 

@@ -1,9 +1,16 @@
 // Every window and box from the keyboard, with a screen reader, in
 // Chinese: each control that takes the focus has a name, Tab reaches every
 // enabled input in reading order, no button speaks English, mnemonics and
-// shortcuts do what their captions say, and Alt never types.
+// shortcuts do what their captions say, and Alt never types. Then a new
+// trainee's whole road with the keyboard alone: the first account through
+// the wizard that a send-and-receive calls up, a second one from the Tools
+// menu, a message from the first to the second, received, read, answered,
+// deleted and deleted for good; after the steps, what the user sees and
+// what the files hold.
 
+#include "store/clock.h"
 #include "store/folders.h"
+#include "store/mailboxes.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/accounts/frmMailBox.h"
@@ -27,18 +34,21 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTabBar>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
+using Icon = Prompter::Icon;
 
 namespace {
 bool hasChinese(const QString &text)
@@ -96,6 +106,72 @@ QWidget *shown(const QString &name)
     QApplication::setActiveWindow(w);
     return w;
 }
+
+// Where the keyboard's keys go: an open menu, else the focus.
+QWidget *keyboard()
+{
+    if (QWidget *menu = QApplication::activePopupWidget())
+        return menu;
+    return QApplication::focusWidget() ? QApplication::focusWidget() : QApplication::activeWindow();
+}
+
+// Keys as a user types them: "Alt+F N M", "Ctrl+M", or text in quotes.
+void press(const QString &keys)
+{
+    if (keys.startsWith(u'"')) {
+        QTest::keyClicks(keyboard(), keys.mid(1, keys.size() - 2));
+        return;
+    }
+    for (const QString &k : keys.split(u' ', Qt::SkipEmptyParts)) {
+        const QKeyCombination c = QKeySequence(k)[0];
+        QTest::keyClick(keyboard(), c.key(), c.keyboardModifiers());
+    }
+}
+
+// The window the user returns to: offscreen, a closed modal window does
+// not hand the activation back by itself.
+bool activate(QWidget *window)
+{
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window);
+}
+
+// The six folders, each as "subject:isnew" per message: Inbox, Outbox,
+// Sent Items, Deleted Items, Drafts, queue.
+QString folders()
+{
+    QStringList all;
+    for (int f = 0; f < FolderFile::Count; ++f) {
+        QStringList one;
+        for (const EmailRec &m : stored(f))
+            one << m.subject + u':' + m.isnew;
+        all << one.join(u',');
+    }
+    return all.join(u" | "_s);
+}
+
+// The wizard's five pages, answered from the keyboard; with a detour, Back
+// from page 4 finds page 3 as it was left and page 4 empty again.
+void wizard(ModalScript &script, const QString &name, const QString &address, bool detour = false)
+{
+    QStringList pages = {u"\"%1\" Return"_s.arg(name), u"\"%1\" Return"_s.arg(address),
+                         u"\"pop.x.cn\" Tab \"smtp.x.cn\" Return"_s,
+                         u"\"%1\" Tab \"pw\" Return"_s.arg(name), u"Return"_s};
+    if (detour)
+        pages.insert(3, u"\"x\" Alt+B"_s), pages.insert(4, u"Return"_s);
+    for (int i = 0; i < pages.size(); ++i) {
+        const QString keys = pages[i];
+        const int page = i + 1 - (detour && i >= 4 ? 2 : 0);
+        script.on(u"frmMainBoxAdd%1"_s.arg(page), [keys](QWidget *w) {
+            QVERIFY(activate(w));
+            const auto *first = w->findChild<QLineEdit *>(u"Text1"_s);
+            QVERIFY(!first || first->text().isEmpty() || first->text() == u"pop.x.cn");
+            for (const QString &part : keys.split(u' '))
+                press(part);
+        });
+    }
+    script.start();
+}
 }  // namespace
 
 class tst_keyboard : public WindowTest
@@ -107,17 +183,25 @@ private slots:
     void init()
     {
         begin();
+        SetClock([] { return QDateTime(QDate(2024, 7, 9), QTime(14, 5)); });
+        if (QByteArray(QTest::currentTestFunction()) == "byKeyboardAlone")
+            return;  // a new trainee starts with nothing
         putAccounts(*dir, {u"a@x.com"_s});
         EmailRec m = mail(u"1"_s, u"b@y.cn"_s, u"a@x.com"_s, u"s"_s, true);
         m.attachment = u"a.doc(1.00kb)"_s;
         put(*dir, FolderFile::Inbox, {m});
     }
-    void cleanup() { end(); }
+    void cleanup()
+    {
+        SetClock({});
+        end();
+    }
 
     void everyWindow_data();
     void everyWindow();
     void boxesAndChoosersSpeakChinese();
     void mnemonicsAndAltKeys();
+    void byKeyboardAlone();
 };
 
 void tst_keyboard::everyWindow_data()
@@ -193,7 +277,7 @@ void tst_keyboard::boxesAndChoosersSpeakChinese()
         box->grab().save(QString::fromLocal8Bit(qgetenv("QUILLPOST_SHOTS")) + u"/messagebox.png"_s);
         QTest::keyClick(box, Qt::Key_Return);
     });
-    QVERIFY(!real.confirm(Prompter::Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood,
+    QVERIFY(!real.confirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood,
                           Prompter::Default::No));
     buttons.sort();
     QCOMPARE(buttons.join(u'|'), (QStringList{texts::ButtonNo, texts::ButtonYes}.join(u'|')));
@@ -219,7 +303,7 @@ void tst_keyboard::mnemonicsAndAltKeys()
     QCOMPARE(QApplication::focusWidget(), e->Text5);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
     QCOMPARE(e->Text5->text(), u"Re:s"_s);
-    boxes->expectMessage(Prompter::Icon::Information, texts::compose::DraftSavedTitle,
+    boxes->expectMessage(Icon::Information, texts::compose::DraftSavedTitle,
                          texts::compose::DraftSaved);
     QTest::keyClick(e, Qt::Key_S, Qt::ControlModifier);
     QCOMPARE(stored(FolderFile::Drafts).size(), 1);
@@ -232,6 +316,95 @@ void tst_keyboard::mnemonicsAndAltKeys()
     QTest::keyClick(p->Text1, Qt::Key_N, Qt::AltModifier);
     QCOMPARE(p->Text1->text(), QString());
     QVERIFY(p->isVisible() && !forms::MainBoxAdd2()->isVisible());
+}
+
+void tst_keyboard::byKeyboardAlone()
+{
+    frmMain *w = mainOn();
+    QVERIFY(QTest::qWaitForWindowActive(w));
+
+    // 1. CTRL+M with no account: the wizard sets up the first, the run goes on.
+    ModalScript first;
+    wizard(first, u"ann"_s, u"Ann@x.cn"_s);
+    press(u"Ctrl+M"_s);
+    QVERIFY2(first.finished(), first.report());
+    QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+
+    // 2. Tools, Accounts: the dialog; the add button's menu, Mail: the
+    // wizard again; Escape closes the dialog.
+    QVERIFY(activate(w));
+    press(u"Alt+T A"_s);
+    frmMailBox *accounts = forms::MailBox();
+    QTRY_VERIFY(accounts->isActiveWindow());
+    accounts->btnAddNew->setFocus();  // Tab stops, checked in the keyboard test
+    ModalScript second;
+    wizard(second, u"bob"_s, u"bob@x.cn"_s, true);
+    press(u"Space"_s);
+    QTRY_VERIFY(accounts->btMnu->isVisible());
+    press(u"Down Return"_s);
+    QVERIFY2(second.finished(), second.report());
+    QCOMPARE(accounts->ListView1->topLevelItemCount(), 2);
+    const auto account = [](const QString &name) {
+        return MailBoxRec{name, u"pop.x.cn"_s, u"smtp.x.cn"_s, name, u"pw"_s, name + u"@x.cn"_s};
+    };
+    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes({account(u"ann"_s), account(u"bob"_s)}));
+    QVERIFY(activate(accounts));
+    press(u"Escape"_s);
+    QVERIFY(!accounts->isVisible());
+
+    // 3. File, New, Mail: write to Bob and send it from the File menu.
+    QVERIFY(activate(w));
+    press(u"Alt+F N M"_s);
+    frmMailEdit *e = forms::MailEdit();
+    QTRY_VERIFY(e->isActiveWindow());
+    QCOMPARE(e->Combo3->currentText(), u"ann@x.cn"_s);
+    press(u"\"bob@x.cn\""_s);
+    press(u"Alt+S"_s);
+    press(u"\"Hello\""_s);
+    press(u"Tab"_s);
+    press(u"\"Hi Bob\""_s);
+    press(u"Alt+F M"_s);
+    QTRY_VERIFY(!e->isVisible());
+    QCOMPARE(folders(), u" |  | hello:0 |  |  | hello:1"_s);
+
+    // 4. CTRL+M receives it; the Inbox turns bold.
+    QVERIFY(activate(w));
+    press(u"Ctrl+M"_s);
+    QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+    QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
+
+    // 5. Into the tree, down to the Inbox, into its list, open the message.
+    QVERIFY(activate(w));
+    w->TreeView1->setFocus();
+    press(u"Home Down Down Return Return"_s);
+    frmMailRead *r = forms::MailRead();
+    QTRY_VERIFY(r->isActiveWindow());
+    QCOMPARE(r->Label8->text(), u"hello"_s);
+    QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱"_s);
+
+    // 6. CTRL+R answers it; the reply goes out later from the File menu.
+    press(u"Ctrl+R"_s);
+    QTRY_VERIFY(e->isActiveWindow());
+    QCOMPARE(e->Text5->text(), u"Re:hello"_s);
+    boxes->expectMessage(Icon::Information, texts::AppTitle, texts::compose::SendLaterNotice);
+    // The File menu opens on its first entry, New (&N); the next N is Send
+    // Later (&N).
+    press(u"Alt+F N Return"_s);
+    QTRY_VERIFY(!e->isVisible());
+
+    // 7. Delete moves the message to Deleted Items; there Delete and Yes
+    // remove it for good.
+    QVERIFY(activate(w));
+    w->ListView1->setFocus();
+    press(u"Home Delete"_s);
+    QCOMPARE(folders(), u" | re:hello:0 | hello:0 | hello:0 |  | "_s);
+    w->TreeView1->setFocus();
+    press(u"Down Down Down Return Home"_s);
+    QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));
+    boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, true);
+    press(u"Delete"_s);
+    QCOMPARE(folders(), u" | re:hello:0 | hello:0 |  |  | "_s);
+    QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
 }
 
 QTEST_MAIN(tst_keyboard)
