@@ -9,7 +9,6 @@
 #include "ui/common/application.h"
 #include "ui/common/forms.h"
 #include "ui/common/headerbuttons.h"
-#include "ui/common/twips.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
@@ -89,9 +88,7 @@ private slots:
     void sendReceiveBar();
     void sendReceiveCannotGoOn_data();
     void sendReceiveCannotGoOn();
-    void twips_data();
-    void twips();
-    void captionsAndHeaders();
+    void headerStyle();
     void lastResortGuard();
     void aboutBox();
 };
@@ -263,29 +260,23 @@ void tst_windows::saveAttachment()
 
 void tst_windows::sendReceiveBar()
 {
-    frmSendAndReceive::start(SendReceiveModes::ReceiveOnly, false);
-    frmSendAndReceive *d = forms::SendAndReceive();
-    QCOMPARE(d->Label1->text(), texts::sendreceive::Connecting);
-    QVERIFY(d->Timer2->isActive() && d->Timer2->interval() == 150);
-    for (QPushButton *b : {d->Command1, d->Command2, d->Command3})
-        QTest::mouseClick(b, Qt::LeftButton);  // inert: the run goes on
-    QVERIFY(d->isVisible() && d->Timer2->isActive() && !d->Timer1->isActive());
-
-    d->Timer2_Timer();
-    QVERIFY(!d->Timer2->isActive() && d->Timer1->isActive() && d->Timer1->interval() == 5);
-    QCOMPARE(d->Label1->text(), texts::sendreceive::Working);
-    for (int step = 1; step <= 13; ++step) {
-        d->Timer1_Timer();
-        QVERIFY(d->Text2Width() == 400 * step && d->isVisible());
+    // Twice: the next run starts from the first look.
+    for (int run = 0; run < 2; ++run) {
+        frmSendAndReceive::start(SendReceiveModes::ReceiveOnly, false);
+        frmSendAndReceive *d = forms::SendAndReceive();
+        QCOMPARE(d->Label1->text() + QString::number(d->Text2Width()), texts::sendreceive::Connecting + u'0');
+        for (QPushButton *b : {d->Command1, d->Command2, d->Command3})
+            QTest::mouseClick(b, Qt::LeftButton);  // inert: the run goes on
+        QVERIFY(d->isVisible() && d->Timer2->isActive() && d->Timer2->interval() == 150);
+        d->Timer2_Timer();
+        QVERIFY(!d->Timer2->isActive() && d->Timer1->isActive() && d->Timer1->interval() == 5);
+        QCOMPARE(d->Label1->text(), texts::sendreceive::Working);
+        for (int step = 1; step <= 14; ++step) {  // 14 steps of 400 twips, then it goes
+            d->Timer1_Timer();
+            QVERIFY(d->Text2Width() == 400 * step && d->isVisible() == (step < 14));
+        }
+        QVERIFY(!d->Timer1->isActive());
     }
-    d->Timer1_Timer();
-    QCOMPARE(d->Text2Width(), 5600);
-    QVERIFY(!d->isVisible() && !d->Timer1->isActive());
-
-    // The next run starts from the first look.
-    frmSendAndReceive::start(SendReceiveModes::ReceiveOnly, false);
-    QCOMPARE(d->Label1->text(), texts::sendreceive::Connecting);
-    QCOMPARE(d->Text2Width(), 0);
 }
 
 void tst_windows::sendReceiveCannotGoOn_data()
@@ -330,37 +321,8 @@ void tst_windows::sendReceiveCannotGoOn()
     QCOMPARE(w->node(Node::Inbox)->text(0).endsWith(u')'), row->text(1) != u"0");
 }
 
-void tst_windows::twips_data()
+void tst_windows::headerStyle()
 {
-    QTest::addColumn<double>("tw");
-    QTest::addColumn<double>("dpi");
-    QTest::addColumn<int>("px");
-    QTest::newRow("15 twips are one pixel at 96 dpi") << 15.0 << 96.0 << 1;
-    QTest::newRow("the tree's width at 144 dpi") << 2760.0 << 144.0 << 276;
-    QTest::newRow("a half pixel rounds up") << 22.5 << 96.0 << 2;
-    QTest::newRow("negative sizes convert too") << -150.0 << 96.0 << -10;
-}
-
-void tst_windows::twips()
-{
-    QFETCH(double, tw);
-    QFETCH(double, dpi);
-    QTEST(twips::toPixels(tw, dpi), "px");
-    // Near the top-left: a hundredth of the free space, truncated.
-    QCOMPARE(twips::nearTopLeft({15360, 11520}, {9600, 7200}), QPoint(57, 43));
-    QCOMPARE(twips::nearTopLeft({9000, 7000}, {9600, 7200}), QPoint(-6, -2));
-}
-
-void tst_windows::captionsAndHeaders()
-{
-    // A folder's caption counts its unread messages, bold while there are any.
-    QString seen;
-    for (int unread : {0, -1, 1, 101}) {
-        const NodeCaption c = unreadCaption(u"收件箱"_s, unread);
-        seen += c.text + (c.bold ? u"+ "_s : u" "_s);
-    }
-    QCOMPARE(seen, u"收件箱 收件箱 收件箱(1)+ 收件箱(101)+ "_s);
-
     QTreeWidget list;
     SetHeaderButtons(&list, 0);
     QVERIFY(list.header()->sectionsClickable());
@@ -399,20 +361,14 @@ void tst_windows::aboutBox()
         QTest::mouseClick(box->Command1, Qt::LeftButton);
         QVERIFY(!box->isVisible());
     }
-    QStringList names;
-    int unknown = 0;
+    // Sorted by name; an unknown version names the file again.
+    QString previous;
     for (int i = 0; i < 21; ++i) {
         const QTreeWidgetItem *row = forms::About()->ListView1->topLevelItem(i);
-        names << row->text(0);
-        if (row->text(1) == u"<未知>")
-            unknown += row->text(2) == row->text(0) ? 1 : 100;
-        if (row->text(0) == u"comctl32.dll")
-            QCOMPARE(row->text(1) + u' ' + row->text(2), u"5.80 C:\\WINDOWS\\SYSTEM\\COMCTL32.DLL"_s);
+        QVERIFY(previous < row->text(0));
+        previous = row->text(0);
+        QVERIFY(row->text(1) != u"<未知>" || row->text(2) == row->text(0));
     }
-    QStringList sorted = names;
-    sorted.sort();
-    QCOMPARE(names, sorted);
-    QVERIFY(unknown > 0 && unknown < 100);  // unknown versions name the file again
 }
 
 int main(int argc, char *argv[])
