@@ -46,8 +46,10 @@ MailBoxRec stored(const WizardAnswers &a)
             a.logon.toLower(),       a.password.toLower(), a.address.toLower()};
 }
 
-frmMailBox *openDialog()
+// mailbox.dat with accounts 1..n, and the dialog on it.
+frmMailBox *openDialog(const DataDir &dir, int n)
 {
+    dir.writeBytes(MailBoxFileName, AccountBytes(accounts(n)));
     frmMailBox *d = forms::MailBox();
     d->show();
     return d;
@@ -61,8 +63,16 @@ QStringList rows(const frmMailBox *d)
     return texts;
 }
 
-void clickRow(frmMailBox *d, int row)  // -1: beside the rows
+// A row chosen by mouse, or from the keyboard (arrows from the top);
+// a click at -1 lands beside the rows.
+void choose(frmMailBox *d, int row, bool keys = false)
 {
+    if (keys) {
+        d->ListView1->setFocus();
+        for (int i = 0; i <= row; ++i)
+            QTest::keyClick(d->ListView1, Qt::Key_Down);
+        return;
+    }
     const QPoint at = row < 0 ? QPoint(5, d->ListView1->viewport()->height() - 4)
                               : d->ListView1->visualItemRect(d->ListView1->topLevelItem(row)).center();
     QTest::mouseClick(d->ListView1->viewport(), Qt::LeftButton, {}, at);
@@ -95,8 +105,6 @@ private slots:
     void cleanup() { end(); }
 
     void dialog();
-    void byKeyboard_data();
-    void byKeyboard();
     void deleting_data();
     void deleting();
     void wizardNextRule_data();
@@ -111,15 +119,14 @@ private slots:
 
 void tst_accounts::dialog()
 {
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(3)));
-    frmMailBox *d = openDialog();
+    frmMailBox *d = openDialog(*dir, 3);
     QCOMPARE(rows(d).join(u'|'), u"logon1|logon2|logon3"_s);
     QVERIFY(!canDeleteOrEdit(d) && !d->Command[0]->isEnabled() && d->Command[3]->isEnabled());
     // A row clicked enables Delete and Properties; a click beside the rows
     // takes the selection away, remembering the row.
-    clickRow(d, 1);
+    choose(d, 1);
     QVERIFY(canDeleteOrEdit(d) && d->SelectedName == u"logon2");
-    clickRow(d, -1);
+    choose(d, -1);
     QVERIFY(!d->btnDelete->isEnabled() && d->ListView1->selectedItems().isEmpty());
     QCOMPARE(d->SelectedIndex, 1.0f);
     // The news tab shows nothing.
@@ -135,76 +142,47 @@ void tst_accounts::dialog()
     // 22 accounts by hand: the table cannot hold them, and an empty table
     // offered instead would replace the file at its first save: it goes.
     forms::destroyAll();
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(22)));
-    const QByteArray before = allFiles(*dir);
     boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
                          texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
-    d = openDialog();
+    d = openDialog(*dir, 22);
+    const QByteArray before = allFiles(*dir);
     QTRY_VERIFY(!d->isVisible());
     QCOMPARE(allFiles(*dir), before);
-}
-
-void tst_accounts::byKeyboard_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::newRow("Enter opens the properties of the row") << u"Return"_s;
-    QTest::newRow("Delete asks to delete it, No by default") << u"Delete"_s;
-}
-
-void tst_accounts::byKeyboard()
-{
-    QFETCH(QString, key);
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(3)));
-    frmMailBox *d = openDialog();
-    d->ListView1->setFocus();
-    QTest::keyClick(d->ListView1, Qt::Key_Down);
-    QTest::keyClick(d->ListView1, Qt::Key_Down);
-    QVERIFY(canDeleteOrEdit(d) && d->SelectedName == u"logon2");
-    ModalScript script;
-    if (key == u"Delete") {
-        boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon2"_s), false);
-    } else {
-        script.on(u"frmMailBoxProp"_s, [](QWidget *w) {
-            QCOMPARE(static_cast<frmMailBoxProp *>(w)->Frm1Txt2->text(), u"office 2"_s);
-            click(w, u"Command2"_s);
-        });
-        script.start();
-    }
-    QTest::keyClick(d->ListView1, QKeySequence(key)[0].key());
-    QVERIFY2(script.finished(), script.report());
-    QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-    QCOMPARE(rows(d).size(), 3);
 }
 
 void tst_accounts::deleting_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("row");
+    QTest::addColumn<bool>("keys");
     QTest::addColumn<bool>("yes");
     QTest::addColumn<QList<int>>("left");
-    QTest::newRow("the only account leaves number=0") << 1 << 0 << true << QList<int>{};
-    QTest::newRow("slot 3 of 5 moves the later ones up") << 5 << 2 << true << QList<int>{1, 2, 4, 5};
-    QTest::newRow("answering No keeps them all") << 3 << 1 << false << QList<int>{1, 2, 3};
+    QTest::newRow("the only account leaves number=0") << 1 << 0 << false << true << QList<int>{};
+    QTest::newRow("slot 3 of 5 moves the later ones up") << 5 << 2 << false << true << QList<int>{1, 2, 4, 5};
+    QTest::newRow("answering No keeps them all") << 3 << 1 << false << false << QList<int>{1, 2, 3};
+    QTest::newRow("the Delete key on a row reached by arrows") << 3 << 1 << true << true << QList<int>{1, 3};
 }
 
 void tst_accounts::deleting()
 {
     QFETCH(int, count);
     QFETCH(int, row);
+    QFETCH(bool, keys);
     QFETCH(bool, yes);
     QFETCH(QList<int>, left);
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(count)));
-    frmMailBox *d = openDialog();
-    // The question names the logon name, not the display name.
+    frmMailBox *d = openDialog(*dir, count);
+    // The question names the logon name, not the display name; Enter says No.
     boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon%1"_s.arg(row + 1)), yes);
-    clickRow(d, row);
-    QTest::mouseClick(d->btnDelete, Qt::LeftButton);
+    choose(d, row, keys);
+    QVERIFY(canDeleteOrEdit(d));
+    keys ? QTest::keyClick(d->ListView1, Qt::Key_Delete) : QTest::mouseClick(d->btnDelete, Qt::LeftButton);
     QList<MailBoxRec> expected;
     for (int k : left)
         expected << accounts(5).at(k - 1);
     QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
     QCOMPARE(rows(d).size(), expected.size());
     QCOMPARE(canDeleteOrEdit(d), !yes);  // a rebuild disables them again
+    QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
 }
 
 void tst_accounts::wizardNextRule_data()
@@ -270,7 +248,7 @@ void tst_accounts::wizardCancel()
     QFETCH(int, onPage);
     QFETCH(QString, how);
     QFETCH(bool, yes);
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(1)));
+    openDialog(*dir, 1);
     const QByteArray before = allFiles(*dir);
     boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, yes);
     if (!yes)
@@ -343,7 +321,7 @@ void tst_accounts::properties_data()
     QTest::addColumn<QStringList>("buttons");  // pressed in order; "edit" changes every box
     QTest::addColumn<bool>("changed");
     QTest::newRow("OK without edits rewrites the same values") << QStringList{u"Command1"_s} << false;
-    QTest::newRow("Cancel stores nothing") << QStringList{u"edit"_s, u"Command2"_s} << false;
+    QTest::newRow("Enter opens it, Cancel stores nothing") << QStringList{u"edit"_s, u"Command2"_s} << false;
     QTest::newRow("Apply then OK stores all six") << QStringList{u"edit"_s, u"Command3"_s, u"Command1"_s}
                                                   << true;
     QTest::newRow("Apply then Cancel stores all six as shown")
@@ -354,9 +332,9 @@ void tst_accounts::properties()
 {
     QFETCH(QStringList, buttons);
     QFETCH(bool, changed);
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(3)));
-    frmMailBox *d = openDialog();
-    clickRow(d, 1);
+    frmMailBox *d = openDialog(*dir, 3);
+    const bool keys = QByteArray(QTest::currentDataTag()).startsWith("Enter");
+    choose(d, 1, keys);
     ModalScript script;
     script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
         auto *p = static_cast<frmMailBoxProp *>(w);
@@ -375,7 +353,7 @@ void tst_accounts::properties()
         }
     });
     script.start();
-    QTest::mouseClick(d->btnProperty, Qt::LeftButton);
+    keys ? QTest::keyClick(d->ListView1, Qt::Key_Return) : QTest::mouseClick(d->btnProperty, Qt::LeftButton);
     QVERIFY2(script.finished(), script.report());
 
     QList<MailBoxRec> expected = accounts(3);
