@@ -41,6 +41,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
@@ -53,11 +54,7 @@ using Icon = Prompter::Icon;
 namespace {
 bool hasChinese(const QString &text)
 {
-    for (QChar c : text) {
-        if (c.unicode() >= 0x3000 && c.unicode() <= 0x9FFF)
-            return true;
-    }
-    return false;
+    return text.contains(QRegularExpression(u"[\\x{3000}-\\x{9fff}]"_s));
 }
 
 // The controls of a window a user can Tab to.
@@ -91,16 +88,11 @@ QWidget *shown(const QString &name)
         frmSendAndReceive::start(1, false);
         w = forms::SendAndReceive();
     } else {
-        const QHash<QString, QWidget *(*)()> dialogs = {
-            {u"frmMailBox"_s, [] { return static_cast<QWidget *>(forms::MailBox()); }},
-            {u"frmMainBoxAdd1"_s, [] { return static_cast<QWidget *>(forms::MainBoxAdd1()); }},
-            {u"frmMainBoxAdd2"_s, [] { return static_cast<QWidget *>(forms::MainBoxAdd2()); }},
-            {u"frmMainBoxAdd3"_s, [] { return static_cast<QWidget *>(forms::MainBoxAdd3()); }},
-            {u"frmMainBoxAdd4"_s, [] { return static_cast<QWidget *>(forms::MainBoxAdd4()); }},
-            {u"frmMainBoxAdd5"_s, [] { return static_cast<QWidget *>(forms::MainBoxAdd5()); }},
-            {u"frmMailBoxProp"_s, [] { return static_cast<QWidget *>(forms::MailBoxProp()); }},
-            {u"frmAbout"_s, [] { return static_cast<QWidget *>(forms::About()); }}};
-        w = dialogs[name]();
+        for (QWidget *d : {static_cast<QWidget *>(forms::MailBox()), static_cast<QWidget *>(forms::About()),
+                           static_cast<QWidget *>(forms::MailBoxProp()), static_cast<QWidget *>(forms::MainBoxAdd1()),
+                           static_cast<QWidget *>(forms::MainBoxAdd2()), static_cast<QWidget *>(forms::MainBoxAdd3()),
+                           static_cast<QWidget *>(forms::MainBoxAdd4()), static_cast<QWidget *>(forms::MainBoxAdd5())})
+            w = d->objectName() == name ? d : w;
         w->show();
     }
     QApplication::setActiveWindow(w);
