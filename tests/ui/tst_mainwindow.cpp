@@ -14,6 +14,7 @@
 #include "ui/sendrecv/frmSendAndReceive.h"
 #include "windows.h"
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -52,8 +53,32 @@ QString rows(const frmMain *w)
 // Keys given to a widget, as "Down Down Return".
 void keys(QWidget *w, const QString &sequence)
 {
-    for (const QString &key : sequence.split(u' ', Qt::SkipEmptyParts))
-        QTest::keyClick(w, QKeySequence(key)[0].key());
+    for (const QString &key : sequence.split(u' ', Qt::SkipEmptyParts)) {
+        const QKeyCombination c = QKeySequence(key)[0];
+        QTest::keyClick(w, c.key(), c.keyboardModifiers());
+    }
+}
+
+// What a user does: "button N" on the tool bar, "list: KEYS" or "window:
+// KEYS" from the keyboard, "double" on row 1, "drop N" in the send/receive
+// drop-down, or the name of a menu item or a button.
+void act(frmMain *w, const QString &how)
+{
+    const QString arg = how.section(u' ', 1);
+    QWidget *typed = how.startsWith(u"list:") ? static_cast<QWidget *>(w->ListView1) : w;
+    typed->setFocus();
+    if (how.startsWith(u"button"))
+        clickButton(w->Toolbar1, w->toolbarButton(arg.toInt()));
+    else if (how.contains(u':'))
+        keys(QTest::qWaitForWindowActive(w) ? typed : nullptr, arg);  // keys reach active windows
+    else if (how == u"double")
+        doubleClickRow(w->ListView1, 1);
+    else if (how.startsWith(u"drop"))
+        w->sendReceiveMenu->actions().at(arg.toInt())->trigger();
+    else if (auto *b = w->findChild<QAbstractButton *>(how))
+        QTest::mouseClick(b, Qt::LeftButton);
+    else
+        w->findChild<QAction *>(how)->trigger();
 }
 }  // namespace
 
@@ -72,8 +97,6 @@ private slots:
     void summary();
     void listAndPreview_data();
     void listAndPreview();
-    void keyboardInTheList_data();
-    void keyboardInTheList();
     void deleting_data();
     void deleting();
     void opening_data();
@@ -258,67 +281,33 @@ void tst_mainwindow::listAndPreview()
     QCOMPARE(allFiles(*dir), before);  // previewing marks nothing read
 }
 
-void tst_mainwindow::keyboardInTheList_data()
-{
-    QTest::addColumn<int>("node");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("previewed");
-    QTest::addColumn<QString>("opened");  // "read", "edit" or nothing
-    QTest::addColumn<QString>("left");    // ids left in the folder
-    const QString all = u"20000000|20000001|20000002"_s;
-    QTest::newRow("Down previews the next row") << 3 << u"Down Down"_s << u"s20000002"_s << QString() << all;
-    QTest::newRow("Enter opens the read window") << 3 << u"Down Return"_s << u"s20000001"_s << u"read"_s << all;
-    QTest::newRow("Enter on a draft edits it") << 7 << u"End Return"_s << u"s20000002"_s << u"edit"_s << all;
-    QTest::newRow("Delete moves the row's message") << 3 << u"Down Delete"_s << QString() << QString()
-                                                    << u"20000000|20000002"_s;
-    QTest::newRow("Delete in Deleted Items asks; No keeps it") << 6 << u"Down Delete"_s
-                                                               << u"s20000001"_s << QString() << all;
-}
-
-void tst_mainwindow::keyboardInTheList()
-{
-    QFETCH(int, node);
-    QFETCH(QString, opened);
-    put(*dir, node - Node::Inbox, mails(3));
-    putAccounts(*dir, {u"a@x.com"_s});
-    frmMain *w = mainOn(node);
-    if (node == Node::DeletedItems)
-        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, false);
-
-    w->ListView1->setFocus();
-    QTest::keyClick(w->ListView1, Qt::Key_Home);
-    QFETCH(QString, keys);
-    ::keys(w->ListView1, keys);
-
-    QTEST(w->Label9->text(), "previewed");
-    QCOMPARE(forms::MailRead()->isVisible(), opened == u"read");
-    QCOMPARE(forms::MailEdit()->isVisible(), opened == u"edit");
-    QTEST(ids(node - Node::Inbox), "left");
-    QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-}
-
 void tst_mainwindow::deleting_data()
 {
     QTest::addColumn<int>("node");
-    QTest::addColumn<int>("answer");  // -1 no question, 0 No, 1 Yes; 2 sends instead
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<int>("answer");  // -1 no question, 0 No, 1 Yes
     QTest::addColumn<QString>("folders");  // ids of Inbox, Outbox, Sent Items, Deleted Items
     QTest::addColumn<QString>("captions");
     // Inbox 100, 101 (both unread); Outbox 400; Sent Items 200; Deleted Items 300 (unread).
+    const QString button = u"button %1"_s.arg(frmMain::tbDelete);
     QTest::newRow("an unread Inbox message moves: both counts change")
-        << 3 << -1 << u"101 400 200 300|100"_s << u"收件箱(1) 已删除邮件(2)"_s;
+        << 3 << button << -1 << u"101 400 200 300|100"_s << u"收件箱(1) 已删除邮件(2)"_s;
+    QTest::newRow("the Delete key moves the row reached by arrows")
+        << 3 << u"list: Down Delete"_s << -1 << u"100 400 200 300|101"_s << u"收件箱(1) 已删除邮件(2)"_s;
     QTest::newRow("a Sent Items message moves without a question")
-        << 5 << -1 << u"100|101 400  300|200"_s << u"收件箱(2) 已删除邮件(1)"_s;
+        << 5 << button << -1 << u"100|101 400  300|200"_s << u"收件箱(2) 已删除邮件(1)"_s;
     QTest::newRow("the only message of Deleted Items: asked, gone for good")
-        << 6 << 1 << u"100|101 400 200 "_s << u"收件箱(2) 已删除邮件"_s;
+        << 6 << button << 1 << u"100|101 400 200 "_s << u"收件箱(2) 已删除邮件"_s;
     QTest::newRow("No keeps the message of Deleted Items")
-        << 6 << 0 << u"100|101 400 200 300"_s << u"收件箱(2) 已删除邮件(1)"_s;
+        << 6 << u"list: Delete"_s << 0 << u"100|101 400 200 300"_s << u"收件箱(2) 已删除邮件(1)"_s;
     QTest::newRow("sending from the Outbox")
-        << 4 << 2 << u"100|101  200|400 300"_s << u"收件箱(2) 已删除邮件(1)"_s;
+        << 4 << u"mnuSendMail"_s << -1 << u"100|101  200|400 300"_s << u"收件箱(2) 已删除邮件(1)"_s;
 }
 
 void tst_mainwindow::deleting()
 {
     QFETCH(int, node);
+    QFETCH(QString, how);
     QFETCH(int, answer);
     putAccounts(*dir, {u"sender0@x.com"_s});
     put(*dir, FolderFile::Inbox, mails(2, 2, 100));
@@ -326,13 +315,11 @@ void tst_mainwindow::deleting()
     put(*dir, FolderFile::SentItems, mails(1, 0, 200));
     put(*dir, FolderFile::DeletedItems, mails(1, 1, 300));
     frmMain *w = mainOn(node, 0);
-    if (answer == 0 || answer == 1)
+    if (answer >= 0)
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, answer);
 
-    if (answer == 2)
-        w->mnuSendMail->trigger();
-    else
-        clickButton(w->Toolbar1, w->toolbarButton(frmMain::tbDelete));
+    act(w, how);
+    QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
 
     QTEST(QStringList({ids(0), ids(1), ids(2), ids(3)}).join(u' '), "folders");
@@ -365,6 +352,8 @@ void tst_mainwindow::opening_data()
     QTest::newRow("Reply All does nothing") << u"button 3"_s << 3 << -2 << QString();
     QTest::newRow("double-click in the Inbox: read") << u"double"_s << 3 << -1 << u"s20000001"_s;
     QTest::newRow("double-click a draft: edit") << u"double"_s << 7 << 0 << u"s20000001"_s;
+    QTest::newRow("Enter in the Inbox: read") << u"list: Return"_s << 3 << -1 << u"s20000001"_s;
+    QTest::newRow("Down Enter on a draft: edit") << u"list: Down Return"_s << 7 << 0 << u"s20000002"_s;
 }
 
 void tst_mainwindow::opening()
@@ -378,21 +367,14 @@ void tst_mainwindow::opening()
     Main::ComposeMode = -2;
     const QByteArray before = allFiles(*dir);
 
-    if (how.startsWith(u"button"))
-        clickButton(w->Toolbar1, w->toolbarButton(how.section(u' ', 1).toInt()));
-    else if (how == u"double")
-        doubleClickRow(w->ListView1, 1);
-    else
-        w->findChild<QAction *>(how)->trigger();
+    act(w, how);
 
     QCOMPARE(int(Main::ComposeMode), mode == -1 ? -2 : mode);
     QCOMPARE(forms::MailEdit()->isVisible(), mode >= 0);
     QCOMPARE(forms::MailRead()->isVisible(), mode == -1);
     QWidget *opened = mode == -1 ? static_cast<QWidget *>(forms::MailRead()) : forms::MailEdit();
-    if (mode >= 0)
-        QTEST(forms::MailEdit()->Text5->text(), "subject");
-    if (mode == -1)
-        QTEST(opened->windowTitle(), "subject");
+    if (mode != -2)
+        QTEST(mode == -1 ? opened->windowTitle() : forms::MailEdit()->Text5->text(), "subject");
     // Child windows open beside the main window, not over its tool bar.
     QVERIFY(!opened->isVisible() || opened->y() > w->y() + w->Toolbar1->height());
     QVERIFY(mode == -1 || allFiles(*dir) == before);
@@ -402,12 +384,12 @@ void tst_mainwindow::runs_data()
 {
     QTest::addColumn<QString>("how");
     QTest::addColumn<int>("mode");  // the run's mode; -1 no run
-    QTest::newRow("CTRL+M") << u"ctrl+m"_s << 0;
-    QTest::newRow("the toolbar's Send/Receive") << u"button"_s << 0;
+    QTest::newRow("CTRL+M") << u"window: Ctrl+M"_s << 0;
+    QTest::newRow("the toolbar's Send/Receive") << u"button %1"_s.arg(frmMain::tbSendReceive) << 0;
     QTest::newRow("the summary page's button") << u"Command11"_s << 0;
     QTest::newRow("receive from the drop-down") << u"drop 1"_s << 1;
     QTest::newRow("send from the drop-down") << u"drop 2"_s << 2;
-    QTest::newRow("Outbox mail of no account: warned, no run") << u"stranger"_s << -1;
+    QTest::newRow("Outbox mail of no account: warned, no run") << u"mnuSendMail"_s << -1;
 }
 
 void tst_mainwindow::runs()
@@ -415,23 +397,12 @@ void tst_mainwindow::runs()
     QFETCH(QString, how);
     QFETCH(int, mode);
     putAccounts(*dir, {u"a@x.com"_s});
-    put(*dir, FolderFile::Outbox, {mail(u"1"_s, how == u"stranger" ? u"z@z.com"_s : u"a@x.com"_s)});
+    put(*dir, FolderFile::Outbox, {mail(u"1"_s, mode < 0 ? u"z@z.com"_s : u"a@x.com"_s)});
     frmMain *w = mainOn(how == u"Command11" ? Node::LocalFolders : Node::Inbox);
-    if (how == u"stranger")
+    if (mode < 0)
         boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::OutboxWithoutAccount);
 
-    if (how == u"ctrl+m") {
-        QVERIFY(QTest::qWaitForWindowActive(w));
-        QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);
-    } else if (how == u"button") {
-        clickButton(w->Toolbar1, w->toolbarButton(frmMain::tbSendReceive));
-    } else if (how.startsWith(u"drop")) {
-        w->sendReceiveMenu->actions().at(how.section(u' ', 1).toInt())->trigger();
-    } else if (how == u"Command11") {
-        QTest::mouseClick(w->Command11, Qt::LeftButton);
-    } else {
-        w->mnuSendMail->trigger();
-    }
+    act(w, how);
 
     frmSendAndReceive *run = forms::SendAndReceive();
     QCOMPARE(run->isVisible(), mode >= 0);
