@@ -1,20 +1,17 @@
 #include "fuzztargets.h"
 
-#include "store/appdir.h"
 #include "store/commit.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/mailstore.h"
 #include "store/profile.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "testsupport.h"
 
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
+using testsupport::DataDir;
 
 namespace {
 
@@ -24,7 +21,7 @@ void check(bool promise, const char *what)
         qFatal("broken: %s", what);
 }
 
-QStringList ids(const MailList &mails)
+QStringList idsOf(const MailList &mails)
 {
     QStringList ids;
     for (const EmailRec &m : mails)
@@ -43,40 +40,19 @@ void loadQuietly(Load load)
     }
 }
 
-QStringList files(const QDir &folder)
-{
-    return folder.entryList(QDir::Files | QDir::Hidden);
-}
-
-// The data folder of the run, emptied, with nothing of the store's cache left.
-QDir emptyDataFolder()
-{
-    static QTemporaryDir dir;
-    SetAppDir(dir.path());
-    SetSyncing(false);  // syncs only cost time: nothing survives a crash of this run
-    const QDir folder(dir.path());
-    for (const QString &name : files(folder))
-        QFile::remove(folder.filePath(name));
-    store::Forget();
-    return folder;
-}
-
 // Loading never loses bytes: the file stands as it was, or it was set
 // aside whole and the folder reads as empty.
 template<typename Load>
 void loadKeepsBytes(const QString &fileName, const QByteArray &bytes, Load load)
 {
-    const QDir folder = emptyDataFolder();
-    QFile file(folder.filePath(fileName));
-    check(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), "fixture");
-    file.close();
+    const DataDir dir;
+    dir.writeBytes(fileName, bytes);
     loadQuietly(load);
-    const QStringList left = files(folder);
+    const QStringList left = dir.entries();
     check(left.size() == 1
-              && (left.first() == fileName || left.first().startsWith(fileName + u".damaged-"_s)),
-          "one file, under its name or set aside");
-    QFile kept(folder.filePath(left.first()));
-    check(kept.open(QIODevice::ReadOnly) && kept.readAll() == bytes, "bytes kept");
+              && (left.first() == fileName || left.first().startsWith(fileName + u".damaged-"_s))
+              && dir.readBytes(left.first()) == bytes,
+          "bytes kept, under the file's name or set aside");
 }
 
 }  // namespace
@@ -97,7 +73,7 @@ int FuzzReader(const uint8_t *data, size_t size)
         const MailList mails = ParseFolder(FolderFile::Inbox, file);
         const ProfileFile written = ProfileFile::parse(FolderBytes(mails));
         check(!written.isBinary(), "folder written as text");
-        check(ids(mails) == ids(ParseFolder(FolderFile::Inbox, written)), "folder read back");
+        check(idsOf(mails) == idsOf(ParseFolder(FolderFile::Inbox, written)), "folder read back");
     });
     loadQuietly([&] {
         const AccountList accounts = ParseAccounts(file, 0);
@@ -110,6 +86,7 @@ int FuzzReader(const uint8_t *data, size_t size)
 
 int FuzzLoad(const uint8_t *data, size_t size)
 {
+    SetSyncing(false);  // syncs only cost time: nothing survives a crash of this run
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
     const QString inbox = FolderFile::fileName(FolderFile::Inbox);
     std::optional<MailList> loaded;
@@ -119,13 +96,13 @@ int FuzzLoad(const uint8_t *data, size_t size)
     // A folder the program loaded it can save and load again unchanged in
     // number and ids, and it is never taken for a damaged file.
     if (loaded) {
-        const QDir folder = emptyDataFolder();
+        const DataDir dir;
         FolderSet set;
         set.change(FolderFile::Inbox) = *loaded;
         set.commit();
         store::Forget();
-        check(ids(store::Folder(FolderFile::Inbox)) == ids(*loaded), "saved folder read back");
-        check(files(folder) == QStringList{inbox}, "saved folder kept");
+        check(idsOf(store::Folder(FolderFile::Inbox)) == idsOf(*loaded), "saved folder read back");
+        check(dir.entries() == QStringList{inbox}, "saved folder kept");
     }
     return 0;
 }
