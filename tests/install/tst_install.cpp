@@ -129,8 +129,8 @@ private slots:
             QCOMPARE(r.err.contains(u"无法写入数据文件夹"_s), !err.isEmpty());
         }
         // Nothing was written beside the installed program.
-        QCOMPARE(QDir(usr(u"bin"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                 QStringList{u"quillpost"_s});
+        const auto beside = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+        QCOMPARE(QDir(usr(u"bin"_s)).entryList(beside), QStringList{u"quillpost"_s});
     }
 };
 

@@ -22,7 +22,6 @@
 
 #include <array>
 #include <csignal>
-#include <cstdio>
 #include <ctime>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -122,7 +121,7 @@ int runInChild(Fault fault, rlim_t sizeLimit, const std::function<void()> &comma
         try {
             command();
         } catch (const FileError &e) {
-            std::fprintf(stderr, "%s\n", qPrintable(e.userText()));
+            qWarning("%s", qPrintable(e.userText()));
             ::_exit(e.filesUnchanged() && e.userText().contains(reason) ? AsExpected : Otherwise);
         }
         ::_exit(Otherwise);
@@ -255,9 +254,9 @@ void tst_storefaults::everyMessageOnceAfterAKill()
                                             .arg(trial).arg(dir.entries().join(u' '))));
         ++found[state];
     }
-    std::printf("kill trials: %d, one loop turn %.1f ms; killed past a journal (completed at "
-                "start-up) %d; found before sending %d, sent %d, received %d\n",
-                trials, double(cycleNs) / 1e6, afterJournal, found[0], found[1], found[2]);
+    qInfo("kill trials: %d, one loop turn %.1f ms; killed past a journal (completed at start-up) "
+          "%d; found before sending %d, sent %d, received %d",
+          trials, double(cycleNs) / 1e6, afterJournal, found[0], found[1], found[2]);
 }
 
 // A change whose renames failed after its journal is finished before the
