@@ -167,6 +167,8 @@ private slots:
         QTest::newRow("sections beyond the number are not read")
             << folderFile(1, full) << u"1|s|b|1|1"_s;
         QTest::newRow("101 messages fill a folder") << folderFile(101, full) << u"101|s|b|1|1"_s;
+        QTest::newRow("only four characters of the count are read")
+            << folderFile(102, full).replace("number=102", "number=00102") << u"10|s|b|1|1"_s;
         QTest::newRow("a count of 102 exceeds the capacity")
             << folderFile(102, full) << texts::TooManyMails + u"|7|kept"_s;
         QTest::newRow("a number above the sections fails on the empty body")
