@@ -1,41 +1,32 @@
 #include "fuzztargets.h"
 
-#include "store/appdir.h"
 #include "store/commit.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/mailstore.h"
 #include "store/profile.h"
+#include "testsupport.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <cstdio>
-#include <cstdlib>
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
+using testsupport::DataDir;
 
 namespace {
 
 void check(bool promise, const char *what)
 {
-    if (!promise) {
-        std::fprintf(stderr, "broken: %s\n", what);
-        std::abort();
-    }
+    if (!promise)
+        qFatal("broken: %s", what);
 }
 
-bool sameIds(const MailList &a, const MailList &b)
+QStringList idsOf(const MailList &mails)
 {
-    if (a.size() != b.size())
-        return false;
-    for (qsizetype i = 0; i < a.size(); ++i) {
-        if (a[i].id != b[i].id)
-            return false;
-    }
-    return true;
+    QStringList ids;
+    for (const EmailRec &m : mails)
+        ids << m.id;
+    return ids;
 }
 
 // Only the errors the loaders document end a load; anything else escapes.
@@ -49,41 +40,19 @@ void loadQuietly(Load load)
     }
 }
 
-QDir &dataFolder()
-{
-    static QTemporaryDir dir;
-    static QDir folder = [] {
-        SetAppDir(dir.path());
-        // Syncs only cost time here: nothing survives a crash of this run.
-        SetSyncing(false);
-        return QDir(dir.path());
-    }();
-    return folder;
-}
-
-void emptyDataFolder()
-{
-    for (const QString &name : dataFolder().entryList(QDir::Files | QDir::Hidden))
-        dataFolder().remove(name);
-}
-
 // Loading never loses bytes: the file stands as it was, or it was set
 // aside whole and the folder reads as empty.
 template<typename Load>
 void loadKeepsBytes(const QString &fileName, const QByteArray &bytes, Load load)
 {
-    emptyDataFolder();
-    QFile file(dataFolder().filePath(fileName));
-    check(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), "fixture");
-    file.close();
-    store::Forget();
+    const DataDir dir;
+    dir.writeBytes(fileName, bytes);
     loadQuietly(load);
-    const QStringList left = dataFolder().entryList(QDir::Files | QDir::Hidden);
-    check(left.size() == 1, "one file in the folder");
-    QFile kept(dataFolder().filePath(left.first()));
-    check(kept.open(QIODevice::ReadOnly) && kept.readAll() == bytes, "bytes kept");
-    check(left.first() == fileName || left.first().startsWith(fileName + u".damaged-"_s),
-          "kept under its name or set aside");
+    const QStringList left = dir.entries();
+    check(left.size() == 1
+              && (left.first() == fileName || left.first().startsWith(fileName + u".damaged-"_s))
+              && dir.readBytes(left.first()) == bytes,
+          "bytes kept, under the file's name or set aside");
 }
 
 }  // namespace
@@ -93,7 +62,6 @@ int FuzzReader(const uint8_t *data, size_t size)
     const ProfileFile file =
         ProfileFile::parse(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));
     file.isBlank();
-    file.isBinary();
     file.hasNumberedSection("email-");
     for (int buffer : {0, 1, 2, 3, 4, 5, ProfileFile::ValueBuffer})
         file.value("email-1", "subject", buffer);
@@ -105,7 +73,7 @@ int FuzzReader(const uint8_t *data, size_t size)
         const MailList mails = ParseFolder(FolderFile::Inbox, file);
         const ProfileFile written = ProfileFile::parse(FolderBytes(mails));
         check(!written.isBinary(), "folder written as text");
-        check(sameIds(mails, ParseFolder(FolderFile::Inbox, written)), "folder read back");
+        check(idsOf(mails) == idsOf(ParseFolder(FolderFile::Inbox, written)), "folder read back");
     });
     loadQuietly([&] {
         const AccountList accounts = ParseAccounts(file, 0);
@@ -118,28 +86,23 @@ int FuzzReader(const uint8_t *data, size_t size)
 
 int FuzzLoad(const uint8_t *data, size_t size)
 {
+    SetSyncing(false);  // syncs only cost time: nothing survives a crash of this run
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
     const QString inbox = FolderFile::fileName(FolderFile::Inbox);
-    MailList mails;
-    bool loaded = false;
-    loadKeepsBytes(inbox, bytes, [&] {
-        mails = store::Folder(FolderFile::Inbox);
-        loaded = true;
-    });
+    std::optional<MailList> loaded;
+    loadKeepsBytes(inbox, bytes, [&] { loaded = store::Folder(FolderFile::Inbox); });
     loadKeepsBytes(MailBoxFileName, bytes, [] { store::Accounts(); });
 
     // A folder the program loaded it can save and load again unchanged in
     // number and ids, and it is never taken for a damaged file.
     if (loaded) {
-        emptyDataFolder();
-        store::Forget();
+        const DataDir dir;
         FolderSet set;
-        set.change(FolderFile::Inbox) = mails;
+        set.change(FolderFile::Inbox) = *loaded;
         set.commit();
         store::Forget();
-        check(sameIds(store::Folder(FolderFile::Inbox), mails), "saved folder read back");
-        check(dataFolder().entryList(QDir::Files | QDir::Hidden) == QStringList{inbox},
-              "saved folder kept");
+        check(idsOf(store::Folder(FolderFile::Inbox)) == idsOf(*loaded), "saved folder read back");
+        check(dir.entries() == QStringList{inbox}, "saved folder kept");
     }
     return 0;
 }

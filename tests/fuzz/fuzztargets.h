@@ -10,7 +10,6 @@
 // Bytes taken as a folder file and as mailbox.dat by the reader and the
 // two loaders, in memory.
 int FuzzReader(const uint8_t *data, size_t size);
-
 // Bytes standing in a data folder, through the whole load path with its
 // setting aside, then saved and loaded again.
 int FuzzLoad(const uint8_t *data, size_t size);

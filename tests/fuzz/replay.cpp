@@ -4,16 +4,13 @@
 #include "fuzztargets.h"
 
 #include <QDir>
-#include <QFile>
-
-#include <cstdio>
 
 int main(int argc, char **argv)
 {
     if (argc != 2)
         return 2;
-    const QDir corpus(QFile::decodeName(argv[1]));
-    const QStringList names = corpus.entryList(QDir::Files);
+    const QDir corpus(QFile::decodeName(argv[1]), {}, QDir::Name, QDir::Files);
+    const QStringList names = corpus.entryList();
     for (const QString &name : names) {
         QFile file(corpus.filePath(name));
         if (!file.open(QIODevice::ReadOnly))
@@ -23,6 +20,6 @@ int main(int argc, char **argv)
         FuzzReader(data, size_t(bytes.size()));
         FuzzLoad(data, size_t(bytes.size()));
     }
-    std::printf("%lld corpus files replayed\n", static_cast<long long>(names.size()));
+    qInfo("%lld corpus files replayed", static_cast<long long>(names.size()));
     return names.isEmpty() ? 1 : 0;
 }

@@ -1,19 +1,27 @@
-// The folder files and the account file: the exact bytes written, what a
-// reading gives back (hand-edited files included), the limits, and files
-// that are no data files at all, which must be kept, never overwritten.
+// The data files from the bytes up: the profile reader, which must answer
+// as the platform's profile reader would whatever an editor did to a file;
+// the folder and account files, written to the byte and read back within
+// their limits; files that are no data files at all, set aside and never
+// overwritten; the data folder chosen; the random numbers of message ids.
 
 #include "store/appdir.h"
 #include "store/clock.h"
+#include "store/datadir.h"
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/mailstore.h"
+#include "store/profile.h"
+#include "store/state.h"
 #include "testsupport.h"
 #include "texts.h"
 
 #include <QDir>
-#include <QFile>
+#include <QSignalSpy>
+#include <QStringEncoder>
 #include <QTest>
+
+#include <climits>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
@@ -21,38 +29,24 @@ using Icon = Prompter::Icon;
 
 namespace {
 
-// One section of a folder file as its lines.
-QStringList section(int k, const QString &id, const QString &subject, const QString &content,
-                    const QString &isnew = u"1"_s)
+// Messages are given as "id|subject|content|isnew", isnew "1" when left out.
+// A folder file saying number, with a section for each message, the
+// content as stored; and the message such a section holds.
+QByteArray folderFile(int number, const QStringList &messages)
 {
-    return {u"[email-%1]"_s.arg(k), u"id="_s + id, u"from=f"_s, u"to=t"_s, u"alsoto="_s,
-            u"subject="_s + subject, u"content="_s + content, u"datetime=d"_s,
-            u"attachment="_s, u"isnew="_s + isnew, QString()};
-}
-
-QByteArray folderFile(int number, const QList<QStringList> &sections)
-{
-    QStringList lines = {u"[email]"_s, u"number="_s + QString::number(number), QString()};
-    for (const QStringList &s : sections)
-        lines += s;
+    QStringList lines{u"[email]"_s, u"number="_s + QString::number(number), QString()};
+    for (int k = 0; k < messages.size(); ++k) {
+        const QStringList m = messages[k].split(u'|');
+        lines << u"[email-%1]"_s.arg(k + 1) << u"id="_s + m[0] << u"from=f"_s << u"to=t"_s
+              << u"alsoto="_s << u"subject="_s + m[1] << u"content="_s + m[2] << u"datetime=d"_s
+              << u"attachment="_s << u"isnew="_s + m.value(3, u"1"_s) << QString();
+    }
     return crlfLines(lines);
 }
-
-EmailRec record(const QString &id, const QString &subject, const QString &content,
-                const QString &isnew = u"1"_s)
+EmailRec record(const QString &message)
 {
-    EmailRec m = mail(id, u"f"_s, u"t"_s, subject);
-    m.content = content;
-    m.datetime = u"d"_s;
-    m.isnew = isnew;
-    return m;
-}
-
-void save(int folder, const QList<EmailRec> &records)
-{
-    EmailArray mails;
-    std::copy(records.begin(), records.end(), mails.begin());
-    SaveEmails(folder, mails, MailCount(records.size()));
+    const QStringList m = message.split(u'|');
+    return {m[0], u"f"_s, u"t"_s, {}, m[1], m[2], u"d"_s, {}, 0, 0, m.value(3, u"1"_s)};
 }
 
 }  // namespace
@@ -62,294 +56,326 @@ class tst_store : public QObject
     Q_OBJECT
 
 private slots:
-    void writesExactBytes_data();
-    void writesExactBytes();
-    void readsBack_data();
-    void readsBack();
-    void failuresChangeNothing_data();
-    void failuresChangeNothing();
-    void notDataFilesAreKept_data();
-    void notDataFilesAreKept();
-    void folderInPlaceOfFile();
-    void linkedFileIsReadButReplacedByAFile();
-    void changesBehindTheProgramAreSeen();
-    void folderRoutines();
-};
-
-void tst_store::writesExactBytes_data()
-{
-    QTest::addColumn<QList<EmailRec>>("records");
-    QTest::addColumn<QByteArray>("expected");
-    QTest::newRow("count 0 writes three lines") << QList<EmailRec>{}
-                                                << QByteArray("[email]\r\nnumber=0\r\n\r\n");
-    QTest::newRow("values lower-cased and right-trimmed, body escaped in brackets")
-        << QList<EmailRec>{record(u"12345678"_s, u"Hello World  "_s, u"Dear Han,\r\n  See You. "_s)}
-        << folderFile(1, {section(1, u"12345678"_s, u"hello world"_s,
-                                  u"[dear han,\\n  see you. ]"_s)});
-    QTest::newRow("pasted control characters dropped, a lone line break kept as CR LF")
-        << QList<EmailRec>{record(u"1"_s, u"a\u001b[0mb\nc"_s, u"x\ry\nz\u0001"_s)}
-        << folderFile(1, {section(1, u"1"_s, u"a[0mb c"_s, u"[x\\ny\\nz]"_s)});
-    QTest::newRow("only A to Z lower-cased; sections numbered from 1")
-        << QList<EmailRec>{record(u"1"_s, u"a"_s, u"x"_s),
-                           record(u"2"_s, u"ÄÖ Ｈｉ 你好 ABC"_s, u"正文"_s, u"0"_s)}
-        << folderFile(2, {section(1, u"1"_s, u"a"_s, u"[x]"_s),
-                          section(2, u"2"_s, u"ÄÖ Ｈｉ 你好 abc"_s, u"[正文]"_s, u"0"_s)});
-}
-
-void tst_store::writesExactBytes()
-{
-    QFETCH(QList<EmailRec>, records);
-    DataDir dir;
-    save(FolderFile::Drafts, records);
-    QTEST(dir.readBytes(u"draft.dat"_s), "expected");
-
-    // Accounts: lower-cased, but trailing blanks kept.
-    MailBoxArray accounts;
-    accounts[0] = {u"Work Mail "_s, u"POP"_s, u"smtp"_s, u"Li"_s, u"Secret"_s, u"Li@X.cn"_s};
-    SaveMailBoxes(accounts, 1);
-    QCOMPARE(dir.readBytes(MailBoxFileName),
-             crlfLines({u"[mailbox]"_s, u"number=1"_s, QString(), u"[mailbox-1]"_s,
-                        u"name=work mail "_s, u"pop=pop"_s, u"smtp=smtp"_s, u"username=li"_s,
-                        u"userpassword=secret"_s, u"address=li@x.cn"_s, QString()}));
-}
-
-void tst_store::readsBack_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("expected");  // subject|content|id|isnew of the first message
-
-    const auto one = [](const QString &id, const QString &subject, const QString &content,
-                        const QString &isnew) {
-        return folderFile(1, {section(1, id, subject, content, isnew)});
-    };
-    QTest::newRow("line breaks, backslash-n and upper-case \\N")
-        << one(u"1"_s, u"s"_s, u"[a\\nb\\Nc]"_s, u"1"_s) << u"s|a\r\nb\r\nc|1|1"_s;
-    QTest::newRow("brackets only read as an empty body")
-        << one(u"1"_s, u"s"_s, u"[]"_s, u"1"_s) << u"s||1|1"_s;
-    QTest::newRow("ids and flags read as their leading number")
-        << one(u"00123"_s, u"s"_s, u"[b]"_s, u"yes"_s) << u"s|b|123|0"_s;
-    QTest::newRow("a flag 1abc is 1, an id abc is 0")
-        << one(u"abc"_s, u"s"_s, u"[b]"_s, u"1abc"_s) << u"s|b|0|1"_s;
-    QTest::newRow("a quoted subject loses its quotes, hand-edited capitals stay")
-        << one(u"1"_s, u"\"Hi\""_s, u"[B]"_s, u"0"_s) << u"Hi|B|1|0"_s;
-    QTest::newRow("a Chinese subject of 300 bytes is cut to 254")
-        << one(u"1"_s, QString(150, u'中'), u"[b]"_s, u"0"_s)
-        << QString(127, u'中') + u"|b|1|0"_s;
-    QTest::newRow("a body cut at 2047 bytes loses its last kept character too")
-        << one(u"1"_s, u"s"_s, u"["_s + QString(3000, u'x') + u']', u"0"_s)
-        << u"s|"_s + QString(2045, u'x') + u"|1|0"_s;
-    QTest::newRow("a number above the sections present reads as it says")
-        << folderFile(1, {section(1, u"1"_s, u"a"_s, u"[x]"_s), section(2, u"2"_s, u"b"_s, u"[y]"_s)})
-        << u"a|x|1|1"_s;
-}
-
-void tst_store::readsBack()
-{
-    QFETCH(QByteArray, file);
-    DataDir dir;
-    dir.writeBytes(u"receive_s.dat"_s, file);
-    EmailArray mails;
-    MailCount count = 0;
-    LoadEmails(FolderFile::SentItems, mails, count);
-    QVERIFY(count >= 1);
-    const EmailRec &m = mails[0];
-    QTEST(QStringList({m.subject, m.content, m.id, m.isnew}).join(u'|'), "expected");
-    QCOMPARE(m.folder, int(FolderFile::SentItems));
-    QCOMPARE(mails[count - 1].index, count - 1);
-}
-
-void tst_store::failuresChangeNothing_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<bool>("indexError");  // else a format error
-    QList<QStringList> full;
-    for (int k = 1; k <= 102; ++k)
-        full << section(k, QString::number(k), u"s"_s, u"[b]"_s);
-    QTest::newRow("102 messages exceed the capacity") << folderFile(102, full) << true;
-    QTest::newRow("number 9999 exceeds the capacity") << folderFile(9999, {}) << true;
-    QTest::newRow("a number above the sections fails on the empty body")
-        << folderFile(2, {section(1, u"1"_s, u"a"_s, u"[x]"_s)}) << false;
-    QTest::newRow("a body of one character is malformed")
-        << folderFile(1, {section(1, u"1"_s, u"a"_s, u"x"_s)}) << false;
-}
-
-void tst_store::failuresChangeNothing()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(bool, indexError);
-    DataDir dir;
-    dir.writeBytes(u"deleted_c.dat"_s, file);
-    EmailArray mails;
-    mails[0].id = u"kept"_s;
-    MailCount count = 7;
-    try {
-        LoadEmails(FolderFile::DeletedItems, mails, count);
-        QFAIL("the load went through");
-    } catch (const IndexError &) {
-        QVERIFY(indexError);
-    } catch (const FormatError &) {
-        QVERIFY(!indexError);
+    // Each row is a hand-made file and the value of k in a section.
+    void profileReads_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QByteArray>("section");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *name, const QByteArray &file, const QByteArray &section,
+                            const QString &expected) {
+            QTest::newRow(name) << file << section << expected;
+        };
+        const auto k = [&](const char *name, const QByteArray &file, const QString &expected) {
+            row(name, file, "a", expected);
+        };
+        // The value of a line "k=..." in section a.
+        const auto v = [&](const char *name, const QByteArray &value, const QString &expected) {
+            row(name, "[a]\r\nk=" + value, "a", expected);
+        };
+        // Names, blanks and lines
+        k("first section of a name, in any letter case", "[A]\r\nk=1\r\n[a]\r\nk=2", u"1"_s);
+        k("later section of a name is not merged in", "[a]\r\nj=1\r\n[a]\r\nk=2", {});
+        k("first key of a name, in any letter case", "[a]\r\nK=1\r\nk=2", u"1"_s);
+        k("blanks around lines, names and value dropped, inner kept",
+          " \t[ \t a \v]\r\n\r\n \t k \v= \t v  1 \v", u"v  1"_s);
+        k("header name ends at first bracket, rest of line ignored", "[a]b] k=0\r\nk=1", u"1"_s);
+        k("header without closing bracket", "[ a \r\nk=1", u"1"_s);
+        row("trail byte 0x5D does not end a name", "[x" + gb(u"匽"_s) + "y]\r\nk=1",
+            "x" + gb(u"匽"_s) + "y", u"1"_s);
+        k("lines before the first header belong to no section", "k=1\r\n[a]", {});
+        k("CR alone and LF alone end a line", "[a]\rk=1\nj=0", u"1"_s);
+        k("line without equals reads empty and hides a later key", "[a]\r\nk\r\nk=2", {});
+        // Values, quotes and buffer limits; the end of the file ends the last line.
+        v("first equals sign separates", "a=b", u"a=b"_s);
+        v("semicolon inside a value is text", "x;y", u"x;y"_s);
+        v("double quotes stripped, blanks inside kept", "\" a \"", u" a "_s);
+        v("blanks outside single quotes dropped first", "  'a'  ", u"a"_s);
+        v("mismatched quotes kept", "\"a'", u"\"a'"_s);
+        v("a lone quote kept", "\"", u"\""_s);
+        v("two quotes give empty", "''", {});
+        v("only one pair stripped", "\"\"a\"\"", u"\"a\""_s);
+        v("quotes stripped, then cut to 255 bytes", '"' + QByteArray(300, 'x') + '"',
+          QString(255, u'x'));
+        v("two-byte characters fill 255 exactly", "x" + gb(QString(200, u'中')),
+          u"x"_s + QString(127, u'中'));
+        // Encodings a text editor may have saved the file in
+        const QString inbox = u"收件箱 é𠀀"_s;
+        const auto utf16 = [&](QStringConverter::Encoding e) {
+            QStringEncoder encoder(e, QStringConverter::Flag::WriteBom);
+            return QByteArray(encoder.encode(u"[a]\r\nk="_s + inbox));
+        };
+        k("UTF-8 with a byte-order mark", "\xEF\xBB\xBF[a]\r\nk=" + inbox.toUtf8(), inbox);
+        k("UTF-16 little-endian", utf16(QStringConverter::Utf16LE), inbox);
+        k("UTF-16 big-endian", utf16(QStringConverter::Utf16BE), inbox);
+        v("UTF-8 without a mark, Chinese text", inbox.toUtf8(), inbox);
+        v("GB18030 that is also valid UTF-8 stays GB18030", gb(u"隆"_s), u"隆"_s);
+        v("UTF-8 Latin text without Chinese stays GB18030", "\xC3\xA9", u"茅"_s);
+        v("UTF-8 cut as the GB18030 it becomes", QString(200, u'中').toUtf8(), QString(127, u'中'));
     }
-    QCOMPARE(count, MailCount(7));
-    QCOMPARE(mails[0].id, u"kept"_s);
-    QCOMPARE(dir.readBytes(u"deleted_c.dat"_s), file);
-
-    // A 102nd message is refused before anything is written.
-    EmailArray many;
-    QVERIFY_THROWS_EXCEPTION(IndexError, SaveEmails(FolderFile::Inbox, many, 102));
-    QVERIFY(!dir.exists(u"receive_c.dat"_s));
-}
-
-void tst_store::notDataFilesAreKept_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("bytes");
-    const QByteArray valid = folderFile(1, {section(1, u"1"_s, u"a"_s, u"[x]"_s)});
-    QTest::newRow("random bytes") << u"receive_c.dat"_s
-                                  << QByteArray::fromHex("8f00e31b7a7f0102c3ffee10");
-    QTest::newRow("a folder file with NUL bytes") << u"receive_c.dat"_s
-                                                  << QByteArray(valid).insert(10, '\0');
-    QTest::newRow("UTF-16 without its byte-order mark")
-        << u"send_c.dat"_s << QByteArray("[\0e\0m\0a\0i\0l\0]\0", 14);
-    QTest::newRow("no header, messages present")
-        << u"draft.dat"_s << crlfLines(section(1, u"1"_s, u"a"_s, u"[x]"_s));
-    QTest::newRow("a count that is no number, messages present")
-        << u"receive_s.dat"_s << QByteArray(valid).replace("number=1", "number=abc");
-    QTest::newRow("accounts without their header")
-        << MailBoxFileName << crlfLines({u"[mailbox-1]"_s, u"address=a@x.cn"_s});
-}
-
-void tst_store::notDataFilesAreKept()
-{
-    QFETCH(QString, file);
-    QFETCH(QByteArray, bytes);
-    DataDir dir;
-    ScriptedPrompter boxes;
-    dir.writeBytes(file, bytes);
-    const QString aside = file + u".damaged-20261123-1105"_s;
-    boxes.expectMessage(Icon::Exclamation, texts::AppTitle,
-                        texts::DamagedFileSetAside.arg(file, aside, QDir::toNativeSeparators(dir.path())));
-    SetClock([] { return QDateTime(QDate(2026, 11, 23), QTime(11, 5)); });
-
-    // It reads as empty, the user is told once where it went, and the
-    // next save writes a fresh file beside it.
-    if (file == MailBoxFileName) {
-        QVERIFY(store::Accounts().isEmpty());
-        SaveMailBoxes(MailBoxArray(), 0);
-    } else {
-        const int folder = QStringList{u"receive_c.dat"_s, u"send_c.dat"_s, u"receive_s.dat"_s,
-                                       u"deleted_c.dat"_s, u"draft.dat"_s}.indexOf(file);
-        QVERIFY(store::Folder(folder).isEmpty());
-        QVERIFY(store::Folder(folder).isEmpty());
-        save(folder, {record(u"2"_s, u"new"_s, u"b"_s)});
+    void profileReads()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QByteArray, section);
+        QTEST(ProfileFile::parse(file).value(section, "k"), "expected");
     }
-    SetClock({});
-    QVERIFY2(boxes.done(), boxes.report());
-    QCOMPARE(dir.readBytes(aside), bytes);
-    QVERIFY(dir.readBytes(file) != bytes);
-}
 
-void tst_store::folderInPlaceOfFile()
-{
-    DataDir dir;
-    QVERIFY(QDir(dir.path()).mkdir(u"receive_c.dat"_s));
-    QVERIFY_THROWS_EXCEPTION(FileError, store::Folder(FolderFile::Inbox));
-    try {
-        save(FolderFile::Inbox, {});
-        QFAIL("saved over a folder");
-    } catch (const FileError &error) {
-        QVERIFY(error.userText().contains(texts::ReasonIsFolder));
-        QVERIFY(error.filesUnchanged());
+    void writesExactBytes_data()
+    {
+        QTest::addColumn<QList<EmailRec>>("records");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("count 0 writes three lines")
+            << QList<EmailRec>{} << QByteArray("[email]\r\nnumber=0\r\n\r\n");
+        QTest::newRow("only A to Z lower-cased, values right-trimmed, bodies in brackets")
+            << QList{record(u"1|Hello World  |Dear Han,\r\n  See You. "_s),
+                     record(u"2|ÄÖ Ｈｉ 你好 ABC|正文|0"_s), record(u"3|   |x"_s)}
+            << folderFile(3, {u"1|hello world|[dear han,\\n  see you. ]"_s,
+                              u"2|ÄÖ Ｈｉ 你好 abc|[正文]|0"_s, u"3||[x]"_s});
+        QTest::newRow("pasted control characters dropped, a lone line break kept as CR LF")
+            << QList{record(u"1|a\u001b[0mb\nc|x\ry\nz\u0001"_s)}
+            << folderFile(1, {u"1|a[0mb c|[x\\ny\\nz]"_s});
     }
-    QVERIFY(QFileInfo(dir.filePath(u"receive_c.dat"_s)).isDir());
-    QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
-
-    // A data folder found read-only at start-up refuses every save, saying why.
-    SetDataReadOnly(true);
-    try {
-        SaveMailBoxes(MailBoxArray(), 0);
-        QFAIL("saved in a read-only folder");
-    } catch (const FileError &error) {
-        QCOMPARE(error.userText(), DataReadOnlyText());
+    void writesExactBytes()
+    {
+        QFETCH(QList<EmailRec>, records);
+        QTEST(FolderBytes(records), "expected");
     }
-    SetDataReadOnly(false);
-    QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
-}
 
-void tst_store::linkedFileIsReadButReplacedByAFile()
-{
-    DataDir dir;
-    QTemporaryDir elsewhere;
-    const QString target = QDir(elsewhere.path()).filePath(u"shared.dat"_s);
-    const QByteArray original = FolderBytes({record(u"1"_s, u"linked"_s, u"b"_s)});
-    QFile f(target);
-    QVERIFY(f.open(QIODevice::WriteOnly) && f.write(original) == original.size());
-    f.close();
-    QVERIFY(QFile::link(target, dir.filePath(u"draft.dat"_s)));
-
-    QCOMPARE(ids(FolderFile::Drafts), u"1"_s);
-    save(FolderFile::Drafts, {});
-    QVERIFY(!QFileInfo(dir.filePath(u"draft.dat"_s)).isSymLink());
-    QCOMPARE(ids(FolderFile::Drafts), QString());
-    QFile again(target);
-    QVERIFY(again.open(QIODevice::ReadOnly));
-    QCOMPARE(again.readAll(), original);
-}
-
-void tst_store::changesBehindTheProgramAreSeen()
-{
-    // Another program rewrites a folder in place, at once and with the same
-    // size: the file's time cannot tell, its bytes do.
-    DataDir dir;
-    put(dir, FolderFile::Inbox, {mail(u"11111111"_s)});
-    QCOMPARE(ids(FolderFile::Inbox), u"11111111"_s);
-    QFile f(dir.filePath(u"receive_c.dat"_s));
-    QVERIFY(f.open(QIODevice::ReadWrite));
-    const QByteArray changed = f.readAll().replace("11111111", "22222222");
-    QVERIFY(f.seek(0) && f.write(changed) == changed.size());
-    f.close();
-    QCOMPARE(ids(FolderFile::Inbox), u"22222222"_s);
-}
-
-void tst_store::folderRoutines()
-{
-    DataDir dir;
-    ScriptedPrompter boxes;
-    // A folder number outside 0..5 is told and changes nothing.
-    for (int bad : {-1, 6}) {
-        boxes.expectMessage(Icon::Exclamation, texts::ErrorTitle, texts::FolderOutOfRange);
+    void loads_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        // The count, subject, content, id and isnew of the first message; or
+        // the error, the count and the first id the caller keeps.
+        QTest::addColumn<QString>("expected");
+        const auto one = [](const char *name, const QString &message, const QString &expected) {
+            QTest::newRow(name) << folderFile(1, {message}) << expected;
+        };
+        const QString badBody = texts::BadStoredContent + u"|7|kept"_s;
+        one("line breaks, backslash-n and upper-case \\N", u"1|s|[a\\nb\\Nc]"_s,
+            u"1|s|a\r\nb\r\nc|1|1"_s);
+        one("brackets only read as an empty body", u"1|s|[]"_s, u"1|s||1|1"_s);
+        one("a body of one character is malformed", u"1|s|x"_s, badBody);
+        one("ids and flags read as their leading number, else 0", u"abc|s|[b]|01abc"_s,
+            u"1|s|b|0|1"_s);
+        one("blanks before the number are skipped", u"' 12'|s|[b]"_s, u"1|s|b|12|1"_s);
+        one("hand-edited capitals stay", u"1|Hi|[B]"_s, u"1|Hi|B|1|1"_s);
+        one("a Chinese subject of 300 bytes is cut to 254", u"1|"_s + QString(150, u'中') + u"|[b]",
+            u"1|"_s + QString(127, u'中') + u"|b|1|1"_s);
+        one("a body cut at 2047 bytes loses its last kept character too",
+            u"1|s|["_s + QString(3000, u'x') + u']', u"1|s|"_s + QString(2045, u'x') + u"|1|1"_s);
+        const QStringList full(102, u"1|s|[b]"_s);
+        QTest::newRow("sections beyond the number are not read")
+            << folderFile(1, full) << u"1|s|b|1|1"_s;
+        QTest::newRow("101 messages fill a folder") << folderFile(101, full) << u"101|s|b|1|1"_s;
+        QTest::newRow("only four characters of the count are read")
+            << folderFile(102, full).replace("number=102", "number=00102") << u"10|s|b|1|1"_s;
+        QTest::newRow("a count of 102 exceeds the capacity")
+            << folderFile(102, full) << texts::TooManyMails + u"|7|kept"_s;
+        QTest::newRow("a number above the sections fails on the empty body")
+            << folderFile(2, full.mid(0, 1)) << badBody;
+    }
+    void loads()
+    {
+        QFETCH(QByteArray, file);
+        DataDir dir;
+        dir.writeBytes(u"receive_s.dat"_s, file);
         EmailArray mails;
-        MailCount count = 3;
-        LoadEmails(bad, mails, count);
-        QCOMPARE(count, MailCount(3));
-        boxes.expectMessage(Icon::Exclamation, texts::ErrorTitle, texts::FolderOutOfRange);
-        SaveEmails(bad, mails, 0);
+        mails[0].id = u"kept"_s;
+        MailCount count = 7;
+        const EmailRec &m = mails[0];
+        QString got;
+        try {
+            LoadEmails(FolderFile::SentItems, mails, count);
+            got = QString::number(count) + u'|' + m.subject + u'|' + m.content + u'|' + m.id + u'|'
+                + m.isnew;
+            QCOMPARE(m.folder, int(FolderFile::SentItems));
+            QCOMPARE(mails[count - 1].index, count - 1);
+        } catch (const StoreError &error) {
+            got = error.userText() + u'|' + QString::number(count) + u'|' + m.id;
+        }
+        QTEST(got, "expected");
+        QCOMPARE(dir.entries(), QStringList{u"receive_s.dat"_s});  // no load writes
+        QCOMPARE(dir.readBytes(u"receive_s.dat"_s), file);
     }
-    QVERIFY2(boxes.done(), boxes.report());
-    QCOMPARE(dir.entries(), QStringList());
 
-    // CountUnread counts exactly "1"; RemoveEmailAt moves whole records down
-    // and leaves the last slot as it was.
-    put(dir, FolderFile::DeletedItems, mails(4, 3));
-    QCOMPARE(CountUnread(FolderFile::DeletedItems), MailCount(3));
-    EmailArray shifted;
-    for (int i = 0; i < MAX_FOLDER_MAILS; ++i)
-        shifted[i].id = QString::number(i);
-    RemoveEmailAt(shifted, 98);
-    QCOMPARE(shifted[98].id + shifted[99].id + shifted[100].id, u"99100100"_s);
-    RemoveEmailAt(shifted, 100);
-    QCOMPARE(shifted[100].id, u"100"_s);
+    void notDataFilesAreSetAside_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("bytes");
+        const QByteArray valid = folderFile(1, {u"1|a|[x]"_s});
+        QTest::newRow("UTF-16 without its byte-order mark")
+            << u"send_c.dat"_s << QByteArray("[\0e\0m\0a\0i\0l\0]\0", 14);
+        QTest::newRow("no header, messages present")
+            << u"draft.dat"_s << QByteArray(valid).replace("[email]", "");
+        QTest::newRow("a count that is no number, messages present")
+            << u"receive_s.dat"_s << QByteArray(valid).replace("number=1", "number=abc");
+        QTest::newRow("accounts without their header")
+            << MailBoxFileName << crlfLines({u"[mailbox-1]"_s, u"address=a@x.cn"_s});
+    }
+    // Such a file reads as empty, and the user is told once where it went.
+    void notDataFilesAreSetAside()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, bytes);
+        DataDir dir;
+        ScriptedPrompter boxes;
+        dir.writeBytes(file, bytes);
+        const QString aside = file + u".damaged-20261123-1105"_s;
+        boxes.expectMessage(Icon::Exclamation, texts::AppTitle,
+                            texts::DamagedFileSetAside.arg(file, aside,
+                                                           QDir::toNativeSeparators(dir.path())));
+        SetClock([] { return QDateTime(QDate(2026, 11, 23), QTime(11, 5)); });
+        int f = 0;
+        while (f < FolderFile::Count && FolderFile::fileName(f) != file)
+            ++f;
+        for (int read = 0; read < 2; ++read)
+            QVERIFY(f < FolderFile::Count ? stored(f).isEmpty() : store::Accounts().isEmpty());
+        SetClock({});
+        QVERIFY2(boxes.done(), boxes.report());
+        QCOMPARE(dir.entries(), QStringList{aside});
+        QCOMPARE(dir.readBytes(aside), bytes);
+    }
 
-    // Accounts read by a count given from outside: the file's number is not
-    // asked.
-    putAccounts(dir, {u"a@x.cn"_s, u"b@x.cn"_s, u"c@x.cn"_s});
-    MailBoxArray accounts;
-    MailCount count = 2;
-    LoadMailBoxes(accounts, count);
-    QCOMPARE(count, MailCount(2));
-    QCOMPARE(accounts[1].address, u"b@x.cn"_s);
-    QCOMPARE(accounts[2].address, QString());
-}
+    void savesRefusedWithReason()
+    {
+        // A folder where a file belongs is not read as an empty file, to be
+        // replaced.
+        DataDir dir;
+        QVERIFY(QDir(dir.path()).mkdir(u"receive_c.dat"_s));
+        QVERIFY_THROWS_EXCEPTION(FileError, stored(FolderFile::Inbox));
+        // A data folder found read-only at start-up refuses every save, saying
+        // why; no window is told of a change.
+        QSignalSpy changes(&storeEvents(), &StoreEvents::folderChanged);
+        SetDataReadOnly(true);
+        try {
+            SaveEmails(FolderFile::Drafts, EmailArray(), 0);
+            QFAIL("saved in a read-only data folder");
+        } catch (const FileError &error) {
+            QCOMPARE(error.userText(), DataReadOnlyText());
+        }
+        SetDataReadOnly(false);
+        QCOMPARE(changes.count(), 0);
+        // A 102nd message is refused before anything is written.
+        QVERIFY_THROWS_EXCEPTION(IndexError, SaveEmails(FolderFile::Drafts, EmailArray(), 102));
+        QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
+    }
+
+    void changesBehindTheProgramAreSeen()
+    {
+        // Another program rewrites a folder the program just wrote, in
+        // place, at once and with the same size: the file's time cannot
+        // tell, its bytes do; and what is read replaces what was written.
+        DataDir dir;
+        EmailArray one;
+        one[0] = mail(u"11111111"_s);
+        SaveEmails(FolderFile::Inbox, one, 1);
+        QFile f(dir.filePath(u"receive_c.dat"_s));
+        QVERIFY(f.open(QIODevice::ReadWrite));
+        const QByteArray changed = f.readAll().replace("11111111", "22222222");
+        QVERIFY(f.seek(0) && f.write(changed) == changed.size());
+        f.close();
+        QCOMPARE(ids(FolderFile::Inbox), u"22222222"_s);
+        QCOMPARE(ids(FolderFile::Inbox), u"22222222"_s);
+    }
+
+    void folderAndAccountRoutines()
+    {
+        DataDir dir;
+        ScriptedPrompter boxes;
+        // A folder number outside 0..5 is told and changes nothing.
+        boxes.expectMessage(Icon::Exclamation, texts::ErrorTitle, texts::FolderOutOfRange);
+        boxes.expectMessage(Icon::Exclamation, texts::ErrorTitle, texts::FolderOutOfRange);
+        EmailArray array;
+        MailCount count = 3;
+        LoadEmails(6, array, count);
+        QCOMPARE(count, MailCount(3));
+        SaveEmails(-1, array, 0);
+        QVERIFY2(boxes.done(), boxes.report());
+        QCOMPARE(dir.entries(), QStringList());
+
+        // CountUnread counts exactly "1"; RemoveEmailAt moves whole records
+        // down and leaves the last slot as it was.
+        put(dir, FolderFile::DeletedItems, mails(4, 3));
+        QCOMPARE(CountUnread(FolderFile::DeletedItems), MailCount(3));
+        for (int i = 0; i < MAX_FOLDER_MAILS; ++i)
+            array[i].id = QString::number(i);
+        RemoveEmailAt(array, 98);
+        QCOMPARE(array[98].id + array[99].id + array[100].id, u"99100100"_s);
+
+        // Accounts are written lower-cased, but keep their trailing blanks.
+        QCOMPARE(AccountBytes({{u"Work Mail "_s, u"POP"_s, u"smtp"_s, u"Li"_s, u"Secret"_s,
+                                u"Li@X.cn"_s}}),
+                 crlfLines({u"[mailbox]"_s, u"number=1"_s, QString(), u"[mailbox-1]"_s,
+                            u"name=work mail "_s, u"pop=pop"_s, u"smtp=smtp"_s, u"username=li"_s,
+                            u"userpassword=secret"_s, u"address=li@x.cn"_s, QString()}));
+        // A file of 21 accounts loads; read by a count given from outside,
+        // the file's number is not asked.
+        QStringList addresses{u"a@x.cn"_s, u"b@x.cn"_s, u"c@x.cn"_s};
+        addresses.resize(MAX_MAILBOXES);
+        putAccounts(dir, addresses);
+        QCOMPARE(store::Accounts().size(), MAX_MAILBOXES);
+        MailBoxArray accounts;
+        count = 2;
+        LoadMailBoxes(accounts, count);
+        QCOMPARE(count, MailCount(2));
+        QCOMPARE(accounts[1].address + u'|' + accounts[2].address, u"b@x.cn|"_s);
+        // A count that is no number is no damage while no message section follows.
+        dir.writeBytes(u"draft.dat"_s, "[email]\r\nnumber=none\r\n[email-]\r\n");
+        QVERIFY(stored(FolderFile::Drafts).isEmpty() && dir.exists(u"draft.dat"_s));
+    }
+
+    // The file system is replaced by a list of folders the probe may write,
+    // so no real /usr, USB stick or read-only home is needed.
+    void choosesTheDataFolder_data()
+    {
+        QTest::addColumn<QString>("exeDir");
+        QTest::addColumn<QString>("requested");
+        QTest::addColumn<QStringList>("writable");
+        QTest::addColumn<QString>("chosen");  // marked "!" when it cannot be written
+        const auto row = [](const char *name, const QString &exeDir, const QString &requested,
+                            const QStringList &writable, const QString &chosen) {
+            QTest::newRow(name) << exeDir << requested << writable << chosen;
+        };
+        const QString home = u"/home/li/.local/share/quillpost-express"_s, usb = u"/media/q"_s,
+                      bin = u"/usr/bin"_s, mine = u"/home/li/programs"_s, opt = u"/optical"_s;
+        row("copy in a read-only folder uses the per-user folder", usb, {}, {home}, home);
+        row("installed in /usr/bin uses the per-user folder, even for root", bin, {}, {bin, home},
+            home);
+        row("a prefix itself, given with a trailing slash, counts as installed", mine, {},
+            {mine, home}, home);
+        row("a folder whose name only begins like a prefix is portable", opt, {}, {opt, home}, opt);
+        row("--data-dir wins over a writable portable folder", usb, u"/srv/3/"_s,
+            {usb, u"/srv/3"_s, home}, u"/srv/3"_s);
+        row("nothing writable: the per-user folder, read-only", bin, {}, {bin}, u'!' + home);
+    }
+    void choosesTheDataFolder()
+    {
+        QFETCH(QString, exeDir);
+        QFETCH(QString, requested);
+        QFETCH(QStringList, writable);
+        const DataDirChoice choice = ChooseDataDir(
+            {exeDir, {u"/usr"_s, u"/usr/local"_s, u"/opt"_s, u"/home/li/programs/"_s}, requested,
+             u"/home/li/.local/share/quillpost-express"_s,
+             [&](const QString &dir) { return writable.contains(dir); }});
+        QTEST(choice.readOnly ? u'!' + choice.dir : choice.dir, "chosen");
+    }
+
+    void randomNumbers()
+    {
+        QSet<qint32> drawn, small;
+        for (int i = 0; i < 20000; ++i) {
+            drawn.insert(RandomBetween(10000000, 99999999));
+            small.insert(RandomBetween(1, 3));
+        }
+        QVERIFY(drawn.size() > 19000);  // draws differ, not one value repeated
+        const auto [low, high] = std::minmax_element(drawn.cbegin(), drawn.cend());
+        QVERIFY(*low >= 10000000 && *high <= 99999999);
+        QCOMPARE(small, (QSet<qint32>{1, 2, 3}));  // both ends, nothing beyond
+        // A span of 2^31 does not fit in 32 bits; one less does.
+        QVERIFY_THROWS_EXCEPTION(OverflowError, RandomBetween(0, INT_MAX));
+        QVERIFY(RandomBetween(0, INT_MAX - 1) >= 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_store)
 #include "tst_store.moc"
