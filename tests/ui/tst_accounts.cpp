@@ -104,263 +104,251 @@ private slots:
     void init() { begin(); }
     void cleanup() { end(); }
 
-    void dialog();
-    void deleting_data();
-    void deleting();
-    void wizardNextRule_data();
-    void wizardNextRule();
-    void wizardCancel_data();
-    void wizardCancel();
-    void ensureMailBox_data();
-    void ensureMailBox();
-    void properties_data();
-    void properties();
-};
+    void dialog()
+    {
+        frmMailBox *d = openDialog(*dir, 3);
+        QCOMPARE(rows(d).join(u'|'), u"logon1|logon2|logon3"_s);
+        QVERIFY(!canDeleteOrEdit(d) && !d->Command[0]->isEnabled() && d->Command[3]->isEnabled());
+        // A row clicked enables Delete and Properties; a click beside the rows
+        // takes the selection away, remembering the row.
+        choose(d, 1);
+        QVERIFY(canDeleteOrEdit(d) && d->SelectedName == u"logon2");
+        choose(d, -1);
+        QVERIFY(!d->btnDelete->isEnabled() && d->ListView1->selectedItems().isEmpty());
+        QCOMPARE(d->SelectedIndex, 1.0f);
+        // The news tab shows nothing.
+        d->TabStrip1->setCurrentIndex(2);
+        QCOMPARE(d->ListView1->topLevelItemCount(), 0);
+        d->TabStrip1->setCurrentIndex(0);
+        // The table is read from the file only while the dialog holds none.
+        d->close();
+        dir->writeBytes(MailBoxFileName, AccountBytes(accounts(4)));
+        d->show();
+        QCOMPARE(rows(d).size(), 3);
 
-void tst_accounts::dialog()
-{
-    frmMailBox *d = openDialog(*dir, 3);
-    QCOMPARE(rows(d).join(u'|'), u"logon1|logon2|logon3"_s);
-    QVERIFY(!canDeleteOrEdit(d) && !d->Command[0]->isEnabled() && d->Command[3]->isEnabled());
-    // A row clicked enables Delete and Properties; a click beside the rows
-    // takes the selection away, remembering the row.
-    choose(d, 1);
-    QVERIFY(canDeleteOrEdit(d) && d->SelectedName == u"logon2");
-    choose(d, -1);
-    QVERIFY(!d->btnDelete->isEnabled() && d->ListView1->selectedItems().isEmpty());
-    QCOMPARE(d->SelectedIndex, 1.0f);
-    // The news tab shows nothing.
-    d->TabStrip1->setCurrentIndex(2);
-    QCOMPARE(d->ListView1->topLevelItemCount(), 0);
-    d->TabStrip1->setCurrentIndex(0);
-    // The table is read from the file only while the dialog holds none.
-    d->close();
-    dir->writeBytes(MailBoxFileName, AccountBytes(accounts(4)));
-    d->show();
-    QCOMPARE(rows(d).size(), 3);
-
-    // 22 accounts by hand: the table cannot hold them, and an empty table
-    // offered instead would replace the file at its first save: it goes.
-    forms::destroyAll();
-    boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
-                         texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
-    d = openDialog(*dir, 22);
-    const QByteArray before = allFiles(*dir);
-    QTRY_VERIFY(!d->isVisible());
-    QCOMPARE(allFiles(*dir), before);
-}
-
-void tst_accounts::deleting_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("keys");
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<QList<int>>("left");
-    QTest::newRow("the only account leaves number=0") << 1 << 0 << false << true << QList<int>{};
-    QTest::newRow("slot 3 of 5 moves the later ones up") << 5 << 2 << false << true << QList<int>{1, 2, 4, 5};
-    QTest::newRow("answering No keeps them all") << 3 << 1 << false << false << QList<int>{1, 2, 3};
-    QTest::newRow("the Delete key on a row reached by arrows") << 3 << 1 << true << true << QList<int>{1, 3};
-}
-
-void tst_accounts::deleting()
-{
-    QFETCH(int, count);
-    QFETCH(int, row);
-    QFETCH(bool, keys);
-    QFETCH(bool, yes);
-    QFETCH(QList<int>, left);
-    frmMailBox *d = openDialog(*dir, count);
-    // The question names the logon name, not the display name; Enter says No.
-    boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon%1"_s.arg(row + 1)), yes);
-    choose(d, row, keys);
-    QVERIFY(canDeleteOrEdit(d));
-    keys ? QTest::keyClick(d->ListView1, Qt::Key_Delete) : QTest::mouseClick(d->btnDelete, Qt::LeftButton);
-    QList<MailBoxRec> expected;
-    for (int k : left)
-        expected << accounts(5).at(k - 1);
-    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
-    QCOMPARE(rows(d).size(), expected.size());
-    QCOMPARE(canDeleteOrEdit(d), !yes);  // a rebuild disables them again
-    QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-}
-
-void tst_accounts::wizardNextRule_data()
-{
-    QTest::addColumn<int>("page");
-    QTest::addColumn<QStringList>("acts");  // "Box=text", "Box=" erases, "click Name"
-    QTest::addColumn<bool>("next");
-    const auto row = [](const char *name, int p, QStringList acts, bool on) {
-        QTest::newRow(name) << p << acts << on;
-    };
-    row("page 1 opens with Next disabled", 1, {}, false);
-    row("page 1 disables Next when the name is erased", 1, {u"Text1=Ann"_s, u"Text1="_s}, false);
-    row("page 2 allows Next once an address is typed", 2, {u"Text1=a@b.c"_s}, true);
-    row("page 2 sign-up does not allow Next", 2, {u"click Option2"_s}, false);
-    row("page 3 refuses only the incoming server", 3, {u"Text1=pop"_s}, false);
-    row("page 3 refuses only the outgoing server", 3, {u"Text2=smtp"_s}, false);
-    row("page 3 allows Next with both servers", 3, {u"Text1=pop"_s, u"Text2=smtp"_s}, true);
-    row("page 4 allows Next with a name and no password", 4, {u"Text1=ann"_s}, true);
-    row("page 4 refuses a password alone", 4, {u"Text2=pw"_s}, false);
-}
-
-void tst_accounts::wizardNextRule()
-{
-    QFETCH(int, page);
-    QFETCH(QStringList, acts);
-    QDialog *p = QList<QDialog *>{forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
-                                  forms::MainBoxAdd4()}[page - 1];
-    p->show();
-    for (const QString &act : acts) {
-        auto *box = p->findChild<QLineEdit *>(act.section(u'=', 0, 0));
-        if (act.startsWith(u"click "_s)) {
-            click(p, act.mid(6));
-        } else if (act.section(u'=', 1).isEmpty()) {
-            box->selectAll();
-            QTest::keyClick(box, Qt::Key_Backspace);
-        } else {
-            QTest::keyClicks(box, act.section(u'=', 1));
-        }
-    }
-    QTEST(p->findChild<QPushButton *>(u"btnForWard"_s)->isEnabled(), "next");
-    // The sign-up option takes the address box away; the remembered
-    // password's box follows its check box.
-    if (page == 2)
-        QCOMPARE(forms::MainBoxAdd2()->Text1->isEnabled(), !forms::MainBoxAdd2()->Combo1->isEnabled());
-    if (page == 4) {
-        click(p, u"Check1"_s);
-        QVERIFY(!forms::MainBoxAdd4()->Text2->isEnabled());
-    }
-}
-
-void tst_accounts::wizardCancel_data()
-{
-    QTest::addColumn<int>("onPage");
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<bool>("yes");
-    QTest::newRow("Cancel on page 5 closes every page") << 5 << u"cancel"_s << true;
-    QTest::newRow("Escape on page 3 asks the same") << 3 << u"escape"_s << true;
-    QTest::newRow("No leaves every page open") << 2 << u"cancel"_s << false;
-}
-
-void tst_accounts::wizardCancel()
-{
-    QFETCH(int, onPage);
-    QFETCH(QString, how);
-    QFETCH(bool, yes);
-    openDialog(*dir, 1);
-    const QByteArray before = allFiles(*dir);
-    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, yes);
-    if (!yes)
-        boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
-    QList<int> openAfterNo;
-    ModalScript script;
-    walkWizard(script, WizardAnswers(), onPage, false);
-    script.on(u"frmMainBoxAdd"_s + QString::number(onPage), [&](QWidget *w) {
-        how == u"escape" ? QTest::keyClick(w, Qt::Key_Escape) : click(w, u"btnCancel"_s);
-        if (!yes) {
-            openAfterNo = openPages();
-            click(w, u"btnCancel"_s);  // then leaves for good
-        }
-    });
-    script.start();
-    forms::MailBox()->mnuEmail_Click();
-    QVERIFY2(script.finished(), script.report());
-    QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-    QVERIFY(yes || openAfterNo == (QList<int>{1, 2}));
-    QCOMPARE(openPages(), QList<int>());
-    QVERIFY(!forms::MailBox()->Changed);
-    QCOMPARE(allFiles(*dir), before);
-}
-
-void tst_accounts::ensureMailBox_data()
-{
-    QTest::addColumn<int>("present");
-    QTest::addColumn<bool>("finish");
-    QTest::addColumn<bool>("abandon");
-    QTest::newRow("no account: a finished wizard stores it, the command goes on") << 0 << true << false;
-    QTest::newRow("no account: a cancelled wizard ends the command") << 0 << false << true;
-    QTest::newRow("an account on file: no wizard") << 1 << false << false;
-    QTest::newRow("21 accounts: a 22nd is refused, nothing written") << 21 << true << false;
-}
-
-void tst_accounts::ensureMailBox()
-{
-    QFETCH(int, present);
-    QFETCH(bool, finish);
-    QFETCH(bool, abandon);
-    if (present)
-        dir->writeBytes(MailBoxFileName, AccountBytes(accounts(present)));
-    ModalScript script;
-    if (present != 1) {
-        walkWizard(script, WizardAnswers(), finish ? 5 : 2, finish);
-        if (!finish) {
-            boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
-            script.on(u"frmMainBoxAdd2"_s, [](QWidget *w) { click(w, u"btnCancel"_s); });
-        }
-        script.start();
-    }
-    if (present == 21) {
+        // 22 accounts by hand: the table cannot hold them, and an empty table
+        // offered instead would replace the file at its first save: it goes.
+        forms::destroyAll();
         boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
                              texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
-        forms::MailBox()->show();
-        forms::MailBox()->mnuEmail_Click();
-    } else {
-        QCOMPARE(EnsureMailBox(), abandon);
-        QVERIFY(!forms::MailBox()->isVisible());
+        d = openDialog(*dir, 22);
+        const QByteArray before = allFiles(*dir);
+        QTRY_VERIFY(!d->isVisible());
+        QCOMPARE(allFiles(*dir), before);
     }
-    QVERIFY2(script.finished(), script.report());
-    QList<MailBoxRec> expected = accounts(present);
-    if (present == 0 && finish)
-        expected << stored(WizardAnswers());
-    QCOMPARE(dir->readBytes(MailBoxFileName), present || finish ? AccountBytes(expected) : QByteArray());
-}
 
-void tst_accounts::properties_data()
-{
-    QTest::addColumn<QStringList>("buttons");  // pressed in order; "edit" changes every box
-    QTest::addColumn<bool>("changed");
-    QTest::newRow("OK without edits rewrites the same values") << QStringList{u"Command1"_s} << false;
-    QTest::newRow("Enter opens it, Cancel stores nothing") << QStringList{u"edit"_s, u"Command2"_s} << false;
-    QTest::newRow("Apply then OK stores all six") << QStringList{u"edit"_s, u"Command3"_s, u"Command1"_s}
-                                                  << true;
-    QTest::newRow("Apply then Cancel stores all six as shown")
-        << QStringList{u"edit"_s, u"Command3"_s, u"Command2"_s} << true;
-}
+    void deleting_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("keys");
+        QTest::addColumn<bool>("yes");
+        QTest::addColumn<QList<int>>("left");
+        QTest::newRow("the only account leaves number=0") << 1 << 0 << false << true << QList<int>{};
+        QTest::newRow("slot 3 of 5 moves the later ones up") << 5 << 2 << false << true << QList<int>{1, 2, 4, 5};
+        QTest::newRow("answering No keeps them all") << 3 << 1 << false << false << QList<int>{1, 2, 3};
+        QTest::newRow("the Delete key on a row reached by arrows") << 3 << 1 << true << true << QList<int>{1, 3};
+    }
 
-void tst_accounts::properties()
-{
-    QFETCH(QStringList, buttons);
-    QFETCH(bool, changed);
-    frmMailBox *d = openDialog(*dir, 3);
-    const bool keys = QByteArray(QTest::currentDataTag()).startsWith("Enter");
-    choose(d, 1, keys);
-    ModalScript script;
-    script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
-        auto *p = static_cast<frmMailBoxProp *>(w);
-        // The account shown, the label showing the logon name.
-        QCOMPARE(QStringList({p->Frm1Txt1->text(), p->Frm1Txt2->text(), p->Frm1Txt4->text(),
-                              p->Frm2Txt2->text(), p->Frm2Txt3->text(), p->Frm2Txt5->text()}),
-                 QStringList({u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2"_s, u"smtp2"_s, u"pw2"_s}));
-        for (const QString &b : buttons) {
-            if (b != u"edit") {
-                click(w, b);
-                continue;
+    void deleting()
+    {
+        QFETCH(int, count);
+        QFETCH(int, row);
+        QFETCH(bool, keys);
+        QFETCH(bool, yes);
+        QFETCH(QList<int>, left);
+        frmMailBox *d = openDialog(*dir, count);
+        // The question names the logon name, not the display name; Enter says No.
+        boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon%1"_s.arg(row + 1)), yes);
+        choose(d, row, keys);
+        QVERIFY(canDeleteOrEdit(d));
+        keys ? QTest::keyClick(d->ListView1, Qt::Key_Delete) : QTest::mouseClick(d->btnDelete, Qt::LeftButton);
+        QList<MailBoxRec> expected;
+        for (int k : left)
+            expected << accounts(5).at(k - 1);
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
+        QCOMPARE(rows(d).size(), expected.size());
+        QCOMPARE(canDeleteOrEdit(d), !yes);  // a rebuild disables them again
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+    }
+
+    void wizardNextRule_data()
+    {
+        QTest::addColumn<int>("page");
+        QTest::addColumn<QStringList>("acts");  // "Box=text", "Box=" erases, "click Name"
+        QTest::addColumn<bool>("next");
+        const auto row = [](const char *name, int p, QStringList acts, bool on) {
+            QTest::newRow(name) << p << acts << on;
+        };
+        row("page 1 opens with Next disabled", 1, {}, false);
+        row("page 1 disables Next when the name is erased", 1, {u"Text1=Ann"_s, u"Text1="_s}, false);
+        row("page 2 allows Next once an address is typed", 2, {u"Text1=a@b.c"_s}, true);
+        row("page 2 sign-up does not allow Next", 2, {u"click Option2"_s}, false);
+        row("page 3 refuses only the incoming server", 3, {u"Text1=pop"_s}, false);
+        row("page 3 refuses only the outgoing server", 3, {u"Text2=smtp"_s}, false);
+        row("page 3 allows Next with both servers", 3, {u"Text1=pop"_s, u"Text2=smtp"_s}, true);
+        row("page 4 allows Next with a name and no password", 4, {u"Text1=ann"_s}, true);
+        row("page 4 refuses a password alone", 4, {u"Text2=pw"_s}, false);
+    }
+
+    void wizardNextRule()
+    {
+        QFETCH(int, page);
+        QFETCH(QStringList, acts);
+        QDialog *p = QList<QDialog *>{forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
+                                      forms::MainBoxAdd4()}[page - 1];
+        p->show();
+        for (const QString &act : acts) {
+            auto *box = p->findChild<QLineEdit *>(act.section(u'=', 0, 0));
+            if (act.startsWith(u"click "_s)) {
+                click(p, act.mid(6));
+            } else if (act.section(u'=', 1).isEmpty()) {
+                box->selectAll();
+                QTest::keyClick(box, Qt::Key_Backspace);
+            } else {
+                QTest::keyClicks(box, act.section(u'=', 1));
             }
-            for (QLineEdit *box : {p->Frm1Txt2, p->Frm1Txt4, p->Frm2Txt2, p->Frm2Txt3, p->Frm2Txt4, p->Frm2Txt5})
-                QTest::keyClicks(box, u"X"_s);
-            QVERIFY(p->Command3->isEnabled());
         }
-    });
-    script.start();
-    keys ? QTest::keyClick(d->ListView1, Qt::Key_Return) : QTest::mouseClick(d->btnProperty, Qt::LeftButton);
-    QVERIFY2(script.finished(), script.report());
+        QTEST(p->findChild<QPushButton *>(u"btnForWard"_s)->isEnabled(), "next");
+        // The sign-up option takes the address box away; the remembered
+        // password's box follows its check box.
+        if (page == 2)
+            QCOMPARE(forms::MainBoxAdd2()->Text1->isEnabled(), !forms::MainBoxAdd2()->Combo1->isEnabled());
+        if (page == 4) {
+            click(p, u"Check1"_s);
+            QVERIFY(!forms::MainBoxAdd4()->Text2->isEnabled());
+        }
+    }
 
-    QList<MailBoxRec> expected = accounts(3);
-    if (changed)
-        expected[1] = {u"office 2x"_s, u"pop2x"_s, u"smtp2x"_s, u"logon2x"_s, u"pw2x"_s, u"user2@x.cnx"_s};
-    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
-}
+    void wizardCancel_data()
+    {
+        QTest::addColumn<int>("onPage");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<bool>("yes");
+        QTest::newRow("Cancel on page 5 closes every page") << 5 << u"cancel"_s << true;
+        QTest::newRow("Escape on page 3 asks the same") << 3 << u"escape"_s << true;
+        QTest::newRow("No leaves every page open") << 2 << u"cancel"_s << false;
+    }
+
+    void wizardCancel()
+    {
+        QFETCH(int, onPage);
+        QFETCH(QString, how);
+        QFETCH(bool, yes);
+        openDialog(*dir, 1);
+        const QByteArray before = allFiles(*dir);
+        boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, yes);
+        if (!yes)
+            boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
+        QList<int> openAfterNo;
+        ModalScript script;
+        walkWizard(script, WizardAnswers(), onPage, false);
+        script.on(u"frmMainBoxAdd"_s + QString::number(onPage), [&](QWidget *w) {
+            how == u"escape" ? QTest::keyClick(w, Qt::Key_Escape) : click(w, u"btnCancel"_s);
+            if (!yes) {
+                openAfterNo = openPages();
+                click(w, u"btnCancel"_s);  // then leaves for good
+            }
+        });
+        script.start();
+        forms::MailBox()->mnuEmail_Click();
+        QVERIFY2(script.finished(), script.report());
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+        QVERIFY(yes || openAfterNo == (QList<int>{1, 2}));
+        QCOMPARE(openPages(), QList<int>());
+        QVERIFY(!forms::MailBox()->Changed);
+        QCOMPARE(allFiles(*dir), before);
+    }
+
+    void ensureMailBox_data()
+    {
+        QTest::addColumn<int>("present");
+        QTest::addColumn<bool>("finish");
+        QTest::addColumn<bool>("abandon");
+        QTest::newRow("no account: a finished wizard stores it, the command goes on") << 0 << true << false;
+        QTest::newRow("no account: a cancelled wizard ends the command") << 0 << false << true;
+        QTest::newRow("an account on file: no wizard") << 1 << false << false;
+        QTest::newRow("21 accounts: a 22nd is refused, nothing written") << 21 << true << false;
+    }
+
+    void ensureMailBox()
+    {
+        QFETCH(int, present);
+        QFETCH(bool, finish);
+        QFETCH(bool, abandon);
+        if (present)
+            dir->writeBytes(MailBoxFileName, AccountBytes(accounts(present)));
+        ModalScript script;
+        if (present != 1) {
+            walkWizard(script, WizardAnswers(), finish ? 5 : 2, finish);
+            if (!finish) {
+                boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
+                script.on(u"frmMainBoxAdd2"_s, [](QWidget *w) { click(w, u"btnCancel"_s); });
+            }
+            script.start();
+        }
+        if (present == 21) {
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                                 texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
+            forms::MailBox()->show();
+            forms::MailBox()->mnuEmail_Click();
+        } else {
+            QCOMPARE(EnsureMailBox(), abandon);
+            QVERIFY(!forms::MailBox()->isVisible());
+        }
+        QVERIFY2(script.finished(), script.report());
+        QList<MailBoxRec> expected = accounts(present);
+        if (present == 0 && finish)
+            expected << stored(WizardAnswers());
+        QCOMPARE(dir->readBytes(MailBoxFileName), present || finish ? AccountBytes(expected) : QByteArray());
+    }
+
+    void properties_data()
+    {
+        QTest::addColumn<QStringList>("buttons");  // pressed in order; "edit" changes every box
+        QTest::addColumn<bool>("changed");
+        QTest::newRow("OK without edits rewrites the same values") << QStringList{u"Command1"_s} << false;
+        QTest::newRow("Enter opens it, Cancel stores nothing") << QStringList{u"edit"_s, u"Command2"_s} << false;
+        QTest::newRow("Apply then OK stores all six") << QStringList{u"edit"_s, u"Command3"_s, u"Command1"_s}
+                                                      << true;
+        QTest::newRow("Apply then Cancel stores all six as shown")
+            << QStringList{u"edit"_s, u"Command3"_s, u"Command2"_s} << true;
+    }
+
+    void properties()
+    {
+        QFETCH(QStringList, buttons);
+        QFETCH(bool, changed);
+        frmMailBox *d = openDialog(*dir, 3);
+        const bool keys = QByteArray(QTest::currentDataTag()).startsWith("Enter");
+        choose(d, 1, keys);
+        ModalScript script;
+        script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
+            auto *p = static_cast<frmMailBoxProp *>(w);
+            // The account shown, the label showing the logon name.
+            QCOMPARE(QStringList({p->Frm1Txt1->text(), p->Frm1Txt2->text(), p->Frm1Txt4->text(),
+                                  p->Frm2Txt2->text(), p->Frm2Txt3->text(), p->Frm2Txt5->text()}),
+                     QStringList({u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2"_s, u"smtp2"_s, u"pw2"_s}));
+            for (const QString &b : buttons) {
+                if (b != u"edit") {
+                    click(w, b);
+                    continue;
+                }
+                for (QLineEdit *box : {p->Frm1Txt2, p->Frm1Txt4, p->Frm2Txt2, p->Frm2Txt3, p->Frm2Txt4, p->Frm2Txt5})
+                    QTest::keyClicks(box, u"X"_s);
+                QVERIFY(p->Command3->isEnabled());
+            }
+        });
+        script.start();
+        keys ? QTest::keyClick(d->ListView1, Qt::Key_Return) : QTest::mouseClick(d->btnProperty, Qt::LeftButton);
+        QVERIFY2(script.finished(), script.report());
+
+        QList<MailBoxRec> expected = accounts(3);
+        if (changed)
+            expected[1] = {u"office 2x"_s, u"pop2x"_s, u"smtp2x"_s, u"logon2x"_s, u"pw2x"_s, u"user2@x.cnx"_s};
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
+    }
+};
 
 QTEST_MAIN(tst_accounts)
 #include "tst_accounts.moc"

@@ -189,208 +189,202 @@ private slots:
         end();
     }
 
-    void everyWindow_data();
-    void everyWindow();
-    void boxesAndChoosersSpeakChinese();
-    void mnemonicsAndAltKeys();
-    void byKeyboardAlone();
+    void everyWindow_data()
+    {
+        QTest::addColumn<QString>("window");
+        for (const char *name : {"frmMain", "frmMailEdit", "frmMailRead", "frmSendAndReceive",
+                                 "frmMailBox", "frmMainBoxAdd1", "frmMainBoxAdd2", "frmMainBoxAdd3",
+                                 "frmMainBoxAdd4", "frmMainBoxAdd5", "frmMailBoxProp", "frmAbout"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+
+    void everyWindow()
+    {
+        QFETCH(QString, window);
+        QWidget *w = shown(window);
+        QVERIFY(w->isVisible());
+        const QList<QWidget *> all = inputs(w);
+
+        // A name for every control a screen reader can land on, and Chinese on
+        // every button that has a text.
+        for (QWidget *c : all) {
+            QAccessibleInterface *a = QAccessible::queryAccessibleInterface(c);
+            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(c->objectName()));
+        }
+        for (QAbstractButton *b : w->findChildren<QAbstractButton *>()) {
+            if (b->isVisible() && !b->text().isEmpty())
+                QVERIFY2(hasChinese(b->text()), qPrintable(b->text()));
+        }
+
+        // Tab goes round every input once.
+        if (all.isEmpty())
+            return;
+        all.first()->setFocus(Qt::TabFocusReason);
+        QList<QWidget *> chain;
+        for (QWidget *f = all.first(); f && !chain.contains(f) && chain.size() < 3 * all.size();
+             f = QApplication::focusWidget())
+            chain << f, QTest::keyClick(f, Qt::Key_Tab);
+        for (QWidget *c : all)
+            QVERIFY2(chain.contains(c), qPrintable(c->objectName()));
+        // Read as the window is read: from the top-left stop down, or on to the
+        // next column; never back up within a column or up and to the left.
+        const auto at = [w](QWidget *c) { return QRect(c->mapTo(w, QPoint()), c->size()); };
+        const auto topLeft = [&](QWidget *a, QWidget *b) {
+            return std::pair(at(a).top(), at(a).left()) < std::pair(at(b).top(), at(b).left());
+        };
+        std::rotate(chain.begin(), std::min_element(chain.begin(), chain.end(), topLeft), chain.end());
+        for (int i = 0; i + 1 < chain.size(); ++i) {
+            const QRect a = at(chain[i]), b = at(chain[i + 1]);
+            QVERIFY2(!(b.bottom() < a.top() && b.left() < a.right()),
+                     qPrintable(chain[i]->objectName() + u" -> "_s + chain[i + 1]->objectName()));
+        }
+    }
+
+    void boxesAndChoosersSpeakChinese()
+    {
+        // The program's own boxes: Chinese buttons, Enter on the safe answer.
+        MessageBoxPrompter real;
+        QStringList buttons;
+        QMessageBox::StandardButton enter = QMessageBox::NoButton;
+        QTimer::singleShot(0, this, [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QVERIFY(box);
+            for (QAbstractButton *b : box->buttons())
+                buttons << b->text();
+            enter = box->standardButton(box->defaultButton());
+            box->grab().save(QString::fromLocal8Bit(qgetenv("QUILLPOST_SHOTS")) + u"/messagebox.png"_s);
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+        QVERIFY(!real.confirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood,
+                              Prompter::Default::No));
+        buttons.sort();
+        QCOMPARE(buttons.join(u'|'), (QStringList{texts::ButtonNo, texts::ButtonYes}.join(u'|')));
+        QCOMPARE(enter, QMessageBox::No);
+
+        // The toolkit's own file chooser, where its translations are there.
+        QFileDialog chooser(nullptr, texts::compose::AttachTitle);
+        chooser.setOption(QFileDialog::DontUseNativeDialog);
+        chooser.show();
+        for (QAbstractButton *b : chooser.findChildren<QAbstractButton *>()) {
+            if (b->isVisible() && !b->text().isEmpty())
+                QVERIFY2(hasChinese(b->text()), qPrintable(b->text()));
+        }
+    }
+
+    void mnemonicsAndAltKeys()
+    {
+        // The compose window: Alt and a caption's letter reach its field; an
+        // unused Alt letter types nothing; CTRL+S saves.
+        frmMailEdit *e = static_cast<frmMailEdit *>(shown(u"frmMailEdit"_s));
+        QVERIFY(QTest::qWaitForWindowActive(e));
+        QTest::keyClick(e, Qt::Key_S, Qt::AltModifier);
+        QCOMPARE(QApplication::focusWidget(), e->Text5);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
+        QCOMPARE(e->Text5->text(), u"Re:s"_s);
+        boxes->expectMessage(Icon::Information, texts::compose::DraftSavedTitle,
+                             texts::compose::DraftSaved);
+        QTest::keyClick(e, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(stored(FolderFile::Drafts).size(), 1);
+        e->close();
+
+        // A wizard page whose Next is disabled: Alt+N neither goes on nor types.
+        frmMainBoxAdd1 *p = forms::MainBoxAdd1();
+        p->show();
+        QVERIFY(QTest::qWaitForWindowActive(p));
+        QTest::keyClick(p->Text1, Qt::Key_N, Qt::AltModifier);
+        QCOMPARE(p->Text1->text(), QString());
+        QVERIFY(p->isVisible() && !forms::MainBoxAdd2()->isVisible());
+    }
+
+    void byKeyboardAlone()
+    {
+        frmMain *w = mainOn();
+        QVERIFY(QTest::qWaitForWindowActive(w));
+
+        // 1. CTRL+M with no account: the wizard sets up the first, the run goes on.
+        ModalScript first;
+        wizard(first, u"ann"_s, u"Ann@x.cn"_s);
+        press(u"Ctrl+M"_s);
+        QVERIFY2(first.finished(), first.report());
+        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+
+        // 2. Tools, Accounts: the dialog; the add button's menu, Mail: the
+        // wizard again; Escape closes the dialog.
+        QVERIFY(activate(w));
+        press(u"Alt+T A"_s);
+        frmMailBox *accounts = forms::MailBox();
+        QTRY_VERIFY(accounts->isActiveWindow());
+        accounts->btnAddNew->setFocus();  // Tab stops, checked in the keyboard test
+        ModalScript second;
+        wizard(second, u"bob"_s, u"bob@x.cn"_s, true);
+        press(u"Space"_s);
+        QTRY_VERIFY(accounts->btMnu->isVisible());
+        press(u"Down Return"_s);
+        QVERIFY2(second.finished(), second.report());
+        QCOMPARE(accounts->ListView1->topLevelItemCount(), 2);
+        const auto account = [](const QString &name) {
+            return MailBoxRec{name, u"pop.x.cn"_s, u"smtp.x.cn"_s, name, u"pw"_s, name + u"@x.cn"_s};
+        };
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes({account(u"ann"_s), account(u"bob"_s)}));
+        QVERIFY(activate(accounts));
+        press(u"Escape"_s);
+        QVERIFY(!accounts->isVisible());
+
+        // 3. File, New, Mail: write to Bob and send it from the File menu.
+        QVERIFY(activate(w));
+        press(u"Alt+F N M"_s);
+        frmMailEdit *e = forms::MailEdit();
+        QTRY_VERIFY(e->isActiveWindow());
+        QCOMPARE(e->Combo3->currentText(), u"ann@x.cn"_s);
+        press(u"\"bob@x.cn\""_s);
+        press(u"Alt+S"_s);
+        press(u"\"Hello\""_s);
+        press(u"Tab"_s);
+        press(u"\"Hi Bob\""_s);
+        press(u"Alt+F M"_s);
+        QTRY_VERIFY(!e->isVisible());
+        QCOMPARE(folders(), u" |  | hello:0 |  |  | hello:1"_s);
+
+        // 4. CTRL+M receives it; the Inbox turns bold.
+        QVERIFY(activate(w));
+        press(u"Ctrl+M"_s);
+        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+        QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
+
+        // 5. Into the tree, down to the Inbox, into its list, open the message.
+        QVERIFY(activate(w));
+        w->TreeView1->setFocus();
+        press(u"Home Down Down Return Return"_s);
+        frmMailRead *r = forms::MailRead();
+        QTRY_VERIFY(r->isActiveWindow());
+        QCOMPARE(r->Label8->text(), u"hello"_s);
+        QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱"_s);
+
+        // 6. CTRL+R answers it; the reply goes out later from the File menu.
+        press(u"Ctrl+R"_s);
+        QTRY_VERIFY(e->isActiveWindow());
+        QCOMPARE(e->Text5->text(), u"Re:hello"_s);
+        boxes->expectMessage(Icon::Information, texts::AppTitle, texts::compose::SendLaterNotice);
+        // The File menu opens on its first entry, New (&N); the next N is Send
+        // Later (&N).
+        press(u"Alt+F N Return"_s);
+        QTRY_VERIFY(!e->isVisible());
+
+        // 7. Delete moves the message to Deleted Items; there Delete and Yes
+        // remove it for good.
+        QVERIFY(activate(w));
+        w->ListView1->setFocus();
+        press(u"Home Delete"_s);
+        QCOMPARE(folders(), u" | re:hello:0 | hello:0 | hello:0 |  | "_s);
+        w->TreeView1->setFocus();
+        press(u"Down Down Down Return Home"_s);
+        QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));
+        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, true);
+        press(u"Delete"_s);
+        QCOMPARE(folders(), u" | re:hello:0 | hello:0 |  |  | "_s);
+        QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
+    }
 };
-
-void tst_keyboard::everyWindow_data()
-{
-    QTest::addColumn<QString>("window");
-    for (const char *name : {"frmMain", "frmMailEdit", "frmMailRead", "frmSendAndReceive",
-                             "frmMailBox", "frmMainBoxAdd1", "frmMainBoxAdd2", "frmMainBoxAdd3",
-                             "frmMainBoxAdd4", "frmMainBoxAdd5", "frmMailBoxProp", "frmAbout"})
-        QTest::newRow(name) << QString::fromLatin1(name);
-}
-
-void tst_keyboard::everyWindow()
-{
-    QFETCH(QString, window);
-    QWidget *w = shown(window);
-    QVERIFY(w->isVisible());
-    const QList<QWidget *> all = inputs(w);
-
-    // A name for every control a screen reader can land on, and Chinese on
-    // every button that has a text.
-    for (QWidget *c : all) {
-        QAccessibleInterface *a = QAccessible::queryAccessibleInterface(c);
-        QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(c->objectName()));
-    }
-    for (QAbstractButton *b : w->findChildren<QAbstractButton *>()) {
-        if (b->isVisible() && !b->text().isEmpty())
-            QVERIFY2(hasChinese(b->text()), qPrintable(b->text()));
-    }
-
-    // Tab goes round every input once.
-    if (all.isEmpty())
-        return;
-    all.first()->setFocus(Qt::TabFocusReason);
-    QList<QWidget *> chain;
-    for (QWidget *f = all.first(); f && !chain.contains(f) && chain.size() < 3 * all.size();
-         f = QApplication::focusWidget())
-        chain << f, QTest::keyClick(f, Qt::Key_Tab);
-    for (QWidget *c : all)
-        QVERIFY2(chain.contains(c), qPrintable(c->objectName()));
-    // Read as the window is read: from the top-left stop down, or on to the
-    // next column; never back up within a column or up and to the left.
-    const auto at = [w](QWidget *c) { return QRect(c->mapTo(w, QPoint()), c->size()); };
-    const auto topLeft = [&](QWidget *a, QWidget *b) {
-        return std::pair(at(a).top(), at(a).left()) < std::pair(at(b).top(), at(b).left());
-    };
-    std::rotate(chain.begin(), std::min_element(chain.begin(), chain.end(), topLeft), chain.end());
-    for (int i = 0; i + 1 < chain.size(); ++i) {
-        const QRect a = at(chain[i]), b = at(chain[i + 1]);
-        QVERIFY2(!(b.bottom() < a.top() && b.left() < a.right()),
-                 qPrintable(chain[i]->objectName() + u" -> "_s + chain[i + 1]->objectName()));
-    }
-}
-
-void tst_keyboard::boxesAndChoosersSpeakChinese()
-{
-    // The program's own boxes: Chinese buttons, Enter on the safe answer.
-    MessageBoxPrompter real;
-    QStringList buttons;
-    QMessageBox::StandardButton enter = QMessageBox::NoButton;
-    QTimer::singleShot(0, this, [&] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        QVERIFY(box);
-        for (QAbstractButton *b : box->buttons())
-            buttons << b->text();
-        enter = box->standardButton(box->defaultButton());
-        box->grab().save(QString::fromLocal8Bit(qgetenv("QUILLPOST_SHOTS")) + u"/messagebox.png"_s);
-        QTest::keyClick(box, Qt::Key_Return);
-    });
-    QVERIFY(!real.confirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood,
-                          Prompter::Default::No));
-    buttons.sort();
-    QCOMPARE(buttons.join(u'|'), (QStringList{texts::ButtonNo, texts::ButtonYes}.join(u'|')));
-    QCOMPARE(enter, QMessageBox::No);
-
-    // The toolkit's own file chooser, where its translations are there.
-    QFileDialog chooser(nullptr, texts::compose::AttachTitle);
-    chooser.setOption(QFileDialog::DontUseNativeDialog);
-    chooser.show();
-    for (QAbstractButton *b : chooser.findChildren<QAbstractButton *>()) {
-        if (b->isVisible() && !b->text().isEmpty())
-            QVERIFY2(hasChinese(b->text()), qPrintable(b->text()));
-    }
-}
-
-void tst_keyboard::mnemonicsAndAltKeys()
-{
-    // The compose window: Alt and a caption's letter reach its field; an
-    // unused Alt letter types nothing; CTRL+S saves.
-    frmMailEdit *e = static_cast<frmMailEdit *>(shown(u"frmMailEdit"_s));
-    QVERIFY(QTest::qWaitForWindowActive(e));
-    QTest::keyClick(e, Qt::Key_S, Qt::AltModifier);
-    QCOMPARE(QApplication::focusWidget(), e->Text5);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
-    QCOMPARE(e->Text5->text(), u"Re:s"_s);
-    boxes->expectMessage(Icon::Information, texts::compose::DraftSavedTitle,
-                         texts::compose::DraftSaved);
-    QTest::keyClick(e, Qt::Key_S, Qt::ControlModifier);
-    QCOMPARE(stored(FolderFile::Drafts).size(), 1);
-    e->close();
-
-    // A wizard page whose Next is disabled: Alt+N neither goes on nor types.
-    frmMainBoxAdd1 *p = forms::MainBoxAdd1();
-    p->show();
-    QVERIFY(QTest::qWaitForWindowActive(p));
-    QTest::keyClick(p->Text1, Qt::Key_N, Qt::AltModifier);
-    QCOMPARE(p->Text1->text(), QString());
-    QVERIFY(p->isVisible() && !forms::MainBoxAdd2()->isVisible());
-}
-
-void tst_keyboard::byKeyboardAlone()
-{
-    frmMain *w = mainOn();
-    QVERIFY(QTest::qWaitForWindowActive(w));
-
-    // 1. CTRL+M with no account: the wizard sets up the first, the run goes on.
-    ModalScript first;
-    wizard(first, u"ann"_s, u"Ann@x.cn"_s);
-    press(u"Ctrl+M"_s);
-    QVERIFY2(first.finished(), first.report());
-    QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-
-    // 2. Tools, Accounts: the dialog; the add button's menu, Mail: the
-    // wizard again; Escape closes the dialog.
-    QVERIFY(activate(w));
-    press(u"Alt+T A"_s);
-    frmMailBox *accounts = forms::MailBox();
-    QTRY_VERIFY(accounts->isActiveWindow());
-    accounts->btnAddNew->setFocus();  // Tab stops, checked in the keyboard test
-    ModalScript second;
-    wizard(second, u"bob"_s, u"bob@x.cn"_s, true);
-    press(u"Space"_s);
-    QTRY_VERIFY(accounts->btMnu->isVisible());
-    press(u"Down Return"_s);
-    QVERIFY2(second.finished(), second.report());
-    QCOMPARE(accounts->ListView1->topLevelItemCount(), 2);
-    const auto account = [](const QString &name) {
-        return MailBoxRec{name, u"pop.x.cn"_s, u"smtp.x.cn"_s, name, u"pw"_s, name + u"@x.cn"_s};
-    };
-    QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes({account(u"ann"_s), account(u"bob"_s)}));
-    QVERIFY(activate(accounts));
-    press(u"Escape"_s);
-    QVERIFY(!accounts->isVisible());
-
-    // 3. File, New, Mail: write to Bob and send it from the File menu.
-    QVERIFY(activate(w));
-    press(u"Alt+F N M"_s);
-    frmMailEdit *e = forms::MailEdit();
-    QTRY_VERIFY(e->isActiveWindow());
-    QCOMPARE(e->Combo3->currentText(), u"ann@x.cn"_s);
-    press(u"\"bob@x.cn\""_s);
-    press(u"Alt+S"_s);
-    press(u"\"Hello\""_s);
-    press(u"Tab"_s);
-    press(u"\"Hi Bob\""_s);
-    press(u"Alt+F M"_s);
-    QTRY_VERIFY(!e->isVisible());
-    QCOMPARE(folders(), u" |  | hello:0 |  |  | hello:1"_s);
-
-    // 4. CTRL+M receives it; the Inbox turns bold.
-    QVERIFY(activate(w));
-    press(u"Ctrl+M"_s);
-    QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-    QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
-
-    // 5. Into the tree, down to the Inbox, into its list, open the message.
-    QVERIFY(activate(w));
-    w->TreeView1->setFocus();
-    press(u"Home Down Down Return Return"_s);
-    frmMailRead *r = forms::MailRead();
-    QTRY_VERIFY(r->isActiveWindow());
-    QCOMPARE(r->Label8->text(), u"hello"_s);
-    QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱"_s);
-
-    // 6. CTRL+R answers it; the reply goes out later from the File menu.
-    press(u"Ctrl+R"_s);
-    QTRY_VERIFY(e->isActiveWindow());
-    QCOMPARE(e->Text5->text(), u"Re:hello"_s);
-    boxes->expectMessage(Icon::Information, texts::AppTitle, texts::compose::SendLaterNotice);
-    // The File menu opens on its first entry, New (&N); the next N is Send
-    // Later (&N).
-    press(u"Alt+F N Return"_s);
-    QTRY_VERIFY(!e->isVisible());
-
-    // 7. Delete moves the message to Deleted Items; there Delete and Yes
-    // remove it for good.
-    QVERIFY(activate(w));
-    w->ListView1->setFocus();
-    press(u"Home Delete"_s);
-    QCOMPARE(folders(), u" | re:hello:0 | hello:0 | hello:0 |  | "_s);
-    w->TreeView1->setFocus();
-    press(u"Down Down Down Return Home"_s);
-    QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));
-    boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, true);
-    press(u"Delete"_s);
-    QCOMPARE(folders(), u" | re:hello:0 | hello:0 |  |  | "_s);
-    QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
-}
 
 QTEST_MAIN(tst_keyboard)
 #include "tst_keyboard.moc"

@@ -77,275 +77,263 @@ private slots:
     void init() { begin(); }
     void cleanup() { end(); }
 
-    void readWindowShows();
-    void openingMarksRead_data();
-    void openingMarksRead();
-    void readWindowActsOnWhatItShows_data();
-    void readWindowActsOnWhatItShows();
-    void saveAttachment();
-    void sendReceiveBar();
-    void sendReceiveCannotGoOn_data();
-    void sendReceiveCannotGoOn();
-    void lastResortGuard();
-    void aboutBox();
-};
+    void readWindowShows()
+    {
+        putAccounts(*dir, {u"a@x.com"_s, u"b@x.com"_s});
+        EmailRec m = mail(u"2"_s, u"boss@y.com"_s, u"c@y.com;b@x.com"_s, u"周报"_s);
+        m.attachment = u"report.doc(12.50kb)  a.txt(1.00kb)"_s;
+        m.content = u"第一行\r\n第二行"_s;
+        put(*dir, FolderFile::Inbox, {mail(u"1"_s), m});
 
-void tst_windows::readWindowShows()
-{
-    putAccounts(*dir, {u"a@x.com"_s, u"b@x.com"_s});
-    EmailRec m = mail(u"2"_s, u"boss@y.com"_s, u"c@y.com;b@x.com"_s, u"周报"_s);
-    m.attachment = u"report.doc(12.50kb)  a.txt(1.00kb)"_s;
-    m.content = u"第一行\r\n第二行"_s;
-    put(*dir, FolderFile::Inbox, {mail(u"1"_s), m});
+        frmMailRead *r = openRow(mainOn(Node::Inbox), 1);
+        QVERIFY(r);
+        // The To line shows the local account's address among the recipients.
+        QCOMPARE(QStringList({r->Label5->text(), r->Label6->text(), r->Label7->text(),
+                              r->Label8->text(), r->windowTitle(), r->Text1->toPlainText()}),
+                 QStringList({u"boss@y.com"_s, u"24-05-13 09:12"_s, u"b@x.com"_s, u"周报"_s, u"周报"_s,
+                              u"第一行\n第二行"_s}));
+        QVERIFY(r->Text1->isReadOnly() && r->lvAddfile->isVisible() && r->Label9->isVisible());
+        QCOMPARE(r->lvAddfile->count(), 2);
+        QCOMPARE(r->lvAddfile->item(1)->text(), u"a.txt(1.00kb)"_s);
 
-    frmMailRead *r = openRow(mainOn(Node::Inbox), 1);
-    QVERIFY(r);
-    // The To line shows the local account's address among the recipients.
-    QCOMPARE(QStringList({r->Label5->text(), r->Label6->text(), r->Label7->text(),
-                          r->Label8->text(), r->windowTitle(), r->Text1->toPlainText()}),
-             QStringList({u"boss@y.com"_s, u"24-05-13 09:12"_s, u"b@x.com"_s, u"周报"_s, u"周报"_s,
-                          u"第一行\n第二行"_s}));
-    QVERIFY(r->Text1->isReadOnly() && r->lvAddfile->isVisible() && r->Label9->isVisible());
-    QCOMPARE(r->lvAddfile->count(), 2);
-    QCOMPARE(r->lvAddfile->item(1)->text(), u"a.txt(1.00kb)"_s);
-
-    // Without attachments the row is hidden; a long subject ends in "…".
-    r->close();
-    m.attachment.clear();
-    m.subject = u"很长的主题"_s.repeated(24);
-    put(*dir, FolderFile::Inbox, {m});
-    r = openRow(mainOn(Node::Inbox), 0);
-    QVERIFY(!r->lvAddfile->isVisible() && !r->Label9->isVisible());
-    QVERIFY(r->Label8->text().endsWith(u'…'));
-    QCOMPARE(r->Label8->toolTip(), m.subject);
-}
-
-void tst_windows::openingMarksRead_data()
-{
-    QTest::addColumn<int>("node");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("Inbox") << int(Node::Inbox) << u"收件箱"_s;
-    QTest::newRow("Deleted Items") << int(Node::DeletedItems) << u"已删除邮件"_s;
-}
-
-void tst_windows::openingMarksRead()
-{
-    QFETCH(int, node);
-    QFETCH(QString, name);
-    const int folder = node - Node::Inbox;
-    put(*dir, folder, mails(3, 2));  // rows 0 and 1 unread
-    frmMain *w = mainOn(node);
-
-    QVERIFY(openRow(w, 0));
-    QCOMPARE(isnewInFile(folder), u"010"_s);
-    QVERIFY(!rowBold(w, 0) && rowBold(w, 1));
-    QCOMPARE(w->node(node)->text(0), name + u"(1)"_s);
-
-    // Opening a read message writes nothing; with the window still open,
-    // another message shows at once and is marked too.
-    const QByteArray before = dir->readBytes(FolderFile::fileName(folder));
-    QVERIFY(openRow(w, 0));
-    QCOMPARE(dir->readBytes(FolderFile::fileName(folder)), before);
-    QVERIFY(openRow(w, 1));
-    QCOMPARE(forms::MailRead()->Label8->text(), u"s20000001"_s);
-    QCOMPARE(isnewInFile(folder), u"000"_s);
-    QCOMPARE(w->node(node)->text(0), name);
-    QVERIFY(!w->node(node)->font(0).bold() && !rowBold(w, 1));
-}
-
-void tst_windows::readWindowActsOnWhatItShows_data()
-{
-    QTest::addColumn<int>("openedRow");
-    QTest::addColumn<QString>("presses");  // P previous, N next (buttons), p n (keys)
-    QTest::addColumn<QString>("shown");    // row shown after each press
-    QTest::addColumn<QString>("isnew");    // the file afterwards; all start unread
-    QTest::addColumn<QString>("then");     // a command on the message shown last
-    QTest::addColumn<QString>("subject");  // of the compose window it opens
-    const auto row = [](const char *name, int opened, const char *presses, const char *shown,
-                        const char *isnew, const char *then, const char *subject) {
-        QTest::newRow(name) << opened << QString::fromLatin1(presses) << QString::fromLatin1(shown)
-                            << QString::fromLatin1(isnew) << QString::fromLatin1(then)
-                            << QString::fromLatin1(subject);
-    };
-    row("previous on the first stays", 0, "P", "0", "011", "", "");
-    row("next on the last stays", 2, "N", "2", "110", "", "");
-    row("walk through all, keys too", 1, "PpNnN", "00122", "000", "", "");
-    row("next, then reply: the message shown is quoted", 0, "N", "1", "001", "reply", "Re:s20000001");
-    row("CTRL+R replies", 0, "", "", "011", "ctrl+r", "Re:s20000000");
-    row("reply to all replies to the sender", 0, "n", "1", "001", "ctrl+shift+r", "Re:s20000001");
-    row("forward from the Message menu", 2, "", "", "110", "mnuMsgForward", "Fw:s20000002");
-    row("Escape closes", 1, "", "", "101", "escape", "");
-}
-
-void tst_windows::readWindowActsOnWhatItShows()
-{
-    QFETCH(int, openedRow);
-    QFETCH(QString, presses);
-    QFETCH(QString, then);
-    QFETCH(QString, subject);
-    putAccounts(*dir, {u"a@x.com"_s});
-    put(*dir, FolderFile::Inbox, mails(3, 3));
-    frmMain *w = mainOn(Node::Inbox);
-    frmMailRead *r = openRow(w, openedRow);
-    QVERIFY(r);
-
-    QString shown;
-    for (QChar key : presses) {
-        if (key == u'P' || key == u'N')
-            r->toolbarButton(key == u'P' ? frmMailRead::tbPrevious : frmMailRead::tbNext)->trigger();
-        else
-            QTest::keyClick(r, key == u'p' ? Qt::Key_Less : Qt::Key_Greater, Qt::ControlModifier);
-        shown += r->Label8->text().right(1);
+        // Without attachments the row is hidden; a long subject ends in "…".
+        r->close();
+        m.attachment.clear();
+        m.subject = u"很长的主题"_s.repeated(24);
+        put(*dir, FolderFile::Inbox, {m});
+        r = openRow(mainOn(Node::Inbox), 0);
+        QVERIFY(!r->lvAddfile->isVisible() && !r->Label9->isVisible());
+        QVERIFY(r->Label8->text().endsWith(u'…'));
+        QCOMPARE(r->Label8->toolTip(), m.subject);
     }
-    QTEST(shown, "shown");
-    QTEST(isnewInFile(FolderFile::Inbox), "isnew");
-    const int unread = isnewInFile(FolderFile::Inbox).count(u'1');
-    QCOMPARE(w->node(Node::Inbox)->text(0), unread ? u"收件箱(%1)"_s.arg(unread) : u"收件箱"_s);
 
-    if (then == u"reply")
-        r->toolbarButton(frmMailRead::tbReply)->trigger();
-    else if (then == u"ctrl+r" || then == u"ctrl+shift+r")
-        QTest::keyClick(r, Qt::Key_R, then.contains(u"shift"_s) ? Qt::ControlModifier | Qt::ShiftModifier
-                                                                : Qt::ControlModifier);
-    else if (then == u"escape")
-        QTest::keyClick(r, Qt::Key_Escape);
-    else if (!then.isEmpty())
-        r->findChild<QAction *>(then)->trigger();
-    QCOMPARE(r->isVisible(), then.isEmpty());
-    QCOMPARE(forms::MailEdit()->isVisible(), !subject.isEmpty());
-    if (!subject.isEmpty())
-        QCOMPARE(forms::MailEdit()->Text5->text(), subject);
-}
+    void openingMarksRead_data()
+    {
+        QTest::addColumn<int>("node");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("Inbox") << int(Node::Inbox) << u"收件箱"_s;
+        QTest::newRow("Deleted Items") << int(Node::DeletedItems) << u"已删除邮件"_s;
+    }
 
-void tst_windows::saveAttachment()
-{
-    EmailRec m = mail(u"1"_s);
-    m.attachment = u"report.doc(12.50kb) plan.xls(3.00kb)"_s;
-    put(*dir, FolderFile::Inbox, {m});
-    ScriptedFileChooser files;
-    frmMailRead *r = openRow(mainOn(Node::Inbox), 0);
-    const QString path = dir->filePath(u"saved.doc"_s);
-    const QByteArray marker = "\"This is Quillpost Text\"\r\n";
+    void openingMarksRead()
+    {
+        QFETCH(int, node);
+        QFETCH(QString, name);
+        const int folder = node - Node::Inbox;
+        put(*dir, folder, mails(3, 2));  // rows 0 and 1 unread
+        frmMain *w = mainOn(node);
 
-    // The item chosen is offered as the name; a cancel writes nothing.
-    r->lvAddfile->setCurrentRow(1);
-    r->mnuSave->trigger();
-    QCOMPARE(files.lastSuggestedName, u"plan.xls(3.00kb)"_s);
-    QCOMPARE(files.lastFilter, texts::read::SaveFilter);
-    QVERIFY(!dir->exists(u"saved.doc"_s));
+        QVERIFY(openRow(w, 0));
+        QCOMPARE(isnewInFile(folder), u"010"_s);
+        QVERIFY(!rowBold(w, 0) && rowBold(w, 1));
+        QCOMPARE(w->node(node)->text(0), name + u"(1)"_s);
 
-    // A file that is there is only added to when the user says so.
-    files.answer(path);
-    r->mnuSave->trigger();
-    QCOMPARE(dir->readBytes(u"saved.doc"_s), marker);
-    for (bool yes : {false, true}) {
-        boxes->expectConfirm(Icon::Question, texts::read::SaveTitle,
-                             texts::read::AskAppendToFile.arg(u"saved.doc"_s), yes);
+        // Opening a read message writes nothing; with the window still open,
+        // another message shows at once and is marked too.
+        const QByteArray before = dir->readBytes(FolderFile::fileName(folder));
+        QVERIFY(openRow(w, 0));
+        QCOMPARE(dir->readBytes(FolderFile::fileName(folder)), before);
+        QVERIFY(openRow(w, 1));
+        QCOMPARE(forms::MailRead()->Label8->text(), u"s20000001"_s);
+        QCOMPARE(isnewInFile(folder), u"000"_s);
+        QCOMPARE(w->node(node)->text(0), name);
+        QVERIFY(!w->node(node)->font(0).bold() && !rowBold(w, 1));
+    }
+
+    void readWindowActsOnWhatItShows_data()
+    {
+        QTest::addColumn<int>("openedRow");
+        QTest::addColumn<QString>("presses");  // P previous, N next (buttons), p n (keys)
+        QTest::addColumn<QString>("shown");    // row shown after each press
+        QTest::addColumn<QString>("isnew");    // the file afterwards; all start unread
+        QTest::addColumn<QString>("then");     // a command on the message shown last
+        QTest::addColumn<QString>("subject");  // of the compose window it opens
+        const auto row = [](const char *name, int opened, const char *presses, const char *shown,
+                            const char *isnew, const char *then, const char *subject) {
+            QTest::newRow(name) << opened << QString::fromLatin1(presses) << QString::fromLatin1(shown)
+                                << QString::fromLatin1(isnew) << QString::fromLatin1(then)
+                                << QString::fromLatin1(subject);
+        };
+        row("previous on the first stays", 0, "P", "0", "011", "", "");
+        row("next on the last stays", 2, "N", "2", "110", "", "");
+        row("walk through all, keys too", 1, "PpNnN", "00122", "000", "", "");
+        row("next, then reply: the message shown is quoted", 0, "N", "1", "001", "reply", "Re:s20000001");
+        row("CTRL+R replies", 0, "", "", "011", "ctrl+r", "Re:s20000000");
+        row("reply to all replies to the sender", 0, "n", "1", "001", "ctrl+shift+r", "Re:s20000001");
+        row("forward from the Message menu", 2, "", "", "110", "mnuMsgForward", "Fw:s20000002");
+        row("Escape closes", 1, "", "", "101", "escape", "");
+    }
+
+    void readWindowActsOnWhatItShows()
+    {
+        QFETCH(int, openedRow);
+        QFETCH(QString, presses);
+        QFETCH(QString, then);
+        QFETCH(QString, subject);
+        putAccounts(*dir, {u"a@x.com"_s});
+        put(*dir, FolderFile::Inbox, mails(3, 3));
+        frmMain *w = mainOn(Node::Inbox);
+        frmMailRead *r = openRow(w, openedRow);
+        QVERIFY(r);
+
+        QString shown;
+        for (QChar key : presses) {
+            if (key == u'P' || key == u'N')
+                r->toolbarButton(key == u'P' ? frmMailRead::tbPrevious : frmMailRead::tbNext)->trigger();
+            else
+                QTest::keyClick(r, key == u'p' ? Qt::Key_Less : Qt::Key_Greater, Qt::ControlModifier);
+            shown += r->Label8->text().right(1);
+        }
+        QTEST(shown, "shown");
+        QTEST(isnewInFile(FolderFile::Inbox), "isnew");
+        const int unread = isnewInFile(FolderFile::Inbox).count(u'1');
+        QCOMPARE(w->node(Node::Inbox)->text(0), unread ? u"收件箱(%1)"_s.arg(unread) : u"收件箱"_s);
+
+        if (then == u"reply")
+            r->toolbarButton(frmMailRead::tbReply)->trigger();
+        else if (then == u"ctrl+r" || then == u"ctrl+shift+r")
+            QTest::keyClick(r, Qt::Key_R, then.contains(u"shift"_s) ? Qt::ControlModifier | Qt::ShiftModifier
+                                                                    : Qt::ControlModifier);
+        else if (then == u"escape")
+            QTest::keyClick(r, Qt::Key_Escape);
+        else if (!then.isEmpty())
+            r->findChild<QAction *>(then)->trigger();
+        QCOMPARE(r->isVisible(), then.isEmpty());
+        QCOMPARE(forms::MailEdit()->isVisible(), !subject.isEmpty());
+        if (!subject.isEmpty())
+            QCOMPARE(forms::MailEdit()->Text5->text(), subject);
+    }
+
+    void saveAttachment()
+    {
+        EmailRec m = mail(u"1"_s);
+        m.attachment = u"report.doc(12.50kb) plan.xls(3.00kb)"_s;
+        put(*dir, FolderFile::Inbox, {m});
+        ScriptedFileChooser files;
+        frmMailRead *r = openRow(mainOn(Node::Inbox), 0);
+        const QString path = dir->filePath(u"saved.doc"_s);
+        const QByteArray marker = "\"This is Quillpost Text\"\r\n";
+
+        // The item chosen is offered as the name; a cancel writes nothing.
+        r->lvAddfile->setCurrentRow(1);
+        r->mnuSave->trigger();
+        QCOMPARE(files.lastSuggestedName, u"plan.xls(3.00kb)"_s);
+        QCOMPARE(files.lastFilter, texts::read::SaveFilter);
+        QVERIFY(!dir->exists(u"saved.doc"_s));
+
+        // A file that is there is only added to when the user says so.
         files.answer(path);
         r->mnuSave->trigger();
-    }
-    QCOMPARE(dir->readBytes(u"saved.doc"_s), marker + marker);
-
-    // The pop-up opens over the list with the right button and the menu key.
-    const QPoint at = r->lvAddfile->visualItemRect(r->lvAddfile->item(0)).center();
-    QTest::mouseClick(r->lvAddfile->viewport(), Qt::RightButton, {}, at);
-    QTRY_VERIFY(r->mnuPop->isVisible());
-    r->mnuPop->close();
-    QTest::keyClick(r->lvAddfile, Qt::Key_Menu);
-    QTRY_VERIFY(r->mnuPop->isVisible());
-}
-
-void tst_windows::sendReceiveBar()
-{
-    // Twice: the next run starts from the first look.
-    for (int run = 0; run < 2; ++run) {
-        frmSendAndReceive::start(SendReceiveModes::ReceiveOnly, false);
-        frmSendAndReceive *d = forms::SendAndReceive();
-        QCOMPARE(d->Label1->text() + QString::number(d->Text2Width()), texts::sendreceive::Connecting + u'0');
-        for (QPushButton *b : {d->Command1, d->Command2, d->Command3})
-            QTest::mouseClick(b, Qt::LeftButton);  // inert: the run goes on
-        QVERIFY(d->isVisible() && d->Timer2->isActive() && d->Timer2->interval() == 150);
-        d->Timer2_Timer();
-        QVERIFY(!d->Timer2->isActive() && d->Timer1->isActive() && d->Timer1->interval() == 5);
-        QCOMPARE(d->Label1->text(), texts::sendreceive::Working);
-        for (int step = 1; step <= 14; ++step) {  // 14 steps of 400 twips, then it goes
-            d->Timer1_Timer();
-            QVERIFY(d->Text2Width() == 400 * step && d->isVisible() == (step < 14));
+        QCOMPARE(dir->readBytes(u"saved.doc"_s), marker);
+        for (bool yes : {false, true}) {
+            boxes->expectConfirm(Icon::Question, texts::read::SaveTitle,
+                                 texts::read::AskAppendToFile.arg(u"saved.doc"_s), yes);
+            files.answer(path);
+            r->mnuSave->trigger();
         }
-        QVERIFY(!d->Timer1->isActive());
+        QCOMPARE(dir->readBytes(u"saved.doc"_s), marker + marker);
+
+        // The pop-up opens over the list with the right button and the menu key.
+        const QPoint at = r->lvAddfile->visualItemRect(r->lvAddfile->item(0)).center();
+        QTest::mouseClick(r->lvAddfile->viewport(), Qt::RightButton, {}, at);
+        QTRY_VERIFY(r->mnuPop->isVisible());
+        r->mnuPop->close();
+        QTest::keyClick(r->lvAddfile, Qt::Key_Menu);
+        QTRY_VERIFY(r->mnuPop->isVisible());
     }
-}
 
-void tst_windows::sendReceiveCannotGoOn_data()
-{
-    QTest::addColumn<qint16>("mode");
-    QTest::addColumn<int>("inbox");  // messages in the Inbox before
-    QTest::addColumn<QString>("to");  // of the Outbox message
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("summary");  // the Inbox row's figures after
-    QTest::newRow("send only, a recipient without @: ends at once with the name check")
-        << qint16(2) << 0 << u"nobody"_s << texts::NameCheckFailed << u"0 0"_s;
-    QTest::newRow("send and receive, the same: received, then the name check")
-        << qint16(0) << 0 << u"nobody"_s << texts::NameCheckFailed << u"1 1"_s;
-    QTest::newRow("a full Inbox: sent, not received, and said so")
-        << qint16(0) << 101 << u"a@x.com"_s
-        << texts::SentButNotReceived + u"\r\r"_s + texts::TooManyMails << u"0 101"_s;
-}
-
-void tst_windows::sendReceiveCannotGoOn()
-{
-    QFETCH(qint16, mode);
-    QFETCH(int, inbox);
-    QFETCH(QString, to);
-    QFETCH(QString, text);
-    putAccounts(*dir, {u"a@x.com"_s});
-    put(*dir, FolderFile::Inbox, mails(inbox));
-    put(*dir, FolderFile::Outbox, {mail(u"1"_s, u"a@x.com"_s, to)});
-    put(*dir, FolderFile::ServerQueue, {mail(u"2"_s, u"b@y.cn"_s, u"a@x.com"_s, u"q"_s, true)});
-    frmMain *w = mainOn(Node::LocalFolders);
-    const bool nameCheck = text == texts::NameCheckFailed;
-    boxes->expectMessage(nameCheck ? Icon::Information : Icon::Exclamation,
-                         nameCheck ? texts::NameCheckTitle : texts::AppTitle, text);
-
-    frmSendAndReceive::start(mode, false);
-
-    // The run ends by itself, its box after it; the summary shows what the
-    // files hold, both figures of a row alike.
-    QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-    QTRY_VERIFY(boxes->done());
-    const QTreeWidgetItem *row = w->ListView2->topLevelItem(0);
-    QTEST(QString(row->text(1) + u' ' + row->text(2)), "summary");
-    QCOMPARE(w->node(Node::Inbox)->text(0).endsWith(u')'), row->text(1) != u"0");
-}
-
-void tst_windows::lastResortGuard()
-{
-    // An error no command caught still ends in a box, and the program goes on.
-    auto *app = static_cast<QuillpostApplication *>(qApp);
-    Failing target;
-    for (int fault : {1, 2}) {
-        target.fault = fault;
-        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
-                             fault == 1 ? texts::OperationAbandoned + u"\r\r"_s + texts::TooManyMails
-                                        : QuillpostApplication::abandonedText(u"disk gone"_s));
-        QEvent e(QEvent::User);
-        QVERIFY(!app->notify(&target, &e));
+    void sendReceiveBar()
+    {
+        // Twice: the next run starts from the first look.
+        for (int run = 0; run < 2; ++run) {
+            frmSendAndReceive::start(SendReceiveModes::ReceiveOnly, false);
+            frmSendAndReceive *d = forms::SendAndReceive();
+            QCOMPARE(d->Label1->text() + QString::number(d->Text2Width()), texts::sendreceive::Connecting + u'0');
+            for (QPushButton *b : {d->Command1, d->Command2, d->Command3})
+                QTest::mouseClick(b, Qt::LeftButton);  // inert: the run goes on
+            QVERIFY(d->isVisible() && d->Timer2->isActive() && d->Timer2->interval() == 150);
+            d->Timer2_Timer();
+            QVERIFY(!d->Timer2->isActive() && d->Timer1->isActive() && d->Timer1->interval() == 5);
+            QCOMPARE(d->Label1->text(), texts::sendreceive::Working);
+            for (int step = 1; step <= 14; ++step) {  // 14 steps of 400 twips, then it goes
+                d->Timer1_Timer();
+                QVERIFY(d->Text2Width() == 400 * step && d->isVisible() == (step < 14));
+            }
+            QVERIFY(!d->Timer1->isActive());
+        }
     }
-}
 
-void tst_windows::aboutBox()
-{
-    frmMain *w = mainOn();
-    for (int opening = 0; opening < 2; ++opening) {
-        w->H6->trigger();
-        frmAbout *box = forms::About();
-        QCOMPARE(box->ListView1->topLevelItemCount(), 21);  // never doubled
-        // A trainer finds the data folder on the version line.
-        QCOMPARE(box->Label1->toolTip(), u"数据文件夹："_s + QDir::toNativeSeparators(dir->path()));
-        QTest::mouseClick(box->Command1, Qt::LeftButton);
-        QVERIFY(!box->isVisible());
+    void sendReceiveCannotGoOn_data()
+    {
+        QTest::addColumn<qint16>("mode");
+        QTest::addColumn<int>("inbox");  // messages in the Inbox before
+        QTest::addColumn<QString>("to");  // of the Outbox message
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("summary");  // the Inbox row's figures after
+        QTest::newRow("send only, a recipient without @: ends at once with the name check")
+            << qint16(2) << 0 << u"nobody"_s << texts::NameCheckFailed << u"0 0"_s;
+        QTest::newRow("send and receive, the same: received, then the name check")
+            << qint16(0) << 0 << u"nobody"_s << texts::NameCheckFailed << u"1 1"_s;
+        QTest::newRow("a full Inbox: sent, not received, and said so")
+            << qint16(0) << 101 << u"a@x.com"_s
+            << texts::SentButNotReceived + u"\r\r"_s + texts::TooManyMails << u"0 101"_s;
     }
-}
+
+    void sendReceiveCannotGoOn()
+    {
+        QFETCH(qint16, mode);
+        QFETCH(int, inbox);
+        QFETCH(QString, to);
+        QFETCH(QString, text);
+        putAccounts(*dir, {u"a@x.com"_s});
+        put(*dir, FolderFile::Inbox, mails(inbox));
+        put(*dir, FolderFile::Outbox, {mail(u"1"_s, u"a@x.com"_s, to)});
+        put(*dir, FolderFile::ServerQueue, {mail(u"2"_s, u"b@y.cn"_s, u"a@x.com"_s, u"q"_s, true)});
+        frmMain *w = mainOn(Node::LocalFolders);
+        const bool nameCheck = text == texts::NameCheckFailed;
+        boxes->expectMessage(nameCheck ? Icon::Information : Icon::Exclamation,
+                             nameCheck ? texts::NameCheckTitle : texts::AppTitle, text);
+
+        frmSendAndReceive::start(mode, false);
+
+        // The run ends by itself, its box after it; the summary shows what the
+        // files hold, both figures of a row alike.
+        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+        QTRY_VERIFY(boxes->done());
+        const QTreeWidgetItem *row = w->ListView2->topLevelItem(0);
+        QTEST(QString(row->text(1) + u' ' + row->text(2)), "summary");
+        QCOMPARE(w->node(Node::Inbox)->text(0).endsWith(u')'), row->text(1) != u"0");
+    }
+
+    void lastResortGuard()
+    {
+        // An error no command caught still ends in a box, and the program goes on.
+        auto *app = static_cast<QuillpostApplication *>(qApp);
+        Failing target;
+        for (int fault : {1, 2}) {
+            target.fault = fault;
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                                 fault == 1 ? texts::OperationAbandoned + u"\r\r"_s + texts::TooManyMails
+                                            : QuillpostApplication::abandonedText(u"disk gone"_s));
+            QEvent e(QEvent::User);
+            QVERIFY(!app->notify(&target, &e));
+        }
+    }
+
+    void aboutBox()
+    {
+        frmMain *w = mainOn();
+        for (int opening = 0; opening < 2; ++opening) {
+            w->H6->trigger();
+            frmAbout *box = forms::About();
+            QCOMPARE(box->ListView1->topLevelItemCount(), 21);  // never doubled
+            // A trainer finds the data folder on the version line.
+            QCOMPARE(box->Label1->toolTip(), u"数据文件夹："_s + QDir::toNativeSeparators(dir->path()));
+            QTest::mouseClick(box->Command1, Qt::LeftButton);
+            QVERIFY(!box->isVisible());
+        }
+    }
+};
 
 int main(int argc, char *argv[])
 {
