@@ -25,7 +25,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
-using Icon = Prompter::Icon;
 
 namespace {
 

@@ -15,6 +15,9 @@
 
 namespace testsupport {
 
+using Icon = Prompter::Icon;
+
+
 // A fresh, empty data folder for as long as the object lives.
 class DataDir
 {

@@ -115,8 +115,11 @@ void ModalScript::poll()
     // nested loop that its own handler started.
     QTimer::singleShot(5, this, &ModalScript::poll);
     QWidget *active = QApplication::activeModalWidget();
-    if (active && active->objectName() == m_steps.first().first) {
+    const bool settled = active && active == m_seen;
+    m_seen = active;
+    if (settled && active->objectName() == m_steps.first().first) {
         m_idlePolls = 0;
+        m_seen = nullptr;
         m_steps.takeFirst().second(active);
         return;
     }

@@ -2,22 +2,26 @@
 
 // Shared ground of the window tests: the clicks and keys a user gives, a
 // scripted file chooser, and a test object with a fresh data folder and a
-// scripted prompter for every test function.
+// scripted prompter for every test function. It brings in the windows and
+// the widgets every window test reaches into.
 
+#include "store/folders.h"
+#include "store/state.h"
 #include "testsupport.h"
+#include "texts.h"
 #include "ui/common/filechooser.h"
+#include "ui/common/forms.h"
+#include "ui/main/foldernodes.h"
+#include "ui/main/frmMain.h"
+#include "ui/message/frmMailEdit.h"
+#include "ui/message/frmMailRead.h"
+#include "ui/sendrecv/frmSendAndReceive.h"
 
-#include <QObject>
-#include <QPoint>
+#include <QTest>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>
-
-class QAction;
-class QToolBar;
-class QTreeWidget;
-class QTreeWidgetItem;
-class frmMain;
 
 namespace testsupport {
 
@@ -51,7 +55,8 @@ private:
 };
 
 // Runs each step once the window of that objectName is the active modal
-// one; steps may open further modal windows. A stalled script closes every
+// one at two polls in a row, so that the loop of a window closed just
+// before has ended; steps may open further modal windows. A stalled script closes every
 // modal dialog, so that a failing test does not hang.
 class ModalScript : public QObject
 {
@@ -67,6 +72,7 @@ private:
     QList<QPair<QString, Step>> m_steps;
     QString m_failure;
     int m_idlePolls = 0;
+    QPointer<QWidget> m_seen;
 };
 
 // The new-account wizard's answers, and the steps that type them on pages

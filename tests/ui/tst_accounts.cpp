@@ -2,7 +2,6 @@
 // mouse and keyboard; checked on the rows, the buttons and mailbox.dat.
 
 #include "store/mailboxes.h"
-#include "texts.h"
 #include "ui/accounts/ensuremailbox.h"
 #include "ui/accounts/frmMailBox.h"
 #include "ui/accounts/frmMailBoxProp.h"
@@ -11,20 +10,10 @@
 #include "ui/accounts/frmMainBoxAdd3.h"
 #include "ui/accounts/frmMainBoxAdd4.h"
 #include "ui/accounts/frmMainBoxAdd5.h"
-#include "ui/common/forms.h"
 #include "windows.h"
-
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTabBar>
-#include <QTest>
-#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
-using Icon = Prompter::Icon;
 namespace t = texts::accounts;
 
 namespace {

@@ -2,27 +2,12 @@
 // reach the commands and what they never touch, refusals, questions,
 // attachments and closing. Where the commands put a message is tst_commands'.
 
-#include "store/folders.h"
-#include "store/state.h"
-#include "texts.h"
-#include "ui/common/forms.h"
-#include "ui/message/frmMailEdit.h"
-#include "ui/sendrecv/frmSendAndReceive.h"
 #include "windows.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenu>
-#include <QPlainTextEdit>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
-using Icon = Prompter::Icon;
 namespace t = texts::compose;
 
 namespace {

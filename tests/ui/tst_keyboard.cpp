@@ -9,9 +9,7 @@
 // what the files hold.
 
 #include "store/clock.h"
-#include "store/folders.h"
 #include "store/mailboxes.h"
-#include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/accounts/frmMailBox.h"
 #include "ui/accounts/frmMailBoxProp.h"
@@ -21,36 +19,11 @@
 #include "ui/accounts/frmMainBoxAdd4.h"
 #include "ui/accounts/frmMainBoxAdd5.h"
 #include "ui/common/application.h"
-#include "ui/common/forms.h"
 #include "ui/common/msgboxprompter.h"
-#include "ui/main/foldernodes.h"
-#include "ui/main/frmMain.h"
-#include "ui/message/frmMailEdit.h"
-#include "ui/message/frmMailRead.h"
-#include "ui/sendrecv/frmSendAndReceive.h"
 #include "windows.h"
-
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QComboBox>
-#include <QFileDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QRegularExpression>
-#include <QTest>
-#include <QTextEdit>
-#include <QTimer>
-#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
-using Icon = Prompter::Icon;
 
 namespace {
 bool hasChinese(const QString &text)
@@ -101,11 +74,15 @@ QWidget *shown(const QString &name)
 }
 
 // Where the keyboard's keys go: an open menu, else the focus.
+// A focus left behind in a window just closed does not count.
 QWidget *keyboard()
 {
     if (QWidget *menu = QApplication::activePopupWidget())
         return menu;
-    return QApplication::focusWidget() ? QApplication::focusWidget() : QApplication::activeWindow();
+    QWidget *top = QApplication::activeModalWidget() ? QApplication::activeModalWidget()
+                                                      : QApplication::activeWindow();
+    QWidget *focus = QApplication::focusWidget();
+    return focus && focus->window() == top ? focus : top;
 }
 
 // Keys as a user types them: "Alt+F N M", "Ctrl+M", or text in quotes.

@@ -3,30 +3,10 @@
 // windows they open, closing. Whatever the user does, the page belongs to
 // the current node and every command acts on the message previewed.
 
-#include "store/folders.h"
-#include "store/state.h"
-#include "texts.h"
-#include "ui/common/forms.h"
-#include "ui/main/foldernodes.h"
-#include "ui/main/frmMain.h"
-#include "ui/message/frmMailEdit.h"
-#include "ui/message/frmMailRead.h"
-#include "ui/sendrecv/frmSendAndReceive.h"
 #include "windows.h"
-
-#include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPushButton>
-#include <QTest>
-#include <QTextEdit>
-#include <QToolBar>
-#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
-using Icon = Prompter::Icon;
 
 namespace {
 const QString Received = u"发件人|主题|接收时间|"_s, Unsent = u"收件人|主题|发送时间|账号"_s;

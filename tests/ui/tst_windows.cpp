@@ -3,32 +3,12 @@
 
 #include "sendrecv/engine.h"
 #include "store/errors.h"
-#include "store/folders.h"
-#include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/common/application.h"
-#include "ui/common/forms.h"
-#include "ui/main/foldernodes.h"
-#include "ui/main/frmMain.h"
-#include "ui/message/frmMailEdit.h"
-#include "ui/message/frmMailRead.h"
-#include "ui/sendrecv/frmSendAndReceive.h"
 #include "windows.h"
-
-#include <QDir>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenu>
-#include <QPushButton>
-#include <QTest>
-#include <QTextEdit>
-#include <QTimer>
-#include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
-using Icon = Prompter::Icon;
 
 namespace {
 QString isnewInFile(int folder)
