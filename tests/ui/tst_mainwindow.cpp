@@ -9,25 +9,34 @@ using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
 
 namespace {
-const QString Received = u"发件人|主题|接收时间|"_s, Unsent = u"收件人|主题|发送时间|账号"_s;
-
 QString page(const frmMain *w)
 {
     return w->Frame2->isVisible() ? u"messages"_s : w->Frame5->isVisible() ? u"summary"_s : u"start"_s;
 }
 
-QString headers(const frmMain *w)
+// The page as the user sees it: its caption and kind; on a list of
+// messages the column over the other party and the rows' subjects; the
+// context buttons.
+QString state(const frmMain *w)
 {
-    const QTreeWidgetItem *h = w->ListView1->headerItem();
-    return QStringList({h->text(2), h->text(3), h->text(4), h->text(5)}).join(u'|');
+    QStringList s{w->Label1->text(), page(w)};
+    if (page(w) == u"messages") {
+        s << w->ListView1->headerItem()->text(2);
+        for (int i = 0; i < w->ListView1->topLevelItemCount(); ++i)
+            s << w->ListView1->topLevelItem(i)->text(3);
+    }
+    return s.join(u' ') + u' ' + contextButtons(w);
 }
 
-QString rows(const frmMain *w)
+// Ids of the six folders, "-" for an empty one, and the two captions that
+// count unread mail.
+QString outcome(const frmMain *w)
 {
-    QStringList list;
-    for (int i = 0; i < w->ListView1->topLevelItemCount(); ++i)
-        list << w->ListView1->topLevelItem(i)->text(3);
-    return list.join(u'|');
+    QStringList s;
+    for (int f = 0; f < FolderFile::Count; ++f)
+        s << (ids(f).isEmpty() ? u"-"_s : ids(f));
+    return s.join(u' ') + u' ' + w->node(Node::Inbox)->text(0) + u' '
+        + w->node(Node::DeletedItems)->text(0);
 }
 
 // Keys given to a widget, as "Down Down Return".
@@ -39,20 +48,22 @@ void keys(QWidget *w, const QString &sequence)
     }
 }
 
-// What a user does: "button N" on the tool bar, "list: KEYS" or "window:
-// KEYS" from the keyboard, "double" on row 1, "drop N" in the send/receive
-// drop-down, or the name of a menu item or a button.
+// What a user does: "button N" on the tool bar, "tree: KEYS", "list:
+// KEYS" or "window: KEYS" from the keyboard, "double" on row 0, "drop N"
+// in the send/receive drop-down, or the name of a menu item or a button.
 void act(frmMain *w, const QString &how)
 {
     const QString arg = how.section(u' ', 1);
-    QWidget *typed = how.startsWith(u"list:") ? static_cast<QWidget *>(w->ListView1) : w;
+    QWidget *typed = how.startsWith(u"list:")   ? static_cast<QWidget *>(w->ListView1)
+        : how.startsWith(u"tree:")              ? static_cast<QWidget *>(w->TreeView1)
+                                                : w;
     typed->setFocus();
     if (how.startsWith(u"button"))
         clickButton(w->Toolbar1, w->toolbarButton(arg.toInt()));
     else if (how.contains(u':'))
         keys(QTest::qWaitForWindowActive(w) ? typed : nullptr, arg);  // keys reach active windows
     else if (how == u"double")
-        doubleClickRow(w->ListView1, 1);
+        doubleClickRow(w->ListView1, 0);  // the first row, whichever was previewed
     else if (how.startsWith(u"drop"))
         w->sendReceiveMenu->actions().at(arg.toInt())->trigger();
     else if (auto *b = w->findChild<QAbstractButton *>(how))
@@ -83,30 +94,26 @@ private slots:
         QCOMPARE(tree, u"Quillpost Express|本地文件夹|收件箱(3)*|发件箱|已发送邮件|已删除邮件|草稿|"_s);
         QVERIFY(w->node(Node::Root)->isExpanded() && w->node(Node::LocalFolders)->isExpanded());
         QVERIFY(w->TreeView1->selectedItems().isEmpty());
-        QCOMPARE(page(w), u"start"_s);
-        QCOMPARE(contextButtons(w), u"--------"_s);
+        QCOMPARE(state(w), u"Quillpost Express start --------"_s);
         QCOMPARE(allFiles(*dir), before);  // start-up writes nothing
     }
 
     void startUpWithDamagedFolders()
     {
         // Deleted Items claims 15 messages and holds 3; the Inbox has a body
-        // without its brackets. Each says so once; the window stands whole and
-        // nothing acts on mail it does not show.
+        // without its brackets. Each says so once; the window stands whole
+        // and nothing acts on mail it does not show.
         dir->writeBytes(u"deleted_c.dat"_s, FolderBytes(mails(3, 3)).replace("number=3", "number=15"));
         dir->writeBytes(u"receive_c.dat"_s, FolderBytes({mail(u"1"_s)}).replace("content=[body]", "content=x"));
         putAccounts(*dir, {u"a@x.com"_s});
         const QByteArray before = allFiles(*dir);
         const QString why = texts::OperationAbandoned + u"\r\r"_s + texts::BadStoredContent;
-        for (int box = 0; box < 3; ++box)
+        for (int box = 0; box < 4; ++box)  // the last one: receiving needs the Inbox
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle, why);
 
         frmMain *w = mainOn(Node::Inbox);
-        QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱"_s);
         QCOMPARE(w->ListView1->topLevelItemCount(), 0);
         QCOMPARE(contextButtons(w), u"DDDDDDDD"_s);
-        // Receiving needs the Inbox; the run ends with the reason.
-        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, why);
         w->mnuReceiveMail->trigger();
         QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
         QCOMPARE(allFiles(*dir), before);
@@ -114,61 +121,51 @@ private slots:
 
     void pages_data()
     {
-        QTest::addColumn<QString>("how");  // "click" or keys given to the tree
+        QTest::addColumn<QString>("how");  // "click N" or keys given to the tree
         QTest::addColumn<int>("node");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<int>("folder");
-        QTest::addColumn<bool>("holdsUnsent");
-        QTest::addColumn<QString>("headers");
-        QTest::addColumn<QString>("rowToolbar");  // once a message is previewed
-        const auto row = [](const char *name, const QString &how, int node, const QString &shown,
-                            int folder, bool unsent, const QString &headers, const QString &toolbar) {
-            QTest::newRow(name) << how << node << shown << folder << unsent << headers << toolbar;
-        };
+        QTest::addColumn<QString>("state");  // then, after a click on a row, the buttons
         // Every row starts on Drafts, the last node, with a message previewed.
-        row("click root: start page", u"click"_s, 1, u"start"_s, 4, true, {}, {});
-        row("click Local Folders: summary", u"click"_s, 2, u"summary"_s, 4, true, {}, {});
-        row("click Inbox: reply, forward, delete", u"click"_s, 3, u"messages"_s, 0, false, Received,
-            u"EEEEEEEE"_s);
-        row("click Outbox", u"click"_s, 4, u"messages"_s, 1, true, Unsent, u"DDEEEEEE"_s);
-        row("click Sent Items", u"click"_s, 5, u"messages"_s, 2, false, Unsent, u"DDEEEEEE"_s);
-        row("Up: Deleted Items", u"Up"_s, 6, u"messages"_s, 3, false, Received, u"DDEEEEEE"_s);
-        row("Up Up Up: Outbox", u"Up Up Up"_s, 4, u"messages"_s, 1, true, Unsent, u"DDEEEEEE"_s);
-        row("Home: start page", u"Home"_s, 1, u"start"_s, 4, true, {}, {});
-        row("Home Down: summary", u"Home Down"_s, 2, u"summary"_s, 4, true, {}, {});
-        row("Home End: Drafts again", u"Home End"_s, 7, u"messages"_s, 4, true, Unsent, u"DDEEEEEE"_s);
+        const auto row = [](const char *name, const char *how, int node, const QString &state) {
+            QTest::newRow(name) << QString::fromLatin1(how) << node << state;
+        };
+        row("click root: start page", "click 1", 1, u"Quillpost Express start --------"_s);
+        row("click Local Folders: summary", "click 2", 2, u"本地文件夹 summary DDDDDDDD"_s);
+        row("click Inbox: reply, forward, delete", "click 3", 3,
+            u"收件箱 messages 发件人 s20000000 s20000001 DDDDDDDD EEEEEEEE"_s);
+        row("click Outbox", "click 4", 4, u"发件箱 messages 收件人 s20000010 s20000011 DDDDDDDD DDEEEEEE"_s);
+        row("click Sent Items", "click 5", 5,
+            u"已发送邮件 messages 收件人 s20000020 s20000021 DDDDDDDD DDEEEEEE"_s);
+        row("Up: Deleted Items", "tree: Up", 6,
+            u"已删除邮件 messages 发件人 s20000030 s20000031 DDDDDDDD DDEEEEEE"_s);
+        row("Up Up Up: Outbox", "tree: Up Up Up", 4,
+            u"发件箱 messages 收件人 s20000010 s20000011 DDDDDDDD DDEEEEEE"_s);
+        row("Home: start page", "tree: Home", 1, u"Quillpost Express start --------"_s);
+        row("Home Down: summary", "tree: Home Down", 2, u"本地文件夹 summary DDDDDDDD"_s);
+        row("Home End: Drafts again", "tree: Home End", 7,
+            u"草稿 messages 收件人 s20000040 s20000041 DDDDDDDD DDEEEEEE"_s);
     }
 
     void pages()
     {
         QFETCH(QString, how);
         QFETCH(int, node);
-        QFETCH(QString, shown);
         for (int f = FolderFile::Inbox; f <= FolderFile::Drafts; ++f)
             put(*dir, f, mails(2, 0, 20000000 + 10 * f));
         frmMain *w = mainOn(Node::Drafts, 0);
 
-        if (how == u"click") {
-            clickItem(w->TreeView1, w->node(node));
-        } else {
-            w->TreeView1->setFocus();
-            keys(w->TreeView1, how);
-        }
+        if (how.startsWith(u"click"))
+            clickItem(w->TreeView1, w->node(how.section(u' ', 1).toInt()));
+        else
+            act(w, how);
 
         QCOMPARE(w->TreeView1->currentItem(), w->node(node));
-        QCOMPARE(page(w), shown);
-        QCOMPARE(w->Label1->text(), w->node(node)->text(0));
-        QTEST(int(w->CurrentFolder), "folder");
-        QTEST(w->FolderHoldsUnsent, "holdsUnsent");
-        QCOMPARE(contextButtons(w), shown == u"start" ? u"--------"_s : u"DDDDDDDD"_s);
-        if (shown == u"messages") {
-            QTEST(headers(w), "headers");
-            const int first = 20000000 + 10 * w->CurrentFolder;
-            QCOMPARE(rows(w), u"s%1|s%2"_s.arg(first).arg(first + 1));
+        QString shown = state(w);
+        if (page(w) == u"messages") {
             QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
             clickRow(w->ListView1, 1);
-            QTEST(contextButtons(w), "rowToolbar");
+            shown += u' ' + contextButtons(w);
         }
+        QTEST(shown, "state");
     }
 
     void summary()
@@ -184,14 +181,11 @@ private slots:
         }
         QCOMPARE(figures.join(u','), u"收件箱 2 4,发件箱 0 2,已发送邮件 0 0,已删除邮件 1 3,草稿 0 0"_s);
 
-        // A row opens its folder; Deleted Items opened here counts as unsent
-        // mail: recipient columns, and a double-click edits.
+        // A row opens its folder, by mouse or Enter; Deleted Items opened
+        // here counts as unsent mail: recipient columns.
         clickRow(w->ListView2, 3);
         QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));
-        QVERIFY(page(w) == u"messages" && w->FolderHoldsUnsent);
-        QCOMPARE(int(w->CurrentFolder), int(FolderFile::DeletedItems));
-        QCOMPARE(headers(w), Unsent);
-        // From the keyboard: Enter on a row.
+        QCOMPARE(state(w), u"已删除邮件 messages 收件人 s20000000 s20000001 s20000002 DDDDDDDD"_s);
         clickItem(w->TreeView1, w->node(Node::LocalFolders));
         w->ListView2->setFocus();
         w->ListView2->setCurrentItem(w->ListView2->topLevelItem(1));
@@ -228,8 +222,7 @@ private slots:
         // A long subject ends in "…" with the whole in its tooltip.
         clickRow(w->ListView1, 1);
         QCOMPARE(w->Label5->text(), list[1].from);
-        QVERIFY(w->Label9->text().endsWith(u'…'));
-        QCOMPARE(w->Label9->toolTip(), list[1].subject);
+        QVERIFY(w->Label9->text().endsWith(u'…') && w->Label9->toolTip() == list[1].subject);
         QCOMPARE(w->Text1->toPlainText(), u"line one\nline two"_s);
         // Another button than the left one does not move the highlight; a
         // click beside the rows leaves nothing previewed.
@@ -238,140 +231,101 @@ private slots:
         QCOMPARE(w->ListView1->currentItem(), w->ListView1->topLevelItem(1));
         QTest::mouseClick(w->ListView1->viewport(), Qt::LeftButton, {},
                           QPoint(5, w->ListView1->viewport()->height() - 3));
-        QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
-        QCOMPARE(w->Label5->text() + w->Label9->text(), QString());
+        QCOMPARE(w->Text1->toPlainText() + w->Label5->text() + w->Label9->text(), texts::NoMailSelected);
         QCOMPARE(contextButtons(w), u"DDDDDDDD"_s);
         QCOMPARE(allFiles(*dir), before);  // previewing marks nothing read
     }
 
-    void deleting_data()
+    void commands_data()
     {
-        QTest::addColumn<int>("node");
+        QTest::addColumn<int>("node");  // its last message previewed
         QTest::addColumn<QString>("how");
-        QTest::addColumn<int>("answer");  // -1 no question, 0 No, 1 Yes
-        QTest::addColumn<QString>("folders");  // ids of Inbox, Outbox, Sent Items, Deleted Items
-        QTest::addColumn<QString>("captions");
-        // Inbox 100, 101 (both unread); Outbox 400; Sent Items 200; Deleted Items 300 (unread).
-        const QString button = u"button %1"_s.arg(frmMain::tbDelete);
-        QTest::newRow("an unread Inbox message moves: both counts change")
-            << 3 << button << -1 << u"101 400 200 300|100"_s << u"收件箱(1) 已删除邮件(2)"_s;
-        QTest::newRow("the Delete key moves the row reached by arrows")
-            << 3 << u"list: Down Delete"_s << -1 << u"100 400 200 300|101"_s << u"收件箱(1) 已删除邮件(2)"_s;
-        QTest::newRow("a Sent Items message moves without a question")
-            << 5 << button << -1 << u"100|101 400  300|200"_s << u"收件箱(2) 已删除邮件(1)"_s;
-        QTest::newRow("the only message of Deleted Items: asked, gone for good")
-            << 6 << button << 1 << u"100|101 400 200 "_s << u"收件箱(2) 已删除邮件"_s;
-        QTest::newRow("No keeps the message of Deleted Items")
-            << 6 << u"list: Delete"_s << 0 << u"100|101 400 200 300"_s << u"收件箱(2) 已删除邮件(1)"_s;
-        QTest::newRow("sending from the Outbox")
-            << 4 << u"mnuSendMail"_s << -1 << u"100|101  200|400 300"_s << u"收件箱(2) 已删除邮件(1)"_s;
+        QTest::addColumn<QString>("box");  // "yes" or "no" to a delete for good, "warn"
+        QTest::addColumn<QString>("opened");  // a window, its subject; a run, its mode
+        QTest::addColumn<QString>("outcome");
+        // Inbox 100, 101 and Deleted Items 300 unread; Outbox 400; Sent
+        // Items 200; Drafts 500, 501.
+        const auto row = [](const char *name, int node, const QString &how, const char *box,
+                            const QString &opened, const QString &outcome) {
+            QTest::newRow(name) << node << how << QString::fromLatin1(box) << opened << outcome;
+        };
+        const QString same = u"100|101 400 200 300 500|501 - 收件箱(2) 已删除邮件(1)"_s;
+        const QString sent = u"100|101 - 200|400 300 500|501 400 收件箱(2) 已删除邮件(1)"_s;
+        const QString del = u"button %1"_s.arg(frmMain::tbDelete);
+        row("delete: an unread Inbox message moves, both counts change", 3, del, "", {},
+            u"100 400 200 300|101 500|501 - 收件箱(1) 已删除邮件(2)"_s);
+        row("delete: the Delete key moves the row reached by arrows", 3, u"list: Up Delete"_s, "", {},
+            u"101 400 200 300|100 500|501 - 收件箱(1) 已删除邮件(2)"_s);
+        row("delete: Sent Items without a question", 5, del, "", {},
+            u"100|101 400 - 300|200 500|501 - 收件箱(2) 已删除邮件(1)"_s);
+        row("delete: Deleted Items asks, Yes removes it for good", 6, del, "yes", {},
+            u"100|101 400 200 - 500|501 - 收件箱(2) 已删除邮件"_s);
+        row("delete: No keeps it", 6, u"list: Delete"_s, "no", {}, same);
+        row("send: the Outbox goes out", 4, u"mnuSendMail"_s, "", u"run 2"_s, sent);
+        row("send: Outbox mail of no account is warned of", 4, u"mnuSendMail"_s, "warn", {}, same);
+        row("CTRL+M sends and receives", 3, u"window: Ctrl+M"_s, "", u"run 0"_s, sent);
+        row("the toolbar's Send/Receive", 3, u"button %1"_s.arg(frmMain::tbSendReceive), "",
+            u"run 0"_s, sent);
+        row("the summary page's button", 2, u"Command11"_s, "", u"run 0"_s, sent);
+        row("receive from the drop-down", 3, u"drop 1"_s, "", u"run 1"_s, same);
+        row("send from the drop-down", 3, u"drop 2"_s, "", u"run 2"_s, sent);
+        row("New on the toolbar", 3, u"button 1"_s, "", u"edit 1 "_s, same);
+        row("New in the File menu", 3, u"AddNewMail"_s, "", u"edit 1 "_s, same);
+        row("Reply quotes the previewed message", 3, u"button 2"_s, "", u"edit 2 Re:s101"_s, same);
+        row("Reply from the Message menu", 3, u"mnuMsgReply"_s, "", u"edit 2 Re:s101"_s, same);
+        row("Forward from Sent Items", 5, u"button 4"_s, "", u"edit 3 Fw:s200"_s, same);
+        row("Reply All does nothing", 3, u"button 3"_s, "", {}, same);
+        row("double-click in the Inbox: read, marked", 3, u"double"_s, "", u"read s100"_s,
+            u"100|101 400 200 300 500|501 - 收件箱(1) 已删除邮件(1)"_s);
+        row("double-click a draft: edit", 7, u"double"_s, "", u"edit 0 s500"_s, same);
+        row("Enter on a draft: edit", 7, u"list: Up Down Return"_s, "", u"edit 0 s501"_s, same);
     }
 
-    void deleting()
+    void commands()
     {
         QFETCH(int, node);
         QFETCH(QString, how);
-        QFETCH(int, answer);
-        putAccounts(*dir, {u"sender0@x.com"_s});
+        QFETCH(QString, box);
+        putAccounts(*dir, {box == u"warn" ? u"z@z.com"_s : u"sender0@x.com"_s});
         put(*dir, FolderFile::Inbox, mails(2, 2, 100));
         put(*dir, FolderFile::Outbox, mails(1, 0, 400));
         put(*dir, FolderFile::SentItems, mails(1, 0, 200));
         put(*dir, FolderFile::DeletedItems, mails(1, 1, 300));
-        frmMain *w = mainOn(node, 0);
-        if (answer >= 0)
-            boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, answer);
+        put(*dir, FolderFile::Drafts, mails(2, 0, 500));
+        const int folder = node - Node::Inbox;
+        frmMain *w = mainOn(node, folder >= 0 ? int(stored(folder).size()) - 1 : -1);
+        const QString shown = folder >= 0 ? ids(folder) : QString();
+        Main::ComposeMode = -2;
+        if (box == u"warn")
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::OutboxWithoutAccount);
+        else if (!box.isEmpty())
+            boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, box == u"yes");
 
         act(w, how);
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
 
-        QTEST(QStringList({ids(0), ids(1), ids(2), ids(3)}).join(u' '), "folders");
-        QTEST(QString(w->node(Node::Inbox)->text(0) + u' ' + w->node(Node::DeletedItems)->text(0)),
-              "captions");
-        QCOMPARE(w->node(Node::DeletedItems)->font(0).bold(), w->DeletedUnread > 0);
-        QCOMPARE(rows(w).count(u's'), int(stored(w->CurrentFolder).size()));
-        if (answer == 0)
+        frmSendAndReceive *run = forms::SendAndReceive();
+        QString opened = run->isVisible() ? u"run %1"_s.arg(run->SendReceiveMode) : QString();
+        if (forms::MailEdit()->isVisible())
+            opened = u"edit %1 "_s.arg(Main::ComposeMode) + forms::MailEdit()->Text5->text();
+        if (forms::MailRead()->isVisible())
+            opened = u"read "_s + forms::MailRead()->windowTitle();
+        QTEST(opened, "opened");
+        QTRY_VERIFY(!run->isVisible());
+        QTEST(outcome(w), "outcome");
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+        // Child windows open beside the main window, not over its tool bar.
+        for (QWidget *child : QList<QWidget *>{forms::MailEdit(), forms::MailRead()})
+            QVERIFY(!child->isVisible() || child->y() > w->y() + w->Toolbar1->height());
+        if (folder < 0 || ids(folder) == shown)
             return;
-        // Nothing is previewed, nothing can be deleted or forwarded: a second
-        // press reaches no message the user has not looked at.
+        // The message previewed is gone: nothing is previewed, nothing can be
+        // deleted or forwarded, and a second press reaches no message the
+        // user has not looked at.
         QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
         QCOMPARE(contextButtons(w), u"DDDDDDDD"_s);
         const QByteArray before = allFiles(*dir);
         w->toolbarButton(frmMain::tbDelete)->trigger();
         QCOMPARE(allFiles(*dir), before);
-    }
-
-    void opening_data()
-    {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<int>("node");
-        QTest::addColumn<int>("mode");  // ComposeMode after; -1 the read window, -2 nothing
-        QTest::addColumn<QString>("subject");
-        QTest::newRow("New on the toolbar") << u"button 1"_s << 3 << 1 << QString();
-        QTest::newRow("New in the File menu") << u"AddNewMail"_s << 3 << 1 << QString();
-        QTest::newRow("Reply quotes the previewed message") << u"button 2"_s << 3 << 2 << u"Re:s20000001"_s;
-        QTest::newRow("Reply from the Message menu") << u"mnuMsgReply"_s << 3 << 2 << u"Re:s20000001"_s;
-        QTest::newRow("Forward from Sent Items") << u"button 4"_s << 5 << 3 << u"Fw:s20000001"_s;
-        QTest::newRow("Reply All does nothing") << u"button 3"_s << 3 << -2 << QString();
-        QTest::newRow("double-click in the Inbox: read") << u"double"_s << 3 << -1 << u"s20000001"_s;
-        QTest::newRow("double-click a draft: edit") << u"double"_s << 7 << 0 << u"s20000001"_s;
-        QTest::newRow("Enter in the Inbox: read") << u"list: Return"_s << 3 << -1 << u"s20000001"_s;
-        QTest::newRow("Down Enter on a draft: edit") << u"list: Down Return"_s << 7 << 0 << u"s20000002"_s;
-    }
-
-    void opening()
-    {
-        QFETCH(QString, how);
-        QFETCH(int, node);
-        QFETCH(int, mode);
-        putAccounts(*dir, {u"a@x.com"_s});
-        put(*dir, node - Node::Inbox, mails(3, 3));
-        frmMain *w = mainOn(node, 1);
-        Main::ComposeMode = -2;
-        const QByteArray before = allFiles(*dir);
-
-        act(w, how);
-
-        QCOMPARE(int(Main::ComposeMode), mode == -1 ? -2 : mode);
-        QCOMPARE(forms::MailEdit()->isVisible(), mode >= 0);
-        QCOMPARE(forms::MailRead()->isVisible(), mode == -1);
-        QWidget *opened = mode == -1 ? static_cast<QWidget *>(forms::MailRead()) : forms::MailEdit();
-        if (mode != -2)
-            QTEST(mode == -1 ? opened->windowTitle() : forms::MailEdit()->Text5->text(), "subject");
-        // Child windows open beside the main window, not over its tool bar.
-        QVERIFY(!opened->isVisible() || opened->y() > w->y() + w->Toolbar1->height());
-        QVERIFY(mode == -1 || allFiles(*dir) == before);
-    }
-
-    void runs_data()
-    {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<int>("mode");  // the run's mode; -1 no run
-        QTest::newRow("CTRL+M") << u"window: Ctrl+M"_s << 0;
-        QTest::newRow("the toolbar's Send/Receive") << u"button %1"_s.arg(frmMain::tbSendReceive) << 0;
-        QTest::newRow("the summary page's button") << u"Command11"_s << 0;
-        QTest::newRow("receive from the drop-down") << u"drop 1"_s << 1;
-        QTest::newRow("send from the drop-down") << u"drop 2"_s << 2;
-        QTest::newRow("Outbox mail of no account: warned, no run") << u"mnuSendMail"_s << -1;
-    }
-
-    void runs()
-    {
-        QFETCH(QString, how);
-        QFETCH(int, mode);
-        putAccounts(*dir, {u"a@x.com"_s});
-        put(*dir, FolderFile::Outbox, {mail(u"1"_s, mode < 0 ? u"z@z.com"_s : u"a@x.com"_s)});
-        frmMain *w = mainOn(how == u"Command11" ? Node::LocalFolders : Node::Inbox);
-        if (mode < 0)
-            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::OutboxWithoutAccount);
-
-        act(w, how);
-
-        frmSendAndReceive *run = forms::SendAndReceive();
-        QCOMPARE(run->isVisible(), mode >= 0);
-        QVERIFY(mode < 0 || run->SendReceiveMode == mode);
-        QTRY_VERIFY(!run->isVisible());
-        QCOMPARE(ids(FolderFile::Outbox).isEmpty(), mode == 0 || mode == 2);
     }
 
     void closing_data()
@@ -396,7 +350,6 @@ private slots:
         const QByteArray before = allFiles(*dir);
         frmMain *w = mainOn(Node::Outbox);
         w->AddNewMail->trigger();  // a compose window left open goes too
-
         if (!to.isEmpty())
             boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskSendOutboxOnClose, yes);
         if (nameCheck)
