@@ -209,83 +209,62 @@ private slots:
         }
     }
 
-    void wizardCancel_data()
+    void wizard_data()
     {
-        QTest::addColumn<int>("onPage");
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<bool>("yes");
-        QTest::newRow("Cancel on page 5 closes every page") << 5 << u"cancel"_s << true;
-        QTest::newRow("Escape on page 3 asks the same") << 3 << u"escape"_s << true;
-        QTest::newRow("No leaves every page open") << 2 << u"cancel"_s << false;
+        QTest::addColumn<int>("present");  // accounts on file
+        QTest::addColumn<bool>("fromDialog");  // the add menu, else a command needing an account
+        QTest::addColumn<int>("page");     // where the user leaves the wizard
+        QTest::addColumn<QString>("leave");  // "finish", "cancel", "escape"; "no" answers No first
+        const auto row = [](const char *name, int present, bool dialog, int page, const char *leave) {
+            QTest::newRow(name) << present << dialog << page << QString::fromLatin1(leave);
+        };
+        row("no account: a finished wizard stores it, the command goes on", 0, false, 5, "finish");
+        row("no account: a cancelled wizard ends the command", 0, false, 2, "cancel");
+        row("an account on file: no wizard", 1, false, 0, "");
+        row("21 accounts: a 22nd is refused, nothing written", 21, true, 5, "finish");
+        row("Cancel on page 5 closes every page", 1, true, 5, "cancel");
+        row("Escape on page 3 asks the same", 1, true, 3, "escape");
+        row("No leaves every page open", 1, true, 2, "no");
     }
 
-    void wizardCancel()
-    {
-        QFETCH(int, onPage);
-        QFETCH(QString, how);
-        QFETCH(bool, yes);
-        openDialog(*dir, 1);
-        const QByteArray before = allFiles(*dir);
-        boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, yes);
-        if (!yes)
-            boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
-        QList<int> openAfterNo;
-        ModalScript script;
-        walkWizard(script, WizardAnswers(), onPage, false);
-        script.on(u"frmMainBoxAdd"_s + QString::number(onPage), [&](QWidget *w) {
-            how == u"escape" ? QTest::keyClick(w, Qt::Key_Escape) : click(w, u"btnCancel"_s);
-            if (!yes) {
-                openAfterNo = openPages();
-                click(w, u"btnCancel"_s);  // then leaves for good
-            }
-        });
-        script.start();
-        forms::MailBox()->mnuEmail_Click();
-        QVERIFY2(script.finished(), script.report());
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-        QVERIFY(yes || openAfterNo == (QList<int>{1, 2}));
-        QCOMPARE(openPages(), QList<int>());
-        QVERIFY(!forms::MailBox()->Changed);
-        QCOMPARE(allFiles(*dir), before);
-    }
-
-    void ensureMailBox_data()
-    {
-        QTest::addColumn<int>("present");
-        QTest::addColumn<bool>("finish");
-        QTest::addColumn<bool>("abandon");
-        QTest::newRow("no account: a finished wizard stores it, the command goes on") << 0 << true << false;
-        QTest::newRow("no account: a cancelled wizard ends the command") << 0 << false << true;
-        QTest::newRow("an account on file: no wizard") << 1 << false << false;
-        QTest::newRow("21 accounts: a 22nd is refused, nothing written") << 21 << true << false;
-    }
-
-    void ensureMailBox()
+    void wizard()
     {
         QFETCH(int, present);
-        QFETCH(bool, finish);
-        QFETCH(bool, abandon);
+        QFETCH(bool, fromDialog);
+        QFETCH(int, page);
+        QFETCH(QString, leave);
         if (present)
             dir->writeBytes(MailBoxFileName, AccountBytes(accounts(present)));
+        const bool finish = leave == u"finish";
+        QList<int> openAfterNo;
         ModalScript script;
-        if (present != 1) {
-            walkWizard(script, WizardAnswers(), finish ? 5 : 2, finish);
+        if (page > 0) {
+            walkWizard(script, WizardAnswers(), page, finish);
             if (!finish) {
-                boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
-                script.on(u"frmMainBoxAdd2"_s, [](QWidget *w) { click(w, u"btnCancel"_s); });
+                boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, leave != u"no");
+                if (leave == u"no")
+                    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
+                script.on(u"frmMainBoxAdd%1"_s.arg(page), [&](QWidget *w) {
+                    leave == u"escape" ? QTest::keyClick(w, Qt::Key_Escape) : click(w, u"btnCancel"_s);
+                    if (leave == u"no") {
+                        openAfterNo = openPages();
+                        click(w, u"btnCancel"_s);  // then leaves for good
+                    }
+                });
             }
             script.start();
         }
-        if (present == 21) {
+        if (present == 21)
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
                                  texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
-            forms::MailBox()->show();
-            forms::MailBox()->mnuEmail_Click();
-        } else {
-            QCOMPARE(EnsureMailBox(), abandon);
-            QVERIFY(!forms::MailBox()->isVisible());
-        }
+        if (fromDialog)
+            openDialog(*dir, present)->mnuEmail_Click();
+        else
+            QCOMPARE(EnsureMailBox(), present == 0 && !finish);  // true: the command is abandoned
         QVERIFY2(script.finished(), script.report());
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+        QVERIFY(leave != u"no" || openAfterNo == (QList<int>{1, 2}));
+        QCOMPARE(openPages(), QList<int>());
         QList<MailBoxRec> expected = accounts(present);
         if (present == 0 && finish)
             expected << stored(WizardAnswers());
