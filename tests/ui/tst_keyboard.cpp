@@ -85,16 +85,15 @@ QWidget *keyboard()
     return focus && focus->window() == top ? focus : top;
 }
 
-// Keys as a user types them: "Alt+F N M", "Ctrl+M", or text in quotes.
+// Keys as a user types them: "Alt+F N M", "Ctrl+M", and text in quotes.
 void press(const QString &keys)
 {
-    if (keys.startsWith(u'"')) {
-        QTest::keyClicks(keyboard(), keys.mid(1, keys.size() - 2));
-        return;
-    }
-    for (const QString &k : keys.split(u' ', Qt::SkipEmptyParts)) {
+    static const QRegularExpression token(u"\"[^\"]*\"|\\S+"_s);
+    for (const QRegularExpressionMatch &m : token.globalMatch(keys)) {
+        const QString k = m.captured();
         const QKeyCombination c = QKeySequence(k)[0];
-        QTest::keyClick(keyboard(), c.key(), c.keyboardModifiers());
+        k.startsWith(u'"') ? QTest::keyClicks(keyboard(), k.mid(1, k.size() - 2))
+                           : QTest::keyClick(keyboard(), c.key(), c.keyboardModifiers());
     }
 }
 
@@ -136,8 +135,7 @@ void wizard(ModalScript &script, const QString &name, const QString &address, bo
             QVERIFY(activate(w));
             const auto *first = w->findChild<QLineEdit *>(u"Text1"_s);
             QVERIFY(!first || first->text().isEmpty() || first->text() == u"pop.x.cn");
-            for (const QString &part : keys.split(u' '))
-                press(part);
+            press(keys);
         });
     }
     script.start();
@@ -314,12 +312,7 @@ private slots:
         frmMailEdit *e = forms::MailEdit();
         QTRY_VERIFY(e->isActiveWindow());
         QCOMPARE(e->Combo3->currentText(), u"ann@x.cn"_s);
-        press(u"\"bob@x.cn\""_s);
-        press(u"Alt+S"_s);
-        press(u"\"Hello\""_s);
-        press(u"Tab"_s);
-        press(u"\"Hi Bob\""_s);
-        press(u"Alt+F M"_s);
+        press(u"\"bob@x.cn\" Alt+S \"Hello\" Tab \"Hi Bob\" Alt+F M"_s);
         QTRY_VERIFY(!e->isVisible());
         QCOMPARE(folders(), u" |  | hello:0 |  |  | hello:1"_s);
 
