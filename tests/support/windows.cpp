@@ -1,20 +1,5 @@
 #include "windows.h"
 
-#include "store/state.h"
-#include "ui/common/forms.h"
-#include "ui/main/frmMain.h"
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QCheckBox>
-#include <QDialog>
-#include <QLineEdit>
-#include <QRadioButton>
-#include <QTest>
-#include <QTimer>
-#include <QToolBar>
-#include <QTreeWidget>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace testsupport {
@@ -25,16 +10,12 @@ void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
 }
 
-void clickRow(QTreeWidget *list, int row)
-{
-    clickItem(list, list->topLevelItem(row));
-}
-
-void doubleClickRow(QTreeWidget *list, int row)
+void clickRow(QTreeWidget *list, int row, bool twice)
 {
     QTreeWidgetItem *item = list->topLevelItem(row);
     clickItem(list, item);
-    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+    if (twice)
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
 }
 
 void clickButton(QToolBar *bar, QAction *button)

@@ -26,9 +26,9 @@
 namespace testsupport {
 
 void clickItem(QTreeWidget *view, QTreeWidgetItem *item);
-void clickRow(QTreeWidget *list, int row);
-// A user's double-click: the first click lands before the second press.
-void doubleClickRow(QTreeWidget *list, int row);
+// Clicked twice, as a user double-clicks: the first click lands before the
+// second press.
+void clickRow(QTreeWidget *list, int row, bool twice = false);
 void clickButton(QToolBar *bar, QAction *button);
 // The main window shown, on a tree node and a previewed row when given.
 frmMain *mainOn(int node = 0, int row = -1);
@@ -56,8 +56,8 @@ private:
 
 // Runs each step once the window of that objectName is the active modal
 // one at two polls in a row, so that the loop of a window closed just
-// before has ended; steps may open further modal windows. A stalled script closes every
-// modal dialog, so that a failing test does not hang.
+// before has ended; steps may open further modal windows. A stalled script
+// closes every modal dialog, so that a failing test does not hang.
 class ModalScript : public QObject
 {
 public:

@@ -63,7 +63,7 @@ void act(frmMain *w, const QString &how)
     else if (how.contains(u':'))
         keys(QTest::qWaitForWindowActive(w) ? typed : nullptr, arg);  // keys reach active windows
     else if (how == u"double")
-        doubleClickRow(w->ListView1, 0);  // the first row, whichever was previewed
+        clickRow(w->ListView1, 0, true);  // the first row, whichever was previewed
     else if (how.startsWith(u"drop"))
         w->sendReceiveMenu->actions().at(arg.toInt())->trigger();
     else if (auto *b = w->findChild<QAbstractButton *>(how))

@@ -26,7 +26,7 @@ bool rowBold(const frmMain *w, int row)
 
 frmMailRead *openRow(frmMain *w, int row)
 {
-    doubleClickRow(w->ListView1, row);
+    clickRow(w->ListView1, row, true);
     // Its keys work once it is the active window, as it is for a user.
     if (!forms::MailRead()->isVisible() || !QTest::qWaitForWindowActive(forms::MailRead()))
         return nullptr;
