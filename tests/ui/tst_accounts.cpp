@@ -52,6 +52,12 @@ QStringList rows(const frmMailBox *d)
     return texts;
 }
 
+QList<QDialog *> pages()
+{
+    return {forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(), forms::MainBoxAdd4(),
+            forms::MainBoxAdd5()};
+}
+
 // A row chosen by mouse, or from the keyboard (arrows from the top);
 // a click at -1 lands beside the rows.
 void choose(frmMailBox *d, int row, bool keys = false)
@@ -72,15 +78,12 @@ bool canDeleteOrEdit(const frmMailBox *d)
     return d->btnDelete->isEnabled() && d->btnProperty->isEnabled();
 }
 
-QList<int> openPages()
+// The wizard's pages on screen, as "12" for the first two.
+QString openPages()
 {
-    QList<int> open;
-    const QList<QWidget *> pages = {forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
-                                    forms::MainBoxAdd4(), forms::MainBoxAdd5()};
-    for (int i = 0; i < pages.size(); ++i) {
-        if (pages[i]->isVisible())
-            open << i + 1;
-    }
+    QString open;
+    for (int i = 0; i < 5; ++i)
+        open += pages().at(i)->isVisible() ? QString::number(i + 1) : QString();
     return open;
 }
 }  // namespace
@@ -105,10 +108,6 @@ private slots:
         choose(d, -1);
         QVERIFY(!d->btnDelete->isEnabled() && d->ListView1->selectedItems().isEmpty());
         QCOMPARE(d->SelectedIndex, 1.0f);
-        // The news tab shows nothing.
-        d->TabStrip1->setCurrentIndex(2);
-        QCOMPARE(d->ListView1->topLevelItemCount(), 0);
-        d->TabStrip1->setCurrentIndex(0);
         // The table is read from the file only while the dialog holds none.
         d->close();
         dir->writeBytes(MailBoxFileName, AccountBytes(accounts(4)));
@@ -184,8 +183,7 @@ private slots:
     {
         QFETCH(int, page);
         QFETCH(QStringList, acts);
-        QDialog *p = QList<QDialog *>{forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
-                                      forms::MainBoxAdd4()}[page - 1];
+        QDialog *p = pages().at(page - 1);
         p->show();
         for (const QString &act : acts) {
             auto *box = p->findChild<QLineEdit *>(act.section(u'=', 0, 0));
@@ -236,7 +234,7 @@ private slots:
         if (present)
             dir->writeBytes(MailBoxFileName, AccountBytes(accounts(present)));
         const bool finish = leave == u"finish";
-        QList<int> openAfterNo;
+        QString openAfterNo;
         ModalScript script;
         if (page > 0) {
             walkWizard(script, WizardAnswers(), page, finish);
@@ -263,8 +261,8 @@ private slots:
             QCOMPARE(EnsureMailBox(), present == 0 && !finish);  // true: the command is abandoned
         QVERIFY2(script.finished(), script.report());
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-        QVERIFY(leave != u"no" || openAfterNo == (QList<int>{1, 2}));
-        QCOMPARE(openPages(), QList<int>());
+        QVERIFY(leave != u"no" || openAfterNo == u"12");
+        QCOMPARE(openPages(), QString());
         QList<MailBoxRec> expected = accounts(present);
         if (present == 0 && finish)
             expected << stored(WizardAnswers());
