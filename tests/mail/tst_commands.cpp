@@ -14,16 +14,11 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
+using namespace FolderFile;
 using Mails = QList<EmailRec>;
 
 namespace {
 const QString Me = u"me@x.cn"_s, You = u"you@x.cn"_s, none;
-
-// An unread message from Me.
-EmailRec to(const QString &to, const QString &id = u"7"_s)
-{
-    return mail(id, Me, to, u"s"_s, true);
-}
 
 // A folder as its ids: "u" after an unread message, "@" after one a step
 // stamped, "*" after the one a compose command wrote, "new" for a new id.
@@ -37,6 +32,22 @@ QString look(int folder)
     }
     return out.join(u' ');
 }
+
+// Messages from Me as look() shows them, to You unless one says another
+// after a colon: "5u:ab 7" is an unread 5 to ab, then a read 7 to You.
+Mails msgs(const QString &looks)
+{
+    Mails out;
+    for (const QString &m : looks.split(u' ', Qt::SkipEmptyParts)) {
+        const QString look = m.section(u':', 0, 0), to = m.section(u':', 1);
+        out << mail(look.chopped(look.endsWith(u'u')), Me, to.isEmpty() ? You : to, u"s"_s,
+                    look.endsWith(u'u'));
+    }
+    return out;
+}
+
+// The folders by number, as a command names them.
+const QStringList FolderNames{u"Inbox"_s, u"Outbox"_s, u"Sent"_s, u"Deleted"_s, u"Drafts"_s};
 }  // namespace
 
 class tst_commands : public QObject
@@ -89,7 +100,8 @@ private slots:
         QTest::addColumn<Mails>("outbox");
         QTest::addColumn<bool>("refused");
         const QStringList both = {Me, You};
-        const EmailRec mine = to(You), toMe = mail(u"1"_s, You, Me), yours = mail(u"2"_s, You, You);
+        const EmailRec mine = mail(u"7"_s, Me, You), toMe = mail(u"1"_s, You, Me);
+        const EmailRec yours = mail(u"2"_s, You, You);
         QTest::newRow("no account") << QStringList{} << Mails{yours} << false;
         QTest::newRow("from or to the first account") << both << Mails{mine, toMe} << false;
         QTest::newRow("from the second account, box once") << both << Mails{mine, yours, yours}
@@ -108,10 +120,9 @@ private slots:
         if (accounts.value(0) != accounts.value(0).toLower())
             dir.writeBytes(MailBoxFileName, crlfLines({u"[mailbox]"_s, u"number=1"_s,
                                                        u"[mailbox-1]"_s, u"address=Me@x.cn"_s}));
-        put(dir, FolderFile::Outbox, outbox);
+        put(dir, Outbox, outbox);
         if (refused)
-            boxes.expectMessage(Prompter::Icon::Exclamation, texts::AppTitle,
-                                texts::OutboxWithoutAccount);
+            boxes.expectMessage(Icon::Exclamation, texts::AppTitle, texts::OutboxWithoutAccount);
         QCOMPARE(CheckOutboxAccounts(), refused);
         QVERIFY2(boxes.done(), boxes.report());
     }
@@ -121,60 +132,53 @@ private slots:
     // do, so it leaves the folders and reports as the first did.
     void sendAndReceive_data()
     {
-        QTest::addColumn<qint16>("mode");
+        QTest::addColumn<int>("mode");
         QTest::addColumn<bool>("accounts");  // Me and You, or none
-        QTest::addColumn<Mails>("outbox");
-        QTest::addColumn<Mails>("queue");
+        QTest::addColumn<QString>("outbox");
+        QTest::addColumn<QString>("queue");
         QTest::addColumn<int>("full");       // the folder of 101, or -1
         QTest::addColumn<bool>("barStarts");
         QTest::addColumn<QString>("error");  // the box's first line
         QTest::addColumn<QString>("after");  // Outbox|Sent Items|queue|Inbox
-        const Mails no, one = {to(You)};
-        const int sent = FolderFile::SentItems, inbox = FolderFile::Inbox;
         QTest::newRow("send: all stamped; Sent Items keeps isnew, the queue gets them unread")
-            << qint16(2) << true << Mails{to(You), mail(u"8"_s, Me, You)} << no << -1 << true
-            << none << u"|1 7u@ 8@|7u@ 8u@|10u"_s;
+            << 2 << true << u"7u 8"_s << none << -1 << true << none << u"|1 7u@ 8@|7u@ 8u@|10u"_s;
         QTest::newRow("send: a bad second of three writes nothing")
-            << qint16(2) << true << Mails{to(You, u"5"_s), to(u"ab"_s, u"6"_s), to(You)} << no << -1
-            << false << none << u"5u 6u 7u|1||10u"_s;
+            << 2 << true << u"5u 6u:ab 7u"_s << none << -1 << false << none << u"5u 6u 7u|1||10u"_s;
         QTest::newRow("receive: a copy for each account keeps its flag; the rest stay in order")
-            << qint16(1) << true << Mails{to(You, u"9"_s)}
-            << Mails{to(u"z@x"_s, u"5"_s), mail(u"7"_s, Me, You + u';' + Me), to(u"q"_s, u"6"_s)}
-            << -1 << true << none << u"9u|1|5u 6u|10u 7@ 7@"_s;
+            << 1 << true << u"9u"_s << u"5u:z@x 7:"_s + You + u';' + Me + u" 6u:q"_s << -1 << true
+            << none << u"9u|1|5u 6u|10u 7@ 7@"_s;
         QTest::newRow("receive: no account moves nothing")
-            << qint16(1) << false << no << one << -1 << true << none << u"|1|7u|10u"_s;
+            << 1 << false << none << u"7u"_s << -1 << true << none << u"|1|7u|10u"_s;
         QTest::newRow("both: the message comes back")
-            << qint16(0) << true << one << no << -1 << true << none << u"|1 7u@||10u 7u@"_s;
-        QTest::newRow("a full Sent Items stops the send, nothing changed")
-            << qint16(2) << true << one << no << sent << false << texts::OperationAbandoned
-            << u"7u|full||10u"_s;
+            << 0 << true << u"7u"_s << none << -1 << true << none << u"|1 7u@||10u 7u@"_s;
+        QTest::newRow("a full Sent Items stops the send, nothing changed") << 2 << true << u"7u"_s
+            << none << SentItems << false << texts::OperationAbandoned << u"7u|full||10u"_s;
         QTest::newRow("a full Inbox stops the receive after the send went through")
-            << qint16(0) << true << one << no << inbox << false << texts::SentButNotReceived
+            << 0 << true << u"7u"_s << none << Inbox << false << texts::SentButNotReceived
             << u"|1 7u@|7u@|full"_s;
     }
     void sendAndReceive()
     {
-        QFETCH(qint16, mode);
+        QFETCH(int, mode);
         QFETCH(bool, accounts);
-        QFETCH(Mails, outbox);
-        QFETCH(Mails, queue);
+        QFETCH(QString, outbox);
+        QFETCH(QString, queue);
         QFETCH(int, full);
         DataDir dir;
         putAccounts(dir, accounts ? QStringList{Me, You} : QStringList());
-        put(dir, FolderFile::Outbox, outbox);
-        put(dir, FolderFile::ServerQueue, queue);
-        put(dir, FolderFile::SentItems, {mail(u"1"_s)});
-        put(dir, FolderFile::Inbox, {mail(u"10"_s, Me, You, u"s"_s, true)});
+        put(dir, Outbox, msgs(outbox));
+        put(dir, ServerQueue, msgs(queue));
+        put(dir, SentItems, {mail(u"1"_s)});
+        put(dir, Inbox, msgs(u"10u"_s));
         if (full >= 0)
             put(dir, full, mails(101));
 
         for (int run = 0; run < 2; ++run) {
-            const RunResult r = RunSendReceive(mode);
+            const RunResult r = RunSendReceive(qint16(mode));
             QTEST(r.barStarts(), "barStarts");
             QTEST(r.errorText.section(u'\r', 0, 0), "error");
             QStringList after;
-            for (int f : {FolderFile::Outbox, FolderFile::SentItems, FolderFile::ServerQueue,
-                          FolderFile::Inbox})
+            for (int f : {Outbox, SentItems, ServerQueue, Inbox})
                 after << (f == full ? u"full"_s : look(f));
             QTEST(after.join(u'|'), "after");
             // What a step moved it stamped.
@@ -183,97 +187,70 @@ private slots:
         }
     }
 
-    // The Inbox holds 1 (unread), 2, 2 again unread (a copy) and 3, Drafts 40 41,
-    // the Outbox 50 51, Deleted Items 9. A command acts on the record shown at a
-    // position, a compose command on the window's message stored there (folder
-    // -1: not stored yet). result: it acted, or for save, a new draft was made.
+    // A command acts on the record shown at a position, a compose command on
+    // the window's message stored there ("-": not stored yet). result: it
+    // acted, or for save, a new draft was made.
     void commands_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<int>("folder");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("shown");  // its id, "u" when unread
+        QTest::addColumn<QString>("command");  // command folder position shown
         QTest::addColumn<bool>("result");
-        QTest::addColumn<QString>("after");  // Inbox|Drafts|Outbox|Deleted Items
-        const int inbox = FolderFile::Inbox, drafts = FolderFile::Drafts,
-                  outbox = FolderFile::Outbox, deleted = FolderFile::DeletedItems, no = -1;
-        const QString unchanged = u"1u 2 2u 3|40 41|50 51|9"_s;
-        QTest::newRow("move: the message shown goes last into Deleted Items")
-            << u"move"_s << inbox << 0 << u"1u"_s << true << u"2 2u 3|40 41|50 51|9 1u"_s;
-        QTest::newRow("move: of two copies the one shown")
-            << u"move"_s << inbox << 2 << u"2u"_s << true << u"1u 2 3|40 41|50 51|9 2u"_s;
-        QTest::newRow("move: found where it went meanwhile")
-            << u"move"_s << inbox << 3 << u"2"_s << true << u"1u 2u 3|40 41|50 51|9 2"_s;
-        QTest::newRow("move: a message gone meanwhile moves nothing")
-            << u"move"_s << inbox << 0 << u"5"_s << false << unchanged;
-        QTest::newRow("mark read: the copy shown only")
-            << u"read"_s << inbox << 2 << u"2u"_s << true << u"1u 2 2 3|40 41|50 51|9"_s;
-        QTest::newRow("mark read: a read message writes nothing")
-            << u"read"_s << inbox << 1 << u"2"_s << false << unchanged;
-        QTest::newRow("delete for good: the one shown only")
-            << u"forgood"_s << deleted << 0 << u"9"_s << true << u"1u 2 2u 3|40 41|50 51|"_s;
-        QTest::newRow("delete for good: a message gone meanwhile deletes nothing")
-            << u"forgood"_s << deleted << 0 << u"5"_s << false << unchanged;
-        QTest::newRow("save, nothing stored: a new draft")
-            << u"save"_s << no << 0 << none << true << u"1u 2 2u 3|40 41 new*|50 51|9"_s;
-        QTest::newRow("save a draft again: replaced in place, same id")
-            << u"save"_s << drafts << 1 << u"41"_s << false << u"1u 2 2u 3|40 41*|50 51|9"_s;
-        QTest::newRow("save a draft that moved: found by its id")
-            << u"save"_s << drafts << 1 << u"40"_s << false << u"1u 2 2u 3|40* 41|50 51|9"_s;
-        QTest::newRow("save a draft deleted meanwhile: a draft again, same id")
-            << u"save"_s << drafts << 1 << u"45"_s << true << u"1u 2 2u 3|40 41 45*|50 51|9"_s;
-        QTest::newRow("save an Outbox message: replaced in place")
-            << u"save"_s << outbox << 1 << u"51"_s << false << u"1u 2 2u 3|40 41|50 51*|9"_s;
-        QTest::newRow("send, nothing stored: added to the Outbox")
-            << u"send"_s << no << 0 << none << false << u"1u 2 2u 3|40 41|50 51 new*|9"_s;
-        QTest::newRow("send a draft: it moves with its id")
-            << u"send"_s << drafts << 1 << u"41"_s << false << u"1u 2 2u 3|40|50 51 41*|9"_s;
-        QTest::newRow("send a draft deleted meanwhile: a new message")
-            << u"send"_s << drafts << 1 << u"45"_s << false << u"1u 2 2u 3|40 41|50 51 new*|9"_s;
-        QTest::newRow("send an Outbox message: replaced in place")
-            << u"send"_s << outbox << 1 << u"51"_s << false << u"1u 2 2u 3|40 41|50 51*|9"_s;
-        QTest::newRow("send from Deleted Items: a new message, the old one stays")
-            << u"send"_s << deleted << 0 << u"9"_s << false << u"1u 2 2u 3|40 41|50 51 new*|9"_s;
-        QTest::newRow("send later from Deleted Items: it moves with its id")
-            << u"later"_s << deleted << 0 << u"9"_s << false << u"1u 2 2u 3|40 41|50 51 9*|"_s;
+        QTest::addColumn<QString>("after");  // Inbox|Drafts|Outbox|Deleted Items, "=" unchanged
+        const auto row = [](const char *name, const char *command, bool result, const char *after) {
+            QTest::newRow(name) << QString::fromUtf8(command) << result << QString::fromUtf8(after);
+        };
+        row("move: the one shown goes last to Deleted", "move Inbox 0 1u", true, "2 2u 3|=|=|9 1u");
+        row("move: of two copies the one shown", "move Inbox 2 2u", true, "1u 2 3|=|=|9 2u");
+        row("move: found where it went meanwhile", "move Inbox 3 2", true, "1u 2u 3|=|=|9 2");
+        row("move: one gone meanwhile moves nothing", "move Inbox 0 5", false, "=|=|=|=");
+        row("mark read: the copy shown only", "read Inbox 2 2u", true, "1u 2 2 3|=|=|=");
+        row("mark read: a read one writes nothing", "read Inbox 1 2", false, "=|=|=|=");
+        row("delete for good: the one shown only", "forgood Deleted 0 9", true, "=|=|=|");
+        row("delete for good: one gone, nothing goes", "forgood Deleted 0 5", false, "=|=|=|=");
+        row("save, nothing stored: a new draft", "save - 0", true, "=|40 41 new*|=|=");
+        row("save a draft again: in place, same id", "save Drafts 1 41", false, "=|40 41*|=|=");
+        row("save a draft that moved: found by id", "save Drafts 1 40", false, "=|40* 41|=|=");
+        row("save a draft deleted meanwhile: again", "save Drafts 1 45", true, "=|40 41 45*|=|=");
+        row("save an Outbox message: in place", "save Outbox 1 51", false, "=|=|50 51*|=");
+        row("send, nothing stored: to the Outbox", "send - 0", false, "=|=|50 51 new*|=");
+        row("send a draft: it moves with its id", "send Drafts 1 41", false, "=|40|50 51 41*|=");
+        row("send a draft gone meanwhile: new id", "send Drafts 1 45", false, "=|=|50 51 new*|=");
+        row("send an Outbox message: in place", "send Outbox 1 51", false, "=|=|50 51*|=");
+        row("send from Deleted Items: a copy", "send Deleted 0 9", false, "=|=|50 51 new*|=");
+        row("send later from Deleted Items: moves", "later Deleted 0 9", false, "=|=|50 51 9*|");
     }
     void commands()
     {
         QFETCH(QString, command);
-        QFETCH(int, folder);
-        QFETCH(int, index);
-        QFETCH(QString, shown);
-        const auto rec = [](const QString &s) {
-            return mail(s.chopped(s.endsWith(u'u')), Me, You, u"s"_s, s.endsWith(u'u'));
-        };
+        const QStringList c = command.split(u' ');
+        const int folder = FolderNames.indexOf(c[1]), index = c[2].toInt();
+        // The Inbox holds 1 (unread), 2, 2 again unread (a copy) and 3.
+        const int folders[] = {Inbox, Drafts, Outbox, DeletedItems};
+        const QStringList start{u"1u 2 2u 3"_s, u"40 41"_s, u"50 51"_s, u"9"_s};
         DataDir dir;
-        put(dir, FolderFile::Inbox, {rec(u"1u"_s), rec(u"2"_s), rec(u"2u"_s), rec(u"3"_s)});
-        put(dir, FolderFile::Drafts, {rec(u"40"_s), rec(u"41"_s)});
-        put(dir, FolderFile::Outbox, {rec(u"50"_s), rec(u"51"_s)});
-        put(dir, FolderFile::DeletedItems, {rec(u"9"_s)});
-        const MailRef ref{folder, index, rec(shown)};
+        for (int i = 0; i < 4; ++i)
+            put(dir, folders[i], msgs(start[i]));
+        const MailRef ref{folder, index, msgs(c.value(3)).value(0)};
         const StoredMail own =
-            folder < 0 ? StoredMail() : StoredMail{folder, shown, index, ref.shown};
+            folder < 0 ? StoredMail() : StoredMail{folder, ref.shown.id, index, ref.shown};
         const EmailRec written = mail(QString(), Me, You, u"written"_s);
 
         bool result = false;
-        if (command == u"move") {
+        if (c[0] == u"move") {
             result = MoveToDeletedItems(ref);
-        } else if (command == u"read") {
+        } else if (c[0] == u"read") {
             result = MarkRead(ref);
-        } else if (command == u"forgood") {
+        } else if (c[0] == u"forgood") {
             result = DeleteForGood(ref);
-        } else if (command == u"save") {
+        } else if (c[0] == u"save") {
             const StoredMail now = SaveDraft(written, own, &result);
             QCOMPARE(stored(now.folder).value(now.index).id, now.id);
         } else {
-            (command == u"send" ? StoreForSend : StoreForSendLater)(written, own);
+            (c[0] == u"send" ? StoreForSend : StoreForSendLater)(written, own);
         }
         QTEST(result, "result");
         QStringList after;
-        for (int f : {FolderFile::Inbox, FolderFile::Drafts, FolderFile::Outbox,
-                      FolderFile::DeletedItems})
-            after << look(f);
+        for (int i = 0; i < 4; ++i)
+            after << (look(folders[i]) == start[i] ? u"="_s : look(folders[i]));
         QTEST(after.join(u'|'), "after");
     }
 

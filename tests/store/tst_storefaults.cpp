@@ -22,10 +22,10 @@
 
 #include <array>
 #include <csignal>
-#include <ctime>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -78,6 +78,8 @@ QMap<QString, QByteArray> entries(const DataDir &dir)
 // The first message of a folder as a window shows it, or opened it.
 MailRef shown(int folder) { return {folder, 0, stored(folder).first()}; }
 StoredMail opened(int folder) { return {folder, shown(folder).shown.id, 0, shown(folder).shown}; }
+// What a compose window stores.
+const EmailRec written = start[FolderFile::Inbox].first();
 
 const QList<std::pair<const char *, std::function<void()>>> commands{
     {"SaveEmails", [] { SaveEmails(FolderFile::Inbox, EmailArray(), 1); }},
@@ -87,14 +89,9 @@ const QList<std::pair<const char *, std::function<void()>>> commands{
     {"MoveToDeletedItems", [] { MoveToDeletedItems(shown(FolderFile::Inbox)); }},
     {"DeleteForGood", [] { DeleteForGood(shown(FolderFile::DeletedItems)); }},
     {"MarkRead", [] { MarkRead(shown(FolderFile::Inbox)); }},
-    {"SaveDraft", [] {
-         bool created = false;
-         SaveDraft(start[FolderFile::Inbox].first(), {}, &created);
-     }},
-    {"StoreForSend",
-     [] { StoreForSend(start[FolderFile::Inbox].first(), opened(FolderFile::Drafts)); }},
-    {"StoreForSendLater",
-     [] { StoreForSendLater(start[FolderFile::Inbox].first(), opened(FolderFile::DeletedItems)); }},
+    {"SaveDraft", [] { bool made; SaveDraft(written, {}, &made); }},
+    {"StoreForSend", [] { StoreForSend(written, opened(FolderFile::Drafts)); }},
+    {"StoreForSendLater", [] { StoreForSendLater(written, opened(FolderFile::DeletedItems)); }},
 };
 
 enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace };
@@ -139,164 +136,155 @@ class tst_storefaults : public QObject
 
 private slots:
     void initTestCase() { SetClock([] { return QDateTime({2024, 2, 3}, {4, 5}); }); }
-    void failedWriteChangesNothing_data();
-    void failedWriteChangesNothing();
-    void everyMessageOnceAfterAKill();
-    void unfinishedChangeIsFinishedFirst();
-    void startUpRemovesOnlyItsOwnLeftovers();
-};
 
-void tst_storefaults::failedWriteChangesNothing_data()
-{
-    QTest::addColumn<int>("command");
-    QTest::addColumn<Fault>("fault");
-    const char *faults[] = {"nothing fits", "largest file cut short", "read-only folder",
-                            "a folder in its file's place"};
-    for (int c = 0; c < commands.size(); ++c) {
-        for (int f = 0; f < 4; ++f)
-            QTest::addRow("%s, %s", commands[c].first, faults[f]) << c << Fault(f);
-    }
-}
-
-// Every command that saves ends with FileError naming the cause, says that
-// nothing changed, and leaves the data folder as it was to the byte, with
-// nothing of its own left behind.
-void tst_storefaults::failedWriteChangesNothing()
-{
-    QFETCH(int, command);
-    QFETCH(Fault, fault);
-    const auto &run = commands.at(command).second;
-
-    // The largest file the command writes when nothing stops it.
-    DataDir dir;
-    reset(start);
-    const auto before = entries(dir);
-    run();
-    QString largest;
-    qsizetype largestSize = 0;
-    for (const auto &[name, bytes] : entries(dir).asKeyValueRange()) {
-        if (bytes != before.value(name) && bytes.size() > largestSize)
-            std::tie(largest, largestSize) = std::pair(name, bytes.size());
-    }
-    QVERIFY2(!largest.isEmpty(), "the command wrote nothing");
-    reset(start);
-    QCOMPARE(entries(dir), before);
-
-    const QByteArray path = QFile::encodeName(dir.path());
-    QString reason = texts::ReasonTooLarge;
-    if (fault == Fault::ReadOnlyFolder) {
-        QVERIFY(::chmod(path.constData(), 0555) == 0);
-        reason = texts::ReasonNoPermission;
-    } else if (fault == Fault::FolderInFilesPlace) {
-        QVERIFY(QFile::remove(dir.filePath(largest)) && QDir(dir.path()).mkdir(largest));
-        reason = texts::ReasonIsFolder;
-    }
-    const auto faulty = entries(dir);
-    // Cut short, the largest file fails after others were written, and
-    // those must be taken back as well.
-    const rlim_t limit = fault == Fault::NothingFits       ? 0
-        : fault == Fault::LargestCutShort                  ? rlim_t(largestSize - 1)
-                                                           : RLIM_INFINITY;
-    const int ending = runInChild(fault, limit, run, reason);
-    ::chmod(path.constData(), 0700);
-    if (ending == RootKept)
-        QSKIP("running as root without the right to become another user");
-    QCOMPARE(ending, int(AsExpected));
-    QCOMPARE(entries(dir), faulty);
-}
-
-// A child sends and receives over and over, killed at a random instant;
-// then the start-up recovery runs. Each step is one unit, so the folder
-// must be exactly one of the three states the loop passes through: every
-// Outbox message still in the Outbox; or in Sent Items and the queue; or in
-// Sent Items and once per matching account in the Inbox (unmatched ones
-// still queued). Comparing every file's bytes with those states checks each
-// id's place, its number of copies and its contents, that every file loads
-// as before and that nothing else is left, all at once.
-void tst_storefaults::everyMessageOnceAfterAKill()
-{
-    DataDir dir;
-    reset(start);
-    QList<QMap<QString, QByteArray>> states{entries(dir)};
-    QElapsedTimer cycle;
-    cycle.start();
-    SendStep();
-    states.append(entries(dir));
-    ReceiveStep();
-    states.append(entries(dir));
-    QCOMPARE(stored(FolderFile::Inbox).size(), 90);
-    QCOMPARE(stored(FolderFile::ServerQueue).size(), 20);
-    reset(start);
-    const qint64 cycleNs = cycle.nsecsElapsed();
-
-    const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
-    std::array<int, 3> found{};
-    int afterJournal = 0;
-    for (int trial = 0; trial < trials; ++trial) {
-        const pid_t pid = ::fork();
-        if (pid == 0) {
-            while (RunSendReceive(SendReceiveModes::SendAndReceive).errorText.isEmpty())
-                reset(start);
-            ::_exit(1);
+    void failedWriteChangesNothing_data()
+    {
+        QTest::addColumn<int>("command");
+        QTest::addColumn<Fault>("fault");
+        const char *faults[] = {"nothing fits", "largest file cut short", "read-only folder",
+                                "a folder in its file's place"};
+        for (int c = 0; c < commands.size(); ++c) {
+            for (int f = 0; f < 4; ++f)
+                QTest::addRow("%s, %s", commands[c].first, faults[f]) << c << Fault(f);
         }
-        // Anywhere in two turns of the loop, the child's start included.
-        const qint64 delay = QRandomGenerator::global()->bounded(2 * cycleNs);
-        const timespec pause{time_t(delay / 1000000000), long(delay % 1000000000)};
-        ::nanosleep(&pause, nullptr);
-        ::kill(pid, SIGKILL);
-        int status = 0;
-        ::waitpid(pid, &status, 0);
-        QVERIFY2(WIFSIGNALED(status), "the child's run failed");
-        afterJournal += dir.exists(QString::fromLatin1(JournalName));
-        RecoverDataFolder();
-        const qsizetype state = states.indexOf(entries(dir));
-        QVERIFY2(state >= 0, qPrintable(u"trial %1 left no state before or after a step: %2"_s
-                                            .arg(trial).arg(dir.entries().join(u' '))));
-        ++found[state];
     }
-    qInfo("kill trials: %d, one loop turn %.1f ms; killed past a journal (completed at start-up) "
-          "%d; found before sending %d, sent %d, received %d",
-          trials, double(cycleNs) / 1e6, afterJournal, found[0], found[1], found[2]);
-}
 
-// A change whose renames failed after its journal is finished before the
-// next command reads, so that the command neither builds on half of it nor
-// undoes the rest.
-void tst_storefaults::unfinishedChangeIsFinishedFirst()
-{
-    DataDir dir;
-    reset(start);
-    // x was sent: the change put it in Sent Items and the queue.
-    const EmailRec x = start[FolderFile::Outbox].first();
-    dir.writeBytes(u"receive_s.dat.new"_s, FolderBytes(start[FolderFile::SentItems] + MailList{x}));
-    dir.writeBytes(u"send_s.dat.new"_s, FolderBytes(start[FolderFile::ServerQueue] + MailList{x}));
-    dir.writeBytes(QString::fromLatin1(JournalName),
-                   "quillpost-journal 1\nreceive_s.dat\nsend_s.dat\nend\n");
+    // Every command that saves ends with FileError naming the cause, says that
+    // nothing changed, and leaves the data folder as it was to the byte, with
+    // nothing of its own left behind.
+    void failedWriteChangesNothing()
+    {
+        QFETCH(int, command);
+        QFETCH(Fault, fault);
+        const auto &run = commands.at(command).second;
 
-    ReceiveStep();
+        // The largest file the command writes when nothing stops it.
+        DataDir dir;
+        reset(start);
+        const auto before = entries(dir);
+        run();
+        QString largest;
+        qsizetype largestSize = 0;
+        for (const auto &[name, bytes] : entries(dir).asKeyValueRange()) {
+            if (bytes != before.value(name) && bytes.size() > largestSize)
+                std::tie(largest, largestSize) = std::pair(name, bytes.size());
+        }
+        QVERIFY2(!largest.isEmpty(), "the command wrote nothing");
+        reset(start);
+        QCOMPARE(entries(dir), before);
 
-    QCOMPARE(dir.entries().filter(u".new"_s) + dir.entries().filter(u"journal"_s), QStringList());
-    const auto copies = [&](int folder) { return ids(folder).split(u'|').count(x.id); };
-    // Sent once, received once (x goes to a), no longer queued.
-    QCOMPARE(QList<qsizetype>({copies(FolderFile::SentItems), copies(FolderFile::Inbox),
-                               copies(FolderFile::ServerQueue)}),
-             QList<qsizetype>({1, 1, 0}));
-}
+        const QByteArray path = QFile::encodeName(dir.path());
+        if (fault == Fault::ReadOnlyFolder)
+            QVERIFY(::chmod(path.constData(), 0555) == 0);
+        else if (fault == Fault::FolderInFilesPlace)
+            QVERIFY(QFile::remove(dir.filePath(largest)) && QDir(dir.path()).mkdir(largest));
+        const auto faulty = entries(dir);
+        // Cut short, the largest file fails after others were written, and
+        // those must be taken back as well.
+        const rlim_t limit = fault == Fault::NothingFits       ? 0
+            : fault == Fault::LargestCutShort                  ? rlim_t(largestSize - 1)
+                                                               : RLIM_INFINITY;
+        const QString reason = fault == Fault::ReadOnlyFolder ? texts::ReasonNoPermission
+            : fault == Fault::FolderInFilesPlace                  ? texts::ReasonIsFolder
+                                                                  : texts::ReasonTooLarge;
+        const int ending = runInChild(fault, limit, run, reason);
+        ::chmod(path.constData(), 0700);
+        if (ending == RootKept)
+            QSKIP("running as root without the right to become another user");
+        QCOMPARE(ending, int(AsExpected));
+        QCOMPARE(entries(dir), faulty);
+    }
 
-// What a commit or an older version left is removed; what a user keeps
-// beside the data files, under names alike, is not.
-void tst_storefaults::startUpRemovesOnlyItsOwnLeftovers()
-{
-    DataDir dir;
-    const QStringList own{u"send_c.dat.new"_s, u"quillpost.journal.new"_s,
-                          u"receive_c.dat.q3XbZ9"_s /* an older version's temporary file */};
-    const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
-                            u"send_s.dat.damaged-20240203-0405"_s};
-    for (const QString &name : own + users)
-        dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
-    RecoverDataFolder();
-    QCOMPARE(dir.entries(), users);
-}
+    // A child sends and receives over and over, killed at a random instant;
+    // then the start-up recovery runs. Each step is one unit, so the folder
+    // must be, to the byte, one of the three states the loop passes through:
+    // nothing sent; sent into Sent Items and the queue; or received as well.
+    // That checks at once each id's place, copies and contents, that every
+    // file loads as before and that nothing else is left.
+    void everyMessageOnceAfterAKill()
+    {
+        DataDir dir;
+        reset(start);
+        QList<QMap<QString, QByteArray>> states{entries(dir)};
+        QElapsedTimer cycle;
+        cycle.start();
+        SendStep();
+        states.append(entries(dir));
+        ReceiveStep();
+        states.append(entries(dir));
+        QCOMPARE(stored(FolderFile::Inbox).size(), 90);
+        QCOMPARE(stored(FolderFile::ServerQueue).size(), 20);
+        reset(start);
+        const qint64 cycleNs = cycle.nsecsElapsed();
+
+        const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
+        std::array<int, 3> found{};
+        int afterJournal = 0;
+        for (int trial = 0; trial < trials; ++trial) {
+            const pid_t pid = ::fork();
+            if (pid == 0) {
+                while (RunSendReceive(SendReceiveModes::SendAndReceive).errorText.isEmpty())
+                    reset(start);
+                ::_exit(1);
+            }
+            // Anywhere in two turns of the loop, the child's start included.
+            const qint64 delay = QRandomGenerator::global()->bounded(2 * cycleNs);
+            std::this_thread::sleep_for(std::chrono::nanoseconds(delay));
+            ::kill(pid, SIGKILL);
+            int status = 0;
+            ::waitpid(pid, &status, 0);
+            QVERIFY2(WIFSIGNALED(status), "the child's run failed");
+            afterJournal += dir.exists(QString::fromLatin1(JournalName));
+            RecoverDataFolder();
+            const qsizetype state = states.indexOf(entries(dir));
+            QVERIFY2(state >= 0, qPrintable(u"trial %1 left no state before or after a step: %2"_s
+                                                .arg(trial).arg(dir.entries().join(u' '))));
+            ++found[state];
+        }
+        qInfo("kill trials: %d, one loop turn %.1f ms; killed past a journal (completed at "
+              "start-up) %d; found before sending %d, sent %d, received %d",
+              trials, double(cycleNs) / 1e6, afterJournal, found[0], found[1], found[2]);
+    }
+
+    // A change whose renames failed after its journal is finished before the
+    // next command reads, so that the command neither builds on half of it nor
+    // undoes the rest.
+    void unfinishedChangeIsFinishedFirst()
+    {
+        DataDir dir;
+        reset(start);
+        const QStringList files = dir.entries();
+        // x was sent: the change put it in Sent Items and the queue.
+        const MailList x{start[FolderFile::Outbox].first()};
+        for (int f : {FolderFile::SentItems, FolderFile::ServerQueue})
+            dir.writeBytes(FolderFile::fileName(f) + u".new"_s, FolderBytes(start[f] + x));
+        dir.writeBytes(QString::fromLatin1(JournalName),
+                       "quillpost-journal 1\nreceive_s.dat\nsend_s.dat\nend\n");
+
+        ReceiveStep();
+
+        QCOMPARE(dir.entries(), files);
+        const auto copies = [&](int f) { return QString::number(ids(f).count(x[0].id)); };
+        // Sent once, received once (x goes to a), no longer queued.
+        QCOMPARE(copies(FolderFile::SentItems) + copies(FolderFile::Inbox)
+                     + copies(FolderFile::ServerQueue), u"110"_s);
+    }
+
+    // What a commit or an older version left is removed; what a user keeps
+    // beside the data files, under names alike, is not.
+    void startUpRemovesOnlyItsOwnLeftovers()
+    {
+        DataDir dir;
+        const QStringList own{u"send_c.dat.new"_s, u"quillpost.journal.new"_s,
+                              u"receive_c.dat.q3XbZ9"_s /* an older version's temporary file */};
+        const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
+                                u"send_s.dat.damaged-20240203-0405"_s};
+        for (const QString &name : own + users)
+            dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
+        RecoverDataFolder();
+        QCOMPARE(dir.entries(), users);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_storefaults)
 #include "tst_storefaults.moc"
