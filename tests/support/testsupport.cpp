@@ -14,25 +14,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace testsupport {
 
-DataDir::DataDir() : m_previous(AppDir())
-{
-    SetAppDir(m_dir.path());
-}
-
-DataDir::~DataDir()
-{
-    SetAppDir(m_previous);
-}
-
-QString DataDir::path() const
-{
-    return m_dir.path();
-}
-
-QString DataDir::filePath(const QString &name) const
-{
-    return QDir(m_dir.path()).filePath(name);
-}
+DataDir::DataDir() : m_previous(AppDir()) { SetAppDir(m_dir.path()); }
+DataDir::~DataDir() { SetAppDir(m_previous); }
 
 void DataDir::writeBytes(const QString &name, const QByteArray &bytes) const
 {
@@ -49,11 +32,6 @@ QByteArray DataDir::readBytes(const QString &name) const
 {
     QFile f(filePath(name));
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-bool DataDir::exists(const QString &name) const
-{
-    return QFileInfo::exists(filePath(name));
 }
 
 QStringList DataDir::entries() const
@@ -80,13 +58,8 @@ EmailRec mail(const QString &id, const QString &from, const QString &to, const Q
               bool unread)
 {
     EmailRec m;
-    m.id = id;
-    m.from = from;
-    m.to = to;
-    m.subject = subject;
-    m.content = u"body"_s;
-    m.datetime = u"24-05-13 09:12"_s;
-    m.isnew = unread ? u"1"_s : u"0"_s;
+    m.id = id, m.from = from, m.to = to, m.subject = subject, m.content = u"body"_s;
+    m.datetime = u"24-05-13 09:12"_s, m.isnew = unread ? u"1"_s : u"0"_s;
     return m;
 }
 
@@ -115,10 +88,7 @@ void putAccounts(const DataDir &dir, const QStringList &addresses)
     dir.writeBytes(MailBoxFileName, AccountBytes(accounts));
 }
 
-QList<EmailRec> stored(int folder)
-{
-    return store::Folder(folder);
-}
+QList<EmailRec> stored(int folder) { return store::Folder(folder); }
 
 QString ids(int folder)
 {
@@ -145,11 +115,7 @@ QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, cons
 }
 }  // namespace
 
-ScriptedPrompter::ScriptedPrompter()
-{
-    setPrompter(this);
-}
-
+ScriptedPrompter::ScriptedPrompter() { setPrompter(this); }
 ScriptedPrompter::~ScriptedPrompter()
 {
     if (&prompter() == this)

@@ -8,6 +8,8 @@
 #include "store/records.h"
 
 #include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -16,7 +18,6 @@
 namespace testsupport {
 
 using Icon = Prompter::Icon;
-
 
 // A fresh, empty data folder for as long as the object lives.
 class DataDir
@@ -27,13 +28,13 @@ public:
     DataDir(const DataDir &) = delete;
     DataDir &operator=(const DataDir &) = delete;
 
-    QString path() const;
-    QString filePath(const QString &name) const;
+    QString path() const { return m_dir.path(); }
+    QString filePath(const QString &name) const { return QDir(m_dir.path()).filePath(name); }
     // Written beside and renamed into place, as another program saving
     // the file would, so that the store sees a new file.
     void writeBytes(const QString &name, const QByteArray &bytes) const;
     QByteArray readBytes(const QString &name) const;
-    bool exists(const QString &name) const;
+    bool exists(const QString &name) const { return QFileInfo::exists(filePath(name)); }
     // The names in the folder, sorted.
     QStringList entries() const;
 

@@ -18,9 +18,27 @@ void clickRow(QTreeWidget *list, int row, bool twice)
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
 }
 
-void clickButton(QToolBar *bar, QAction *button)
+// Where the keyboard's keys go: an open menu, else the focus. A focus left
+// behind in a window just closed does not count.
+static QWidget *keyboard()
 {
-    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
+    if (QWidget *menu = QApplication::activePopupWidget())
+        return menu;
+    QWidget *top = QApplication::activeModalWidget() ? QApplication::activeModalWidget()
+                                                      : QApplication::activeWindow();
+    QWidget *focus = QApplication::focusWidget();
+    return focus && focus->window() == top ? focus : top;
+}
+
+void press(const QString &keys)
+{
+    static const QRegularExpression token(u"\"[^\"]*\"|\\S+"_s);
+    for (const QRegularExpressionMatch &m : token.globalMatch(keys)) {
+        const QString k = m.captured();
+        const QKeyCombination c = QKeySequence(k)[0];
+        k.startsWith(u'"') ? QTest::keyClicks(keyboard(), k.mid(1, k.size() - 2))
+                           : QTest::keyClick(keyboard(), c.key(), c.keyboardModifiers());
+    }
 }
 
 frmMain *mainOn(int node, int row)
@@ -44,41 +62,6 @@ QString contextButtons(const frmMain *w)
         s += !b->isVisible() ? u'-' : b->isEnabled() ? u'E' : u'D';
     }
     return s;
-}
-
-ScriptedFileChooser::ScriptedFileChooser()
-{
-    setFileChooser(this);
-}
-
-ScriptedFileChooser::~ScriptedFileChooser()
-{
-    setFileChooser(nullptr);
-}
-
-QString ScriptedFileChooser::openFileName(QWidget *, const QString &, const QString &filter)
-{
-    lastFilter = filter;
-    return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
-}
-
-QString ScriptedFileChooser::saveFileName(QWidget *, const QString &, const QString &suggestedName,
-                                          const QString &filter)
-{
-    lastSuggestedName = suggestedName;
-    lastFilter = filter;
-    return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
-}
-
-ModalScript &ModalScript::on(const QString &window, Step step)
-{
-    m_steps.append({window, std::move(step)});
-    return *this;
-}
-
-void ModalScript::start()
-{
-    QTimer::singleShot(0, this, &ModalScript::poll);
 }
 
 QByteArray ModalScript::report() const

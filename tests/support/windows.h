@@ -29,7 +29,13 @@ void clickItem(QTreeWidget *view, QTreeWidgetItem *item);
 // Clicked twice, as a user double-clicks: the first click lands before the
 // second press.
 void clickRow(QTreeWidget *list, int row, bool twice = false);
-void clickButton(QToolBar *bar, QAction *button);
+inline void clickButton(QToolBar *bar, QAction *button)
+{
+    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
+}
+// Keys as a user types them to the window in front: "Alt+F N M", "Ctrl+M",
+// and text in quotes.
+void press(const QString &keys);
 // The main window shown, on a tree node and a previewed row when given.
 frmMain *mainOn(int node = 0, int row = -1);
 // "E" or "D" per context button of the main window's tool bar, "-" hidden.
@@ -40,17 +46,28 @@ QString contextButtons(const frmMain *w);
 class ScriptedFileChooser final : public FileChooser
 {
 public:
-    ScriptedFileChooser();
-    ~ScriptedFileChooser() override;
+    ScriptedFileChooser() { setFileChooser(this); }
+    ~ScriptedFileChooser() override { setFileChooser(nullptr); }
     void answer(const QString &fileName) { m_answers.append(fileName); }
     QString lastFilter;
     QString lastSuggestedName;
 
-    QString openFileName(QWidget *, const QString &title, const QString &filter) override;
-    QString saveFileName(QWidget *, const QString &title, const QString &suggestedName,
-                         const QString &filter) override;
+    QString openFileName(QWidget *, const QString &, const QString &filter) override
+    {
+        return next(filter);
+    }
+    QString saveFileName(QWidget *, const QString &, const QString &name, const QString &filter) override
+    {
+        lastSuggestedName = name;
+        return next(filter);
+    }
 
 private:
+    QString next(const QString &filter)
+    {
+        lastFilter = filter;
+        return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
+    }
     QStringList m_answers;
 };
 
@@ -62,8 +79,12 @@ class ModalScript : public QObject
 {
 public:
     using Step = std::function<void(QWidget *)>;
-    ModalScript &on(const QString &window, Step step);
-    void start();
+    ModalScript &on(const QString &window, Step step)
+    {
+        m_steps.append({window, std::move(step)});
+        return *this;
+    }
+    void start() { QTimer::singleShot(0, this, &ModalScript::poll); }
     bool finished() const { return m_steps.isEmpty() && m_failure.isEmpty(); }
     QByteArray report() const;
 

@@ -26,9 +26,14 @@ using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
 
 namespace {
-bool hasChinese(const QString &text)
+// Every button of a window with a text says it in Chinese.
+void buttonsSpeakChinese(QWidget *window)
 {
-    return text.contains(QRegularExpression(u"[\\x{3000}-\\x{9fff}]"_s));
+    for (QAbstractButton *b : window->findChildren<QAbstractButton *>()) {
+        if (b->isVisible() && !b->text().isEmpty())
+            QVERIFY2(b->text().contains(QRegularExpression(u"[\\x{3000}-\\x{9fff}]"_s)),
+                     qPrintable(b->text()));
+    }
 }
 
 // The controls of a window a user can Tab to.
@@ -62,39 +67,14 @@ QWidget *shown(const QString &name)
         frmSendAndReceive::start(1, false);
         w = forms::SendAndReceive();
     } else {
-        for (QWidget *d : {static_cast<QWidget *>(forms::MailBox()), static_cast<QWidget *>(forms::About()),
-                           static_cast<QWidget *>(forms::MailBoxProp()), static_cast<QWidget *>(forms::MainBoxAdd1()),
-                           static_cast<QWidget *>(forms::MainBoxAdd2()), static_cast<QWidget *>(forms::MainBoxAdd3()),
-                           static_cast<QWidget *>(forms::MainBoxAdd4()), static_cast<QWidget *>(forms::MainBoxAdd5())})
+        for (QWidget *d : QWidgetList{forms::MailBox(), forms::About(), forms::MailBoxProp(),
+                                      forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
+                                      forms::MainBoxAdd4(), forms::MainBoxAdd5()})
             w = d->objectName() == name ? d : w;
         w->show();
     }
     QApplication::setActiveWindow(w);
     return w;
-}
-
-// Where the keyboard's keys go: an open menu, else the focus.
-// A focus left behind in a window just closed does not count.
-QWidget *keyboard()
-{
-    if (QWidget *menu = QApplication::activePopupWidget())
-        return menu;
-    QWidget *top = QApplication::activeModalWidget() ? QApplication::activeModalWidget()
-                                                      : QApplication::activeWindow();
-    QWidget *focus = QApplication::focusWidget();
-    return focus && focus->window() == top ? focus : top;
-}
-
-// Keys as a user types them: "Alt+F N M", "Ctrl+M", and text in quotes.
-void press(const QString &keys)
-{
-    static const QRegularExpression token(u"\"[^\"]*\"|\\S+"_s);
-    for (const QRegularExpressionMatch &m : token.globalMatch(keys)) {
-        const QString k = m.captured();
-        const QKeyCombination c = QKeySequence(k)[0];
-        k.startsWith(u'"') ? QTest::keyClicks(keyboard(), k.mid(1, k.size() - 2))
-                           : QTest::keyClick(keyboard(), c.key(), c.keyboardModifiers());
-    }
 }
 
 // The window the user returns to: offscreen, a closed modal window does
@@ -181,16 +161,12 @@ private slots:
         QVERIFY(w->isVisible());
         const QList<QWidget *> all = inputs(w);
 
-        // A name for every control a screen reader can land on, and Chinese on
-        // every button that has a text.
+        // A name for every control a screen reader can land on.
         for (QWidget *c : all) {
             QAccessibleInterface *a = QAccessible::queryAccessibleInterface(c);
             QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(c->objectName()));
         }
-        for (QAbstractButton *b : w->findChildren<QAbstractButton *>()) {
-            if (b->isVisible() && !b->text().isEmpty())
-                QVERIFY2(hasChinese(b->text()), qPrintable(b->text()));
-        }
+        buttonsSpeakChinese(w);
 
         // Tab goes round every input once.
         if (all.isEmpty())
@@ -241,10 +217,7 @@ private slots:
         QFileDialog chooser(nullptr, texts::compose::AttachTitle);
         chooser.setOption(QFileDialog::DontUseNativeDialog);
         chooser.show();
-        for (QAbstractButton *b : chooser.findChildren<QAbstractButton *>()) {
-            if (b->isVisible() && !b->text().isEmpty())
-                QVERIFY2(hasChinese(b->text()), qPrintable(b->text()));
-        }
+        buttonsSpeakChinese(&chooser);
     }
 
     void mnemonicsAndAltKeys()

@@ -39,15 +39,6 @@ QString outcome(const frmMain *w)
         + w->node(Node::DeletedItems)->text(0);
 }
 
-// Keys given to a widget, as "Down Down Return".
-void keys(QWidget *w, const QString &sequence)
-{
-    for (const QString &key : sequence.split(u' ', Qt::SkipEmptyParts)) {
-        const QKeyCombination c = QKeySequence(key)[0];
-        QTest::keyClick(w, c.key(), c.keyboardModifiers());
-    }
-}
-
 // What a user does: "button N" on the tool bar, "tree: KEYS", "list:
 // KEYS" or "window: KEYS" from the keyboard, "double" on row 0, "drop N"
 // in the send/receive drop-down, or the name of a menu item or a button.
@@ -61,7 +52,7 @@ void act(frmMain *w, const QString &how)
     if (how.startsWith(u"button"))
         clickButton(w->Toolbar1, w->toolbarButton(arg.toInt()));
     else if (how.contains(u':'))
-        keys(QTest::qWaitForWindowActive(w) ? typed : nullptr, arg);  // keys reach active windows
+        press(QTest::qWaitForWindowActive(w) ? arg : QString());  // keys reach active windows
     else if (how == u"double")
         clickRow(w->ListView1, 0, true);  // the first row, whichever was previewed
     else if (how.startsWith(u"drop"))
@@ -135,6 +126,8 @@ private slots:
         row("click Outbox", "click 4", 4, u"发件箱 messages 收件人 s20000010 s20000011 DDDDDDDD DDEEEEEE"_s);
         row("click Sent Items", "click 5", 5,
             u"已发送邮件 messages 收件人 s20000020 s20000021 DDDDDDDD DDEEEEEE"_s);
+        row("click Drafts again: afresh, nothing previewed", "click 7", 7,
+            u"草稿 messages 收件人 s20000040 s20000041 DDDDDDDD DDEEEEEE"_s);
         row("Up: Deleted Items", "tree: Up", 6,
             u"已删除邮件 messages 发件人 s20000030 s20000031 DDDDDDDD DDEEEEEE"_s);
         row("Up Up Up: Outbox", "tree: Up Up Up", 4,
@@ -189,7 +182,7 @@ private slots:
         clickItem(w->TreeView1, w->node(Node::LocalFolders));
         w->ListView2->setFocus();
         w->ListView2->setCurrentItem(w->ListView2->topLevelItem(1));
-        keys(w->ListView2, u"Return"_s);
+        press(u"Return"_s);
         QCOMPARE(w->TreeView1->currentItem(), w->node(Node::Outbox));
     }
 
