@@ -6,9 +6,18 @@
 // the widgets every window test reaches into.
 
 #include "store/folders.h"
+#include "store/mailboxes.h"
 #include "store/state.h"
 #include "testsupport.h"
 #include "texts.h"
+#include "ui/about/frmAbout.h"
+#include "ui/accounts/frmMailBox.h"
+#include "ui/accounts/frmMailBoxProp.h"
+#include "ui/accounts/frmMainBoxAdd1.h"
+#include "ui/accounts/frmMainBoxAdd2.h"
+#include "ui/accounts/frmMainBoxAdd3.h"
+#include "ui/accounts/frmMainBoxAdd4.h"
+#include "ui/accounts/frmMainBoxAdd5.h"
 #include "ui/common/filechooser.h"
 #include "ui/common/forms.h"
 #include "ui/main/foldernodes.h"

@@ -1,23 +1,9 @@
-// Every window and box from the keyboard, with a screen reader, in
-// Chinese: each control that takes the focus has a name, Tab reaches every
-// enabled input in reading order, no button speaks English, mnemonics and
-// shortcuts do what their captions say, and Alt never types. Then a new
-// trainee's whole road with the keyboard alone: the first account through
-// the wizard that a send-and-receive calls up, a second one from the Tools
-// menu, a message from the first to the second, received, read, answered,
-// deleted and deleted for good; after the steps, what the user sees and
-// what the files hold.
+// Every window from the keyboard and a screen reader, in Chinese; then a
+// new trainee's whole road with the keyboard alone: two accounts through the
+// wizard, a message from one to the other, received, read, answered,
+// deleted and deleted for good, checked on the screen and in the files.
 
 #include "store/clock.h"
-#include "store/mailboxes.h"
-#include "ui/about/frmAbout.h"
-#include "ui/accounts/frmMailBox.h"
-#include "ui/accounts/frmMailBoxProp.h"
-#include "ui/accounts/frmMainBoxAdd1.h"
-#include "ui/accounts/frmMainBoxAdd2.h"
-#include "ui/accounts/frmMainBoxAdd3.h"
-#include "ui/accounts/frmMainBoxAdd4.h"
-#include "ui/accounts/frmMainBoxAdd5.h"
 #include "ui/common/application.h"
 #include "ui/common/msgboxprompter.h"
 #include "windows.h"

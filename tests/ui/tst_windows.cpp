@@ -3,7 +3,6 @@
 
 #include "sendrecv/engine.h"
 #include "store/errors.h"
-#include "ui/about/frmAbout.h"
 #include "ui/common/application.h"
 #include "windows.h"
 
