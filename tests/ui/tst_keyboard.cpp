@@ -212,8 +212,11 @@ private slots:
         // unused Alt letter types nothing; CTRL+S saves.
         frmMailEdit *e = static_cast<frmMailEdit *>(shown(u"frmMailEdit"_s));
         QVERIFY(QTest::qWaitForWindowActive(e));
-        QTest::keyClick(e, Qt::Key_S, Qt::AltModifier);
-        QCOMPARE(QApplication::focusWidget(), e->Text5);
+        const QWidgetList fields{e->Combo3, e->Text3, e->Text4, e->Text5};
+        for (int i = 0; i < 4; ++i) {
+            QTest::keyClick(e, Qt::Key("RDCS"[i]), Qt::AltModifier);
+            QCOMPARE(QApplication::focusWidget(), fields[i]);
+        }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
         QCOMPARE(e->Text5->text(), u"Re:s"_s);
         boxes->expectMessage(Icon::Information, texts::compose::DraftSavedTitle,
