@@ -199,11 +199,20 @@ private slots:
         QCOMPARE(buttons.join(u'|'), (QStringList{texts::ButtonNo, texts::ButtonYes}.join(u'|')));
         QCOMPARE(enter, QMessageBox::No);
 
-        // The toolkit's own file chooser, where its translations are there.
-        QFileDialog chooser(nullptr, texts::compose::AttachTitle);
-        chooser.setOption(QFileDialog::DontUseNativeDialog);
-        chooser.show();
-        buttonsSpeakChinese(&chooser);
+        // The real file chooser speaks the toolkit's Chinese and offers the
+        // name suggested and the filter as a list of types.
+        QString offered;
+        QTimer::singleShot(0, this, [&] {
+            auto *chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            QVERIFY(chooser);
+            buttonsSpeakChinese(chooser);
+            offered = chooser->findChild<QLineEdit *>(u"fileNameEdit"_s)->text() + u'|'
+                + chooser->nameFilters().join(u'|');
+            chooser->reject();
+        });
+        QCOMPARE(DialogFileChooser().saveFileName(nullptr, texts::read::SaveTitle, u"a.doc"_s,
+                                                  texts::read::SaveFilter), QString());
+        QCOMPARE(offered, u"a.doc|All Files(*.*)"_s);
     }
 
     void mnemonicsAndAltKeys()
