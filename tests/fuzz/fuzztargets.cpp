@@ -49,10 +49,8 @@ void loadKeepsBytes(const QString &fileName, const QByteArray &bytes, Load load)
     dir.writeBytes(fileName, bytes);
     loadQuietly(load);
     const QStringList left = dir.entries();
-    check(left.size() == 1
-              && (left.first() == fileName || left.first().startsWith(fileName + u".damaged-"_s))
-              && dir.readBytes(left.first()) == bytes,
-          "bytes kept, under the file's name or set aside");
+    check(left.size() == 1 && left[0].section(u".damaged-"_s, 0, 0) == fileName
+              && dir.readBytes(left[0]) == bytes, "bytes kept, under the file's name or set aside");
 }
 
 }  // namespace
@@ -66,9 +64,8 @@ int FuzzReader(const uint8_t *data, size_t size)
     for (int buffer : {0, 1, 2, 3, 4, 5, ProfileFile::ValueBuffer})
         file.value("email-1", "subject", buffer);
 
-    // What the program writes from what it read, it reads back as a data
-    // file (never one to set aside): as many messages under the same ids,
-    // and no error.
+    // What the program writes from what it read, it reads back as a data file
+    // (never one to set aside): as many messages under the same ids, no error.
     loadQuietly([&] {
         const MailList mails = ParseFolder(FolderFile::Inbox, file);
         const ProfileFile written = ProfileFile::parse(FolderBytes(mails));
