@@ -100,7 +100,6 @@ private slots:
         k("UTF-16 big-endian", utf16(QStringConverter::Utf16BE), inbox);
         v("UTF-8 without a mark, Chinese text", inbox.toUtf8(), inbox);
         v("GB18030 that is also valid UTF-8 stays GB18030", gb(u"隆"_s), u"隆"_s);
-        v("UTF-8 Latin text without Chinese stays GB18030", "\xC3\xA9", u"茅"_s);
         v("UTF-8 cut as the GB18030 it becomes", QString(200, u'中').toUtf8(), QString(127, u'中'));
     }
     void profileReads()
@@ -219,29 +218,6 @@ private slots:
         QCOMPARE(dir.readBytes(aside), bytes);
     }
 
-    void savesRefusedWithReason()
-    {
-        // A folder where a file belongs is not read as an empty file, to be replaced.
-        DataDir dir;
-        QVERIFY(QDir(dir.path()).mkdir(u"receive_c.dat"_s));
-        QVERIFY_THROWS_EXCEPTION(FileError, stored(FolderFile::Inbox));
-        // A data folder found read-only at start-up refuses every save, saying
-        // why; no window is told of a change.
-        QSignalSpy changes(&storeEvents(), &StoreEvents::folderChanged);
-        SetDataReadOnly(true);
-        try {
-            SaveEmails(FolderFile::Drafts, EmailArray(), 0);
-            QFAIL("saved in a read-only data folder");
-        } catch (const FileError &error) {
-            QCOMPARE(error.userText(), DataReadOnlyText());
-        }
-        SetDataReadOnly(false);
-        QCOMPARE(changes.count(), 0);
-        // A 102nd message is refused before anything is written.
-        QVERIFY_THROWS_EXCEPTION(IndexError, SaveEmails(FolderFile::Drafts, EmailArray(), 102));
-        QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
-    }
-
     void changesBehindTheProgramAreSeen()
     {
         // Another program rewrites a folder the program just wrote, in
@@ -273,7 +249,24 @@ private slots:
         QCOMPARE(count, MailCount(3));
         SaveEmails(-1, array, 0);
         QVERIFY2(boxes.done(), boxes.report());
-        QCOMPARE(dir.entries(), QStringList());
+        // A folder where a file belongs is not read as an empty file, to be replaced.
+        QVERIFY(QDir(dir.path()).mkdir(u"receive_c.dat"_s));
+        QVERIFY_THROWS_EXCEPTION(FileError, stored(FolderFile::Inbox));
+        // A data folder found read-only at start-up refuses every save, saying why; no
+        // window is told of a change.
+        QSignalSpy changes(&storeEvents(), &StoreEvents::folderChanged);
+        SetDataReadOnly(true);
+        try {
+            SaveEmails(FolderFile::Drafts, EmailArray(), 0);
+            QFAIL("saved in a read-only data folder");
+        } catch (const FileError &error) {
+            QCOMPARE(error.userText(), DataReadOnlyText());
+        }
+        SetDataReadOnly(false);
+        QCOMPARE(changes.count(), 0);
+        // A 102nd message is refused before anything is written.
+        QVERIFY_THROWS_EXCEPTION(IndexError, SaveEmails(FolderFile::Drafts, EmailArray(), 102));
+        QCOMPARE(dir.entries(), QStringList{u"receive_c.dat"_s});
 
         // CountUnread counts exactly "1"; RemoveEmailAt moves whole records
         // down and leaves the last slot as it was.
