@@ -1,8 +1,7 @@
 #pragma once
 
-// Entry functions shared by the libFuzzer executables and by the corpus
-// replay of the normal build. Each aborts on a broken promise, as an
-// escaping exception does.
+// Entry functions shared by the libFuzzer executables and by the corpus replay of the
+// normal build. Each aborts on a broken promise, as an escaping exception does.
 
 #include <cstddef>
 #include <cstdint>

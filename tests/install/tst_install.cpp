@@ -13,13 +13,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 const QString AppId = QStringLiteral(APP_ID), Built = QStringLiteral(BUILT_EXE);
 
-struct Run
-{
-    int exitCode = -1;
-    QString out, err;
-};
+struct Run { int exitCode = -1; QString out, err; };
 
-// Runs program to its end with the variables added to the environment.
 Run run(const QString &program, const QStringList &args,
         const QList<std::pair<QString, QString>> &variables = {})
 {

@@ -46,7 +46,6 @@ Mails msgs(const QString &looks)
     return out;
 }
 
-// The folders by number, as a command names them.
 const QStringList FolderNames{u"Inbox"_s, u"Outbox"_s, u"Sent"_s, u"Deleted"_s, u"Drafts"_s};
 }  // namespace
 
@@ -102,8 +101,7 @@ private slots:
         const EmailRec yours = mail(u"2"_s, You, You);
         QTest::newRow("no account") << QStringList{} << Mails{yours} << false;
         QTest::newRow("from or to the first account") << both << Mails{mine, toMe} << false;
-        QTest::newRow("from the second account, box once") << both << Mails{mine, yours, yours}
-                                                           << true;
+        QTest::newRow("the second account's: one box") << both << Mails{mine, yours, yours} << true;
         QTest::newRow("letter case differs") << QStringList{u"Me@x.cn"_s} << Mails{mine} << true;
     }
     void checkOutboxAccounts()
@@ -181,9 +179,8 @@ private slots:
         }
     }
 
-    // A command acts on the record shown at a position, a compose command on
-    // the window's message stored there ("-": not stored yet). result: it
-    // acted, or for save, a new draft was made.
+    // A command acts on the record shown at a position, a compose command on the window's
+    // message stored there ("-": not stored yet). result: it acted; for save, a draft was made.
     void commands_data()
     {
         QTest::addColumn<QString>("command");  // command folder position shown

@@ -63,7 +63,6 @@ private slots:
                           const QByteArray &section = "a") {
             QTest::newRow(name) << file << section << expected;
         };
-        // The value of a line "k=..." in section a.
         const auto v = [&](const char *name, const QByteArray &value, const QString &expected) {
             k(name, "[a]\r\nk=" + value, expected);
         };

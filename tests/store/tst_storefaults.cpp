@@ -52,7 +52,6 @@ const Folders start = [] {
                    folder(3, 30, each), folder(4, 30, each), folder(5, 20, {A, Nobody})};
 }();
 
-// The data folder as given, in one unit.
 void reset(const Folders &folders)
 {
     FolderSet set;
@@ -63,7 +62,6 @@ void reset(const Folders &folders)
     set.commit();
 }
 
-// Every entry of the data folder with its bytes.
 QMap<QString, QByteArray> entries(const DataDir &dir)
 {
     QMap<QString, QByteArray> all;
