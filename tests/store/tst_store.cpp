@@ -89,12 +89,11 @@ private slots:
         v("unquoted, then cut to 255 bytes", '"' + QByteArray(300, 'x') + '"', QString(255, u'x'));
         v("2-byte characters fill 255", "x" + gb(QString(200, u'中')), u"x"_s + QString(127, u'中'));
         // Encodings a text editor may have saved the file in
-        const QString inbox = u"收件箱 é𠀀"_s;
+        const QString inbox = u"收件箱 é𠀀"_s, text = u"[a]\r\nk="_s + inbox;
         const auto utf16 = [&](QStringConverter::Encoding e) {
-            QStringEncoder encoder(e, QStringConverter::Flag::WriteBom);
-            return QByteArray(encoder.encode(u"[a]\r\nk="_s + inbox));
+            return QByteArray(QStringEncoder(e, QStringEncoder::Flag::WriteBom)(text));
         };
-        k("UTF-8 with a byte-order mark", "\xEF\xBB\xBF[a]\r\nk=" + inbox.toUtf8(), inbox);
+        k("UTF-8 with a byte-order mark", "\xEF\xBB\xBF" + text.toUtf8(), inbox);
         k("UTF-16 little-endian", utf16(QStringConverter::Utf16LE), inbox);
         k("UTF-16 big-endian", utf16(QStringConverter::Utf16BE), inbox);
         v("UTF-8 without a mark, Chinese text", inbox.toUtf8(), inbox);
@@ -185,13 +184,12 @@ private slots:
     {
         QTest::addColumn<int>("folder");  // -1: the accounts
         QTest::addColumn<QByteArray>("bytes");
-        const QByteArray valid = folderFile(u"1"_s, {u"1|a|[x]"_s});
         QTest::newRow("UTF-16 without its byte-order mark")
             << FolderFile::Outbox << QByteArray("[\0e\0m\0a\0i\0l\0]\0", 14);
         QTest::newRow("no header, messages present")
-            << FolderFile::Drafts << QByteArray(valid).replace("[email]", "");
+            << FolderFile::Drafts << folderFile(u"1"_s, {u"1|a|[x]"_s}).replace("[email]", "");
         QTest::newRow("a count that is no number, messages present")
-            << FolderFile::SentItems << QByteArray(valid).replace("number=1", "number=abc");
+            << FolderFile::SentItems << folderFile(u"abc"_s, {u"1|a|[x]"_s});
         QTest::newRow("accounts without their header")
             << -1 << crlfLines({u"[mailbox-1]"_s, u"address=a@x.cn"_s});
     }

@@ -135,11 +135,10 @@ private slots:
     {
         QTest::addColumn<int>("command");
         QTest::addColumn<Fault>("fault");
-        const char *faults[] = {"nothing fits", "largest file cut short", "read-only folder",
-                                "a folder in its file's place"};
+        const char *names[] = {"nothing fits", "largest cut short", "read-only", "folder for file"};
         for (int c = 0; c < commands.size(); ++c) {
             for (int f = 0; f < 4; ++f)
-                QTest::addRow("%s, %s", commands[c].first, faults[f]) << c << Fault(f);
+                QTest::addRow("%s, %s", commands[c].first, names[f]) << c << Fault(f);
         }
     }
 
