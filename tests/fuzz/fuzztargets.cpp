@@ -8,6 +8,7 @@
 #include "store/profile.h"
 #include "testsupport.h"
 
+#include <functional>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
@@ -30,8 +31,7 @@ QStringList idsOf(const MailList &mails)
 }
 
 // Only the errors the loaders document end a load; anything else escapes.
-template<typename Load>
-void loadQuietly(Load load)
+void loadQuietly(const std::function<void()> &load)
 {
     try {
         load();
@@ -42,14 +42,13 @@ void loadQuietly(Load load)
 
 // Loading never loses bytes: the file stands as it was, or it was set
 // aside whole and the folder reads as empty.
-template<typename Load>
-void loadKeepsBytes(const QString &fileName, const QByteArray &bytes, Load load)
+void loadKeepsBytes(const QString &name, const QByteArray &bytes, const std::function<void()> &load)
 {
     const DataDir dir;
-    dir.writeBytes(fileName, bytes);
+    dir.writeBytes(name, bytes);
     loadQuietly(load);
     const QStringList left = dir.entries();
-    check(left.size() == 1 && left[0].section(u".damaged-"_s, 0, 0) == fileName
+    check(left.size() == 1 && left[0].section(u".damaged-"_s, 0, 0) == name
               && dir.readBytes(left[0]) == bytes, "bytes kept, under the file's name or set aside");
 }
 
