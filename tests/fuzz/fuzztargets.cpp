@@ -8,6 +8,7 @@
 #include "store/profile.h"
 #include "testsupport.h"
 
+#include <functional>
 #include <optional>
 
 using namespace Qt::Literals::StringLiterals;
@@ -30,8 +31,7 @@ QStringList idsOf(const MailList &mails)
 }
 
 // Only the errors the loaders document end a load; anything else escapes.
-template<typename Load>
-void loadQuietly(Load load)
+void loadQuietly(const std::function<void()> &load)
 {
     try {
         load();
@@ -42,17 +42,14 @@ void loadQuietly(Load load)
 
 // Loading never loses bytes: the file stands as it was, or it was set
 // aside whole and the folder reads as empty.
-template<typename Load>
-void loadKeepsBytes(const QString &fileName, const QByteArray &bytes, Load load)
+void loadKeepsBytes(const QString &name, const QByteArray &bytes, const std::function<void()> &load)
 {
     const DataDir dir;
-    dir.writeBytes(fileName, bytes);
+    dir.writeBytes(name, bytes);
     loadQuietly(load);
     const QStringList left = dir.entries();
-    check(left.size() == 1
-              && (left.first() == fileName || left.first().startsWith(fileName + u".damaged-"_s))
-              && dir.readBytes(left.first()) == bytes,
-          "bytes kept, under the file's name or set aside");
+    check(left.size() == 1 && left[0].section(u".damaged-"_s, 0, 0) == name
+              && dir.readBytes(left[0]) == bytes, "bytes kept, under the file's name or set aside");
 }
 
 }  // namespace
@@ -66,9 +63,8 @@ int FuzzReader(const uint8_t *data, size_t size)
     for (int buffer : {0, 1, 2, 3, 4, 5, ProfileFile::ValueBuffer})
         file.value("email-1", "subject", buffer);
 
-    // What the program writes from what it read, it reads back as a data
-    // file (never one to set aside): as many messages under the same ids,
-    // and no error.
+    // What the program writes from what it read, it reads back as a data file
+    // (never one to set aside): as many messages under the same ids, no error.
     loadQuietly([&] {
         const MailList mails = ParseFolder(FolderFile::Inbox, file);
         const ProfileFile written = ProfileFile::parse(FolderBytes(mails));

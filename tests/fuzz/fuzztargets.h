@@ -1,15 +1,12 @@
 #pragma once
 
-// The fuzz targets' entry functions, shared by the libFuzzer executables
-// and by the corpus replay that the normal build runs as a test. Each one
-// aborts on a broken promise; an escaping exception aborts as well.
+// Entry functions shared by the libFuzzer executables and by the corpus replay of the
+// normal build. Each aborts on a broken promise, as an escaping exception does.
 
 #include <cstddef>
 #include <cstdint>
 
-// Bytes taken as a folder file and as mailbox.dat by the reader and the
-// two loaders, in memory.
+// Bytes read in memory as a folder file and as mailbox.dat.
 int FuzzReader(const uint8_t *data, size_t size);
-// Bytes standing in a data folder, through the whole load path with its
-// setting aside, then saved and loaded again.
+// Bytes standing in a data folder, loaded (set aside if damaged), saved, loaded again.
 int FuzzLoad(const uint8_t *data, size_t size);

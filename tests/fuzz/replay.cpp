@@ -16,9 +16,8 @@ int main(int argc, char **argv)
         if (!file.open(QIODevice::ReadOnly))
             return 1;
         const QByteArray bytes = file.readAll();
-        const auto *data = reinterpret_cast<const uint8_t *>(bytes.constData());
-        FuzzReader(data, size_t(bytes.size()));
-        FuzzLoad(data, size_t(bytes.size()));
+        for (const auto entry : {FuzzReader, FuzzLoad})
+            entry(reinterpret_cast<const uint8_t *>(bytes.constData()), size_t(bytes.size()));
     }
     qInfo("%lld corpus files replayed", static_cast<long long>(names.size()));
     return names.isEmpty() ? 1 : 0;

@@ -46,7 +46,6 @@ Mails msgs(const QString &looks)
     return out;
 }
 
-// The folders by number, as a command names them.
 const QStringList FolderNames{u"Inbox"_s, u"Outbox"_s, u"Sent"_s, u"Deleted"_s, u"Drafts"_s};
 }  // namespace
 
@@ -58,39 +57,37 @@ private slots:
     void init() { SetClock([] { return QDateTime({2009, 1, 2}, {3, 4, 59}); }); }
     void cleanup() { SetClock({}); }
 
-    // line: the To line in the Inbox with the accounts x@y, then bob@a.cn; the
-    // last one decides, and empty means To, as it always is elsewhere.
+    // With the accounts x@y, then bob@a.cn, the last decides the To line in the Inbox:
+    // bob@a.cn when the message reaches it, else To, as it always is elsewhere.
     void addressRules_data()
     {
         QTest::addColumn<QString>("to");
         QTest::addColumn<QString>("alsoto");
         QTest::addColumn<bool>("sendable");
         QTest::addColumn<bool>("reachesBob");
-        QTest::addColumn<QString>("line");
         const QString bob = u"bob@a.cn"_s, xy = u"x@y"_s;
-        QTest::newRow("to with @ and no copy") << bob << none << true << true << bob;
-        QTest::newRow("to without @") << u"bob"_s << none << false << false << none;
-        QTest::newRow("copy line without @") << xy << u"bob"_s << false << false << none;
-        QTest::newRow("one of several copies with @") << xy << u"z,"_s + bob << true << true << bob;
-        QTest::newRow("copy of spaces and NULs is empty") << u"x@yz"_s << u" \0 "_s << true << false
-                                                          << none;
-        QTest::newRow("a tab is not trimmed away") << xy << u"\t"_s << false << false << none;
-        QTest::newRow("inside a longer address") << u"xbob@a.cnz"_s << none << true << true << bob;
-        QTest::newRow("letter case differs") << u"Bob@a.cn"_s << none << true << false << none;
-        QTest::newRow("not across to and copy") << u"bob@a"_s << u".cn"_s << false << false << none;
+        QTest::newRow("to with @ and no copy") << bob << none << true << true;
+        QTest::newRow("to without @") << u"bob"_s << none << false << false;
+        QTest::newRow("copy line without @") << xy << u"bob"_s << false << false;
+        QTest::newRow("one of several copies with @") << xy << u"z,"_s + bob << true << true;
+        QTest::newRow("copy of spaces, NULs is empty") << u"x@yz"_s << u" \0 "_s << true << false;
+        QTest::newRow("a tab is not trimmed away") << xy << u"\t"_s << false << false;
+        QTest::newRow("inside a longer address") << u"xbob@a.cnz"_s << none << true << true;
+        QTest::newRow("letter case differs") << u"Bob@a.cn"_s << none << true << false;
+        QTest::newRow("not across to and copy") << u"bob@a"_s << u".cn"_s << false << false;
     }
     void addressRules()
     {
         QFETCH(QString, to);
         QFETCH(QString, alsoto);
-        QFETCH(QString, line);
+        QFETCH(bool, reachesBob);
         QTEST(RecipientsAcceptable(to, alsoto), "sendable");
-        QTEST(AddressMatches(RecipientText(to, alsoto), u"bob@a.cn"_s), "reachesBob");
+        QCOMPARE(AddressMatches(RecipientText(to, alsoto), u"bob@a.cn"_s), reachesBob);
         EmailRec m = mail(u"1"_s, Me, to);
         m.alsoto = alsoto;
         const QList<MailBoxRec> accounts = {{{}, {}, {}, {}, {}, u"x@y"_s},
                                             {{}, {}, {}, {}, {}, u"bob@a.cn"_s}};
-        QCOMPARE(ToLine(m, true, accounts), line.isEmpty() ? to : line);
+        QCOMPARE(ToLine(m, true, accounts), reachesBob ? u"bob@a.cn"_s : to);
         QCOMPARE(ToLine(m, false, accounts), to);
     }
 
@@ -104,8 +101,7 @@ private slots:
         const EmailRec yours = mail(u"2"_s, You, You);
         QTest::newRow("no account") << QStringList{} << Mails{yours} << false;
         QTest::newRow("from or to the first account") << both << Mails{mine, toMe} << false;
-        QTest::newRow("from the second account, box once") << both << Mails{mine, yours, yours}
-                                                           << true;
+        QTest::newRow("the second account's: one box") << both << Mails{mine, yours, yours} << true;
         QTest::newRow("letter case differs") << QStringList{u"Me@x.cn"_s} << Mails{mine} << true;
     }
     void checkOutboxAccounts()
@@ -127,69 +123,64 @@ private slots:
         QVERIFY2(boxes.done(), boxes.report());
     }
 
-    // Sent Items hold 1 and the Inbox 10 (unread) unless the row fills one
-    // of them to 101. Each run goes twice: the second finds nothing more to
-    // do, so it leaves the folders and reports as the first did.
+    // The folders before and after as Outbox|Sent Items|queue|Inbox, "full" for one of
+    // 101, "=" for no change. Each run goes twice: the second finds nothing more to do,
+    // so it leaves the folders and reports as the first did.
     void sendAndReceive_data()
     {
         QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("accounts");  // Me and You, or none
-        QTest::addColumn<QString>("outbox");
-        QTest::addColumn<QString>("queue");
-        QTest::addColumn<int>("full");       // the folder of 101, or -1
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
         QTest::addColumn<bool>("barStarts");
         QTest::addColumn<QString>("error");  // the box's first line
-        QTest::addColumn<QString>("after");  // Outbox|Sent Items|queue|Inbox
-        QTest::newRow("send: all stamped; Sent Items keeps isnew, the queue gets them unread")
-            << 2 << true << u"7u 8"_s << none << -1 << true << none << u"|1 7u@ 8@|7u@ 8u@|10u"_s;
-        QTest::newRow("send: a bad second of three writes nothing")
-            << 2 << true << u"5u 6u:ab 7u"_s << none << -1 << false << none << u"5u 6u 7u|1||10u"_s;
-        QTest::newRow("receive: a copy for each account keeps its flag; the rest stay in order")
-            << 1 << true << u"9u"_s << u"5u:z@x 7:"_s + You + u';' + Me + u" 6u:q"_s << -1 << true
-            << none << u"9u|1|5u 6u|10u 7@ 7@"_s;
-        QTest::newRow("receive: no account moves nothing")
-            << 1 << false << none << u"7u"_s << -1 << true << none << u"|1|7u|10u"_s;
-        QTest::newRow("both: the message comes back")
-            << 0 << true << u"7u"_s << none << -1 << true << none << u"|1 7u@||10u 7u@"_s;
-        QTest::newRow("a full Sent Items stops the send, nothing changed") << 2 << true << u"7u"_s
-            << none << SentItems << false << texts::OperationAbandoned << u"7u|full||10u"_s;
-        QTest::newRow("a full Inbox stops the receive after the send went through")
-            << 0 << true << u"7u"_s << none << Inbox << false << texts::SentButNotReceived
-            << u"|1 7u@|7u@|full"_s;
+        QTest::addColumn<bool>("accounts");  // Me and You, or none
+        const auto row = [](const char *name, int mode, const char *before, const char *after,
+                            bool bar = true, const QString &error = {}, bool accounts = true) {
+            QTest::newRow(name) << mode << QString::fromUtf8(before) << QString::fromUtf8(after)
+                                << bar << error << accounts;
+        };
+        using namespace SendReceiveModes;
+        row("send: all stamped; Sent Items keeps isnew, the queue gets them unread", SendOnly,
+            "7u 8|1||10u", "|1 7u@ 8@|7u@ 8u@|10u");
+        row("send: a bad second of three writes nothing", SendOnly, "5u 6u:ab 7u|1||10u",
+            "5u 6u 7u|1||10u", false);
+        row("receive: a copy for each account keeps its flag; the rest stay in order", ReceiveOnly,
+            "9u|1|5u:z@x 7:you@x.cn;me@x.cn 6u:q|10u", "9u|1|5u 6u|10u 7@ 7@");
+        row("receive: no account moves nothing", ReceiveOnly, "|1|7u|10u", "=", true, none, false);
+        row("both: the message comes back", SendAndReceive, "7u|1||10u", "|1 7u@||10u 7u@");
+        row("a full Sent Items stops the send, nothing changed", SendOnly, "7u|full||10u", "=",
+            false, texts::OperationAbandoned);
+        row("a full Inbox stops the receive after the send went through", SendAndReceive,
+            "7u|1||full", "|1 7u@|7u@|full", false, texts::SentButNotReceived);
     }
     void sendAndReceive()
     {
         QFETCH(int, mode);
+        QFETCH(QString, before);
+        QFETCH(QString, after);
         QFETCH(bool, accounts);
-        QFETCH(QString, outbox);
-        QFETCH(QString, queue);
-        QFETCH(int, full);
         DataDir dir;
         putAccounts(dir, accounts ? QStringList{Me, You} : QStringList());
-        put(dir, Outbox, msgs(outbox));
-        put(dir, ServerQueue, msgs(queue));
-        put(dir, SentItems, {mail(u"1"_s)});
-        put(dir, Inbox, msgs(u"10u"_s));
-        if (full >= 0)
-            put(dir, full, mails(101));
-
+        const int folders[] = {Outbox, SentItems, ServerQueue, Inbox};
+        const QStringList start = before.split(u'|');
+        for (int i = 0; i < 4; ++i)
+            put(dir, folders[i], start[i] == u"full" ? mails(101) : msgs(start[i]));
         for (int run = 0; run < 2; ++run) {
             const RunResult r = RunSendReceive(qint16(mode));
             QTEST(r.barStarts(), "barStarts");
             QTEST(r.errorText.section(u'\r', 0, 0), "error");
-            QStringList after;
-            for (int f : {Outbox, SentItems, ServerQueue, Inbox})
-                after << (f == full ? u"full"_s : look(f));
-            QTEST(after.join(u'|'), "after");
+            QStringList now;
+            for (int i = 0; i < 4; ++i)
+                now << (start[i] == u"full" ? start[i] : look(folders[i]));
+            QCOMPARE(now.join(u'|'), after == u"=" ? before : after);
             // What a step moved it stamped.
-            QCOMPARE(r.send.sent, MailCount(run == 0 ? after[1].count(u'@') : 0));
-            QCOMPARE(r.receive.received, MailCount(run == 0 ? after[3].count(u'@') : 0));
+            QCOMPARE(r.send.sent, MailCount(run == 0 ? now[1].count(u'@') : 0));
+            QCOMPARE(r.receive.received, MailCount(run == 0 ? now[3].count(u'@') : 0));
         }
     }
 
-    // A command acts on the record shown at a position, a compose command on
-    // the window's message stored there ("-": not stored yet). result: it
-    // acted, or for save, a new draft was made.
+    // A command acts on the record shown at a position, a compose command on the window's
+    // message stored there ("-": not stored yet). result: it acted; for save, a draft was made.
     void commands_data()
     {
         QTest::addColumn<QString>("command");  // command folder position shown
@@ -235,17 +226,15 @@ private slots:
         const EmailRec written = mail(QString(), Me, You, u"written"_s);
 
         bool result = false;
-        if (c[0] == u"move") {
-            result = MoveToDeletedItems(ref);
-        } else if (c[0] == u"read") {
-            result = MarkRead(ref);
-        } else if (c[0] == u"forgood") {
-            result = DeleteForGood(ref);
-        } else if (c[0] == u"save") {
+        if (c[0] == u"save") {
             const StoredMail now = SaveDraft(written, own, &result);
             QCOMPARE(stored(now.folder).value(now.index).id, now.id);
-        } else {
+        } else if (c[0] == u"send" || c[0] == u"later") {
             (c[0] == u"send" ? StoreForSend : StoreForSendLater)(written, own);
+        } else {
+            result = (c[0] == u"move"   ? MoveToDeletedItems
+                      : c[0] == u"read" ? MarkRead
+                                        : DeleteForGood)(ref);
         }
         QTEST(result, "result");
         QStringList after;
@@ -276,10 +265,9 @@ private slots:
             u"12345678"_s, {u"Li@Example.COM"_s, u"Han@X.com"_s, u"Cc@X.COM   "_s, u"Test"_s,
                             u"Hello\r\n你好 ABC  "_s, u" a.txt(1.00kb)"_s});
         QCOMPARE(QStringList({m.id, m.from, m.to, m.alsoto, m.subject, m.content, m.datetime,
-                              m.attachment, m.isnew}),
-                 QStringList({u"12345678"_s, u"li@example.com"_s, u"han@x.com"_s, u"cc@x.com"_s,
-                              u"test"_s, u"hello\r\n你好 abc  "_s, u"09-01-02 03:04"_s,
-                              u" a.txt(1.00kb)"_s, u"0"_s}));
+                              m.attachment, m.isnew}).join(u'|'),
+                 u"12345678|li@example.com|han@x.com|cc@x.com|test|hello\r\n你好 abc  |"
+                 u"09-01-02 03:04| a.txt(1.00kb)|0"_s);
 
         QCOMPARE(compose::JoinAttachments({u"a.txt(1.00KB)"_s, u"B C.TXT(2.00KB)"_s}),
                  u" a.txt(1.00kb) b c.txt(2.00kb)"_s);
@@ -311,14 +299,11 @@ private slots:
         QTest::addColumn<QString>("body");
         QTest::addColumn<QString>("overflows");
         QTest::newRow("fits exactly") << QString(127, u'中') + u'x' << QString(2045, u'b') << none;
-        QTest::newRow("a body of 2046 bytes")
-            << u"s"_s << QString(2046, u'b') << u"4:2046:2045:2045"_s;
-        QTest::newRow("a Chinese body is cut at a whole character")
-            << u"s"_s << QString(1023, u'中') << u"4:2046:2045:1022"_s;
+        QTest::newRow("a body of 2046") << u"s"_s << QString(2046, u'b') << u"4:2046:2045:2045"_s;
+        QTest::newRow("whole characters") << u"s"_s << QString(1023, u'中') << u"4:2046:2045:1022"_s;
         QTest::newRow("line breaks count two bytes, trailing blanks of a subject none")
             << QString(255, u'S') + u"   "_s << u"\r\n"_s.repeated(1023) << u"4:2046:2045:2044"_s;
-        QTest::newRow("a subject of 256 bytes")
-            << QString(128, u'中') << u"b"_s << u"3:256:255:127"_s;
+        QTest::newRow("256-byte subject") << QString(128, u'中') << u"b"_s << u"3:256:255:127"_s;
     }
     void tooLongForTheFile()
     {

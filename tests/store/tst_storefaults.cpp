@@ -1,8 +1,6 @@
-// The store under the faults a system brings: writes the kernel refuses,
-// and kills at random instants. Both run the commands in a child process,
-// because the limits used (a file-size limit, dropping root) cannot be
-// taken back and a kill ends the process. QUILLPOST_KILL_TRIALS sets the
-// number of kill trials (200; make torture runs 2000).
+// The store under writes the kernel refuses and kills at random instants, both in a
+// child process: a file-size limit and dropping root cannot be taken back, and a kill
+// ends the process. QUILLPOST_KILL_TRIALS sets the kill trials (200; make torture 2000).
 
 #include "mail/commands.h"
 #include "sendrecv/engine.h"
@@ -36,10 +34,9 @@ namespace {
 using Folders = std::array<MailList, FolderFile::Count>;
 const QString A = u"a@x.cn"_s, B = u"b@x.cn"_s, Nobody = u"c@y.cn"_s;
 
-// Full folders and two accounts; every id is unique. The Outbox's 40
-// messages go to a, to b, to both and to nobody, and half of the 20 queued
-// ones to a: a send and receive brings 50 Inbox copies and leaves 20
-// messages for nobody queued. Long bodies give the writes time to be cut.
+// Full folders and two accounts, every id unique. The Outbox's 40 messages go to a, to
+// b, to both and to nobody, half the 20 queued ones to a: a send and receive brings 50
+// Inbox copies and leaves 20 for nobody queued. Long bodies give writes time to be cut.
 const Folders start = [] {
     const auto folder = [](int f, int n, const QStringList &to) {
         MailList list = mails(n, n, 10000000 * (f + 1));
@@ -55,7 +52,6 @@ const Folders start = [] {
                    folder(3, 30, each), folder(4, 30, each), folder(5, 20, {A, Nobody})};
 }();
 
-// The data folder as given, in one unit.
 void reset(const Folders &folders)
 {
     FolderSet set;
@@ -66,7 +62,6 @@ void reset(const Folders &folders)
     set.commit();
 }
 
-// Every entry of the data folder with its bytes.
 QMap<QString, QByteArray> entries(const DataDir &dir)
 {
     QMap<QString, QByteArray> all;
@@ -101,8 +96,7 @@ enum Ending { AsExpected, Otherwise, RootKept };
 
 // Runs command in a child process, as the fault cannot be taken back; it
 // must throw FileError saying that nothing changed and giving reason.
-int runInChild(Fault fault, rlim_t sizeLimit, const std::function<void()> &command,
-               const QString &reason)
+int runInChild(Fault fault, rlim_t cap, const std::function<void()> &command, const QString &reason)
 {
     const pid_t pid = ::fork();
     if (pid == 0) {
@@ -113,7 +107,7 @@ int runInChild(Fault fault, rlim_t sizeLimit, const std::function<void()> &comma
         ::signal(SIGXFSZ, SIG_IGN);
         rlimit limit;
         ::getrlimit(RLIMIT_FSIZE, &limit);
-        limit.rlim_cur = qMin(sizeLimit, limit.rlim_max);
+        limit.rlim_cur = qMin(cap, limit.rlim_max);
         ::setrlimit(RLIMIT_FSIZE, &limit);
         try {
             command();
@@ -141,17 +135,15 @@ private slots:
     {
         QTest::addColumn<int>("command");
         QTest::addColumn<Fault>("fault");
-        const char *faults[] = {"nothing fits", "largest file cut short", "read-only folder",
-                                "a folder in its file's place"};
+        const char *names[] = {"nothing fits", "largest cut short", "read-only", "folder for file"};
         for (int c = 0; c < commands.size(); ++c) {
             for (int f = 0; f < 4; ++f)
-                QTest::addRow("%s, %s", commands[c].first, faults[f]) << c << Fault(f);
+                QTest::addRow("%s, %s", commands[c].first, names[f]) << c << Fault(f);
         }
     }
 
-    // Every command that saves ends with FileError naming the cause, says that
-    // nothing changed, and leaves the data folder as it was to the byte, with
-    // nothing of its own left behind.
+    // Every command that saves ends with FileError naming the cause, says that nothing
+    // changed, and leaves the data folder as it was to the byte, nothing of its own behind.
     void failedWriteChangesNothing()
     {
         QFETCH(int, command);
@@ -181,13 +173,10 @@ private slots:
         const auto faulty = entries(dir);
         // Cut short, the largest file fails after others were written, and
         // those must be taken back as well.
-        const rlim_t limit = fault == Fault::NothingFits       ? 0
-            : fault == Fault::LargestCutShort                  ? rlim_t(largestSize - 1)
-                                                               : RLIM_INFINITY;
-        const QString reason = fault == Fault::ReadOnlyFolder ? texts::ReasonNoPermission
-            : fault == Fault::FolderInFilesPlace                  ? texts::ReasonIsFolder
-                                                                  : texts::ReasonTooLarge;
-        const int ending = runInChild(fault, limit, run, reason);
+        const rlim_t limits[] = {0, rlim_t(largestSize - 1), RLIM_INFINITY, RLIM_INFINITY};
+        const QString reasons[] = {texts::ReasonTooLarge, texts::ReasonTooLarge,
+                                   texts::ReasonNoPermission, texts::ReasonIsFolder};
+        const int ending = runInChild(fault, limits[int(fault)], run, reasons[int(fault)]);
         ::chmod(path.constData(), 0700);
         if (ending == RootKept)
             QSKIP("running as root without the right to become another user");
@@ -195,12 +184,11 @@ private slots:
         QCOMPARE(entries(dir), faulty);
     }
 
-    // A child sends and receives over and over, killed at a random instant;
-    // then the start-up recovery runs. Each step is one unit, so the folder
-    // must be, to the byte, one of the three states the loop passes through:
-    // nothing sent; sent into Sent Items and the queue; or received as well.
-    // That checks at once each id's place, copies and contents, that every
-    // file loads as before and that nothing else is left.
+    // A child sends and receives over and over, killed at a random instant; then the
+    // start-up recovery runs. Each step is one unit, so the folder must be, to the byte,
+    // one of the three states the loop passes through: nothing sent; sent into Sent Items
+    // and the queue; or received as well. That checks at once each id's place, copies and
+    // contents, that every file loads as before and that nothing else is left.
     void everyMessageOnceAfterAKill()
     {
         DataDir dir;
@@ -241,14 +229,12 @@ private slots:
                                                 .arg(trial).arg(dir.entries().join(u' '))));
             ++found[state];
         }
-        qInfo("kill trials: %d, one loop turn %.1f ms; killed past a journal (completed at "
-              "start-up) %d; found before sending %d, sent %d, received %d",
-              trials, double(cycleNs) / 1e6, afterJournal, found[0], found[1], found[2]);
+        qInfo("kill trials %d, a turn %.1f ms, past a journal %d; unsent %d, sent %d, received %d",
+              trials, cycleNs / 1e6, afterJournal, found[0], found[1], found[2]);
     }
 
-    // A change whose renames failed after its journal is finished before the
-    // next command reads, so that the command neither builds on half of it nor
-    // undoes the rest.
+    // A change whose renames failed after its journal is finished before the next
+    // command reads, so that the command neither builds on half of it nor undoes the rest.
     void unfinishedChangeIsFinishedFirst()
     {
         DataDir dir;
