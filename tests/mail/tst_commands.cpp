@@ -192,6 +192,7 @@ private slots:
         row("move: the one shown goes last to Deleted", "move Inbox 0 1u", true, "2 2u 3|=|=|9 1u");
         row("move: of two copies the one shown", "move Inbox 2 2u", true, "1u 2 3|=|=|9 2u");
         row("move: found where it went meanwhile", "move Inbox 3 2", true, "1u 2u 3|=|=|9 2");
+        row("move: found at the top", "move Inbox 2 1u", true, "2 2u 3|=|=|9 1u");
         row("move: one gone meanwhile moves nothing", "move Inbox 0 5", false, "=|=|=|=");
         row("mark read: the copy shown only", "read Inbox 2 2u", true, "1u 2 2 3|=|=|=");
         row("mark read: a read one writes nothing", "read Inbox 1 2", false, "=|=|=|=");
@@ -205,7 +206,7 @@ private slots:
         row("send, nothing stored: to the Outbox", "send - 0", false, "=|=|50 51 new*|=");
         row("send a draft: it moves with its id", "send Drafts 1 41", false, "=|40|50 51 41*|=");
         row("send a draft gone meanwhile: new id", "send Drafts 1 45", false, "=|=|50 51 new*|=");
-        row("send an Outbox message: in place", "send Outbox 1 51", false, "=|=|50 51*|=");
+        row("send an Outbox message: in place", "send Outbox 0 50", false, "=|=|50* 51|=");
         row("send from Deleted Items: a copy", "send Deleted 0 9", false, "=|=|50 51 new*|=");
         row("send later from Deleted Items: moves", "later Deleted 0 9", false, "=|=|50 51 9*|");
     }
