@@ -127,6 +127,11 @@ void click(QWidget *window, const QString &button);
 // never came.
 class WindowTest : public QObject
 {
+    Q_OBJECT
+protected slots:  // found by name; a test class may have its own
+    void init() { begin(); }
+    void cleanup() { end(); }
+
 protected:
     void begin();
     void end();

@@ -93,8 +93,6 @@ class tst_accounts : public WindowTest
     Q_OBJECT
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
 
     void dialog()
     {

@@ -50,8 +50,6 @@ class tst_compose : public WindowTest
     Q_OBJECT
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
 
     // The accounts are a@x.com and c@x.com. Shown: the caption, the sender,
     // the senders offered, To, Cc, Subject and the attachments.

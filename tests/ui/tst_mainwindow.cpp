@@ -69,8 +69,6 @@ class tst_mainwindow : public WindowTest
     Q_OBJECT
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
 
     void startUp()
     {

@@ -42,8 +42,6 @@ class tst_windows : public WindowTest
     Q_OBJECT
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
 
     // In Deleted Items, which the read window treats as the Inbox (the main
     // window's table covers the Inbox itself).
