@@ -107,10 +107,11 @@ void click(QWidget *window, const QString &button)
     QTest::mouseClick(b, Qt::LeftButton, {}, marked ? QPoint(6, b->height() / 2) : QPoint());
 }
 
-void walkWizard(ModalScript &script, const WizardAnswers &a, int lastPage, bool pressLast)
+void walkWizard(ModalScript &script, int lastPage, bool pressLast)
 {
-    const QList<QStringList> typing = {{a.displayName}, {a.address}, {a.incoming, a.outgoing},
-                                       {a.logon, a.password}, {}};
+    const QList<QStringList> typing = {{u"New Office"_s}, {u"New.Office@Example.com"_s},
+                                       {u"POP.example.com"_s, u"SMTP.example.com"_s},
+                                       {u"NewLogon"_s, u"Secret"_s}, {}};
     for (int page = 1; page <= lastPage; ++page) {
         const QStringList texts = typing[page - 1];
         const bool press = page < lastPage || pressLast;

@@ -58,25 +58,17 @@ public:
     ScriptedFileChooser() { setFileChooser(this); }
     ~ScriptedFileChooser() override { setFileChooser(nullptr); }
     void answer(const QString &fileName) { m_answers.append(fileName); }
-    QString lastFilter;
     QString lastSuggestedName;
 
-    QString openFileName(QWidget *, const QString &, const QString &filter) override
-    {
-        return next(filter);
-    }
-    QString saveFileName(QWidget *, const QString &, const QString &name, const QString &filter) override
+    QString openFileName(QWidget *, const QString &, const QString &) override { return next(); }
+    QString saveFileName(QWidget *, const QString &, const QString &name, const QString &) override
     {
         lastSuggestedName = name;
-        return next(filter);
+        return next();
     }
 
 private:
-    QString next(const QString &filter)
-    {
-        lastFilter = filter;
-        return m_answers.isEmpty() ? QString() : m_answers.takeFirst();
-    }
+    QString next() { return m_answers.isEmpty() ? QString() : m_answers.takeFirst(); }
     QStringList m_answers;
 };
 
@@ -105,20 +97,11 @@ private:
     QPointer<QWidget> m_seen;
 };
 
-// The new-account wizard's answers, and the steps that type them on pages
-// 1 to lastPage and press Next (Finish on page 5), on lastPage only when
-// pressLast.
-struct WizardAnswers
-{
-    QString displayName = QStringLiteral("New Office");
-    QString address = QStringLiteral("New.Office@Example.com");
-    QString incoming = QStringLiteral("POP.example.com");
-    QString outgoing = QStringLiteral("SMTP.example.com");
-    QString logon = QStringLiteral("NewLogon");
-    QString password = QStringLiteral("Secret");
-};
-void walkWizard(ModalScript &script, const WizardAnswers &a, int lastPage = 5,
-                bool pressLast = true);
+// Steps that answer the new-account wizard for "New Office",
+// New.Office@Example.com, POP.example.com, SMTP.example.com, NewLogon and
+// Secret on pages 1 to lastPage and press Next (Finish on page 5), on
+// lastPage only when pressLast.
+void walkWizard(ModalScript &script, int lastPage = 5, bool pressLast = true);
 // Clicks a button, check box or option of a window by name.
 void click(QWidget *window, const QString &button);
 
