@@ -305,6 +305,7 @@ inline const QString FieldNames[] = {u"发件人"_s, u"收件人"_s, u"抄送"_s
 // Closing the window with changes that were neither sent nor saved; Yes
 // closes and drops them.
 inline const QString AskDiscardOnClose = u"此邮件尚未发送，也未保存。\r\r是否放弃此邮件并关闭窗口？"_s;
+inline const QString AskDiscardOnNew = u"此邮件尚未发送，也未保存。\r\r是否放弃此邮件并新建一封？"_s;
 }  // namespace compose
 
 // ---- Send-and-receive progress dialog --------------------------------------

@@ -260,10 +260,16 @@ private slots:
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         QCOMPARE(e->windowTitle() + e->Text5->text(), t::Caption + u"Re:hello"_s);
         QVERIFY(!e->storedMail().isSet());
-        // New inside the window empties the fields but keeps the sender.
+        // New empties the fields and the caption but keeps the sender; text
+        // nobody saved goes only on a Yes.
+        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, false);
         act(e, u"Cc=cc munNewMail"_s);
+        QCOMPARE(e->Text4->text(), u"cc"_s);
+        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, true);
+        act(e, u"munNewMail"_s);
         QCOMPARE(int(Main::ComposeMode), int(Main::ComposeModes::New));
         QCOMPARE(shown(e), t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s);
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 };
 

@@ -514,13 +514,22 @@ void frmMailEdit::Save_Click()
 
 void frmMailEdit::munNewMail_Click()
 {
+    // New empties the fields; text nobody saved is only given up on a Yes.
+    if (Main::gbModified
+        && !prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
+                               texts::compose::AskDiscardOnNew, Prompter::Default::No))
+        return;
     Main::ComposeMode = Main::ComposeModes::New;
+    setWindowTitle(texts::compose::Caption);
     m_stored = StoredMail();
     m_source = MailRef();
+    m_filling = true;
     Text1->clear();
     Text3->clear();
     Text4->clear();
     Text5->clear();
+    m_filling = false;
+    Main::gbModified = false;
 }
 
 void frmMailEdit::Toolbar1_ButtonClick(int index)
