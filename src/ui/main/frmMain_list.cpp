@@ -43,22 +43,6 @@ void frmMain::ReloadfrmMain()
 void frmMain::refreshlistview(qint16 folder)
 {
     const MailRef previewed = previewedMail();
-    // Read before anything is cleared: a folder that cannot be read leaves
-    // an empty list with nothing to act on.
-    MailList mails;
-    try {
-        mails = store::Folder(folder);
-    } catch (...) {
-        Mails.clear();
-        MailCount = 0;
-        fillList(false);
-        showNoMail();
-        SetToolbarState(ToolbarState::NoSelection);
-        throw;
-    }
-    Mails = mails;
-    MailCount = ::MailCount(Mails.size());
-
     // The columns follow the tree: received mail (Inbox, Deleted Items)
     // shows who sent it and when it came. Deleted Items opened from the
     // folder summary is marked as holding unsent mail and keeps the
@@ -68,6 +52,21 @@ void frmMain::refreshlistview(qint16 folder)
     const bool inboxStyle = m_forceInboxStyle
         || (!FolderHoldsUnsent && selected
             && (selected == node(Node::Inbox) || selected == node(Node::DeletedItems)));
+    // Read before anything is cleared: a folder that cannot be read leaves
+    // an empty list with nothing to act on, under the folder's own columns.
+    MailList mails;
+    try {
+        mails = store::Folder(folder);
+    } catch (...) {
+        Mails.clear();
+        MailCount = 0;
+        fillList(inboxStyle);
+        showNoMail();
+        SetToolbarState(ToolbarState::NoSelection);
+        throw;
+    }
+    Mails = mails;
+    MailCount = ::MailCount(Mails.size());
     fillList(inboxStyle);
 
     // The previewed message stays previewed while it is still there;
