@@ -246,6 +246,23 @@ private slots:
                                    u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
         QCOMPARE(dir->readBytes(MailBoxFileName), present || finish ? AccountBytes(expected) : QByteArray());
     }
+
+    // Next on page 3 while page 4, just left by Back, is still closing, as a
+    // user typing ahead gives it: page 4 comes back.
+    void nextTypedAhead()
+    {
+        ModalScript script;
+        walkWizard(script, 3);
+        script.on(u"frmMainBoxAdd4"_s, [](QWidget *w) {
+            click(w, u"btnBackWard"_s);
+            forms::MainBoxAdd3()->btnForWard->click();
+        });
+        script.on(u"frmMainBoxAdd4"_s, [](QWidget *w) { QTest::keyClick(w, Qt::Key_Escape); });
+        boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
+        script.start();
+        QVERIFY(EnsureMailBox());
+        QVERIFY2(script.finished(), script.report());
+    }
 };
 
 QTEST_MAIN(tst_accounts)

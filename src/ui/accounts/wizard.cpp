@@ -11,10 +11,19 @@
 #include <QFrame>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QSet>
+#include <QTimer>
 
 namespace wizard {
 
 namespace {
+// The pages whose exec() is still on the stack.
+QSet<QDialog *> &running()
+{
+    static QSet<QDialog *> pages;
+    return pages;
+}
+
 // Cancel, Escape and the title bar's close button ask before the wizard
 // is left; Yes closes this page and, as their loops end, those below.
 void askCancel(QDialog *page)
@@ -101,9 +110,23 @@ void wire(const Page &p)
         QObject::connect(p.forward, &QPushButton::clicked, page, [page] { page->done(Finished); });
         return;
     }
-    QObject::connect(p.forward, &QPushButton::clicked, page, [page, store = p.store, next = p.next] {
+    QObject::connect(p.forward, &QPushButton::clicked, page,
+                     [page, forward = p.forward, store = p.store, next = p.next] {
+        // Back hides the next page at once, but its exec() returns only when
+        // control gets back to it; a Next typed ahead in that moment waits
+        // for it rather than being lost.
+        QDialog *nextPage = next();
+        if (running().contains(nextPage)) {
+            QTimer::singleShot(0, forward, [page, forward] {
+                if (page->isVisible())
+                    forward->click();
+            });
+            return;
+        }
         store();
-        const int result = next()->exec();
+        running().insert(nextPage);
+        const int result = nextPage->exec();
+        running().remove(nextPage);
         if (result == Finished || result == Cancelled)
             page->done(result);
     });
