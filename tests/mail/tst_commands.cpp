@@ -222,8 +222,7 @@ private slots:
         for (int i = 0; i < 4; ++i)
             put(dir, folders[i], msgs(start[i]));
         const MailRef ref{folder, index, msgs(c.value(3)).value(0)};
-        const StoredMail own =
-            folder < 0 ? StoredMail() : StoredMail{folder, ref.shown.id, index, ref.shown};
+        const StoredMail own = folder < 0 ? StoredMail() : StoredMail{folder, ref.shown.id, index, ref.shown};
         const EmailRec written = mail(QString(), Me, You, u"written"_s);
 
         bool result = false;
@@ -257,8 +256,7 @@ private slots:
         // a reply trims the sender on both sides, a forward on the right only.
         const QString head = u"\r\n\r\n-----Original Message-----\r\nFrom:"_s;
         const QString rest = u"lilei@x.com\r\nTo:hanmeimei@x.com\r\n"
-                             u"Sent:24-07-09 14:05\r\nSubject:Re:hello\r\n\r\n"
-                             u"> line one\r\nline two  "_s;
+                             u"Sent:24-07-09 14:05\r\nSubject:Re:hello\r\n\r\n> line one\r\nline two  "_s;
         QCOMPARE(compose::QuotedBlock(q, true), head + rest);
         QCOMPARE(compose::QuotedBlock(q, false), head + u"  "_s + rest);
 

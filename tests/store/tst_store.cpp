@@ -204,8 +204,7 @@ private slots:
         dir.writeBytes(file, bytes);
         const QString aside = file + u".damaged-20261123-1105"_s;
         boxes.expectMessage(Icon::Exclamation, texts::AppTitle,
-                            texts::DamagedFileSetAside.arg(file, aside,
-                                                           QDir::toNativeSeparators(dir.path())));
+                            texts::DamagedFileSetAside.arg(file, aside, QDir::toNativeSeparators(dir.path())));
         SetClock([] { return QDateTime(QDate(2026, 11, 23), QTime(11, 5)); });
         for (int read = 0; read < 2; ++read)
             QVERIFY(folder < 0 ? store::Accounts().isEmpty() : stored(folder).isEmpty());
@@ -275,8 +274,7 @@ private slots:
         QCOMPARE(array[98].id + array[99].id + array[100].id, u"99100100"_s);
 
         // Accounts are written lower-cased, but keep their trailing blanks.
-        QCOMPARE(AccountBytes({{u"Work Mail "_s, u"POP"_s, u"smtp"_s, u"Li"_s, u"Secret"_s,
-                                u"Li@X.cn"_s}}),
+        QCOMPARE(AccountBytes({{u"Work Mail "_s, u"POP"_s, u"smtp"_s, u"Li"_s, u"Secret"_s, u"Li@X.cn"_s}}),
                  crlfLines(u"[mailbox]|number=1||[mailbox-1]|name=work mail |pop=pop|smtp=smtp|"
                            u"username=li|userpassword=secret|address=li@x.cn|"_s.split(u'|')));
         // A file of 21 accounts loads; read by a count given from outside,

@@ -36,8 +36,7 @@ QByteArray DataDir::readBytes(const QString &name) const
 
 QStringList DataDir::entries() const
 {
-    return QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System,
-                                        QDir::Name);
+    return QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name);
 }
 
 QByteArray gb(const QString &text)
@@ -54,8 +53,7 @@ QByteArray crlfLines(const QStringList &lines)
     return out;
 }
 
-EmailRec mail(const QString &id, const QString &from, const QString &to, const QString &subject,
-              bool unread)
+EmailRec mail(const QString &id, const QString &from, const QString &to, const QString &subject, bool unread)
 {
     EmailRec m;
     m.id = id, m.from = from, m.to = to, m.subject = subject, m.content = u"body"_s;
@@ -68,8 +66,7 @@ QList<EmailRec> mails(int n, int unread, int first)
     QList<EmailRec> list;
     for (int i = 0; i < n; ++i) {
         const QString id = QString::number(first + i);
-        list << mail(id, u"sender%1@x.com"_s.arg(i), u"rcpt%1@x.com"_s.arg(i), u"s"_s + id,
-                     i < unread);
+        list << mail(id, u"sender%1@x.com"_s.arg(i), u"rcpt%1@x.com"_s.arg(i), u"s"_s + id, i < unread);
     }
     return list;
 }
@@ -109,8 +106,7 @@ QByteArray allFiles(const DataDir &dir)
 namespace {
 QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)
 {
-    return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(isConfirm ? u"confirm"_s : u"message"_s)
-        .arg(int(icon))
+    return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(isConfirm ? u"confirm"_s : u"message"_s).arg(int(icon))
         .arg(title, QString(text).replace(u"\r"_s, u"<CR>"_s));
 }
 }  // namespace
@@ -127,8 +123,7 @@ void ScriptedPrompter::expectMessage(Icon icon, const QString &title, const QStr
     m_expected.append({describe(false, icon, title, text), false});
 }
 
-void ScriptedPrompter::expectConfirm(Icon icon, const QString &title, const QString &text,
-                                     bool answerYes)
+void ScriptedPrompter::expectConfirm(Icon icon, const QString &title, const QString &text, bool answerYes)
 {
     m_expected.append({describe(true, icon, title, text), answerYes});
 }
@@ -146,8 +141,7 @@ void ScriptedPrompter::message(Icon icon, const QString &title, const QString &t
     take(describe(false, icon, title, text));
 }
 
-bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text,
-                               Default answer)
+bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text, Default answer)
 {
     m_defaults.append(answer);
     return take(describe(true, icon, title, text));

@@ -1,9 +1,8 @@
 #pragma once
 
-// Shared ground of the window tests: the clicks and keys a user gives, a
-// scripted file chooser, and a test object with a fresh data folder and a
-// scripted prompter for every test function. It brings in the windows and
-// the widgets every window test reaches into.
+// Shared ground of the window tests: a user's clicks and keys, a scripted
+// file chooser and modal steps, and a test class with a fresh data folder
+// and prompter per test function. It brings in every window and widget.
 
 #include "store/folders.h"
 #include "store/mailboxes.h"
@@ -97,17 +96,14 @@ private:
     QPointer<QWidget> m_seen;
 };
 
-// Steps that answer the new-account wizard for "New Office",
-// New.Office@Example.com, POP.example.com, SMTP.example.com, NewLogon and
-// Secret on pages 1 to lastPage and press Next (Finish on page 5), on
-// lastPage only when pressLast.
+// Steps answering the wizard's pages 1 to lastPage for "New Office" (see
+// windows.cpp), each then Next (Finish on page 5), on lastPage if pressLast.
 void walkWizard(ModalScript &script, int lastPage = 5, bool pressLast = true);
 // Clicks a button, check box or option of a window by name.
 void click(QWidget *window, const QString &button);
 
-// A fresh data folder and a scripted prompter for each test function;
-// cleanup closes every window and fails the test when a scripted box
-// never came.
+// A fresh data folder and prompter per test function; cleanup closes every
+// window and fails the test when a scripted box never came.
 class WindowTest : public QObject
 {
     Q_OBJECT

@@ -227,8 +227,7 @@ private slots:
         }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
         QCOMPARE(e->Text5->text(), u"Re:s"_s);
-        boxes->expectMessage(Icon::Information, texts::compose::DraftSavedTitle,
-                             texts::compose::DraftSaved);
+        boxes->expectMessage(Icon::Information, texts::compose::DraftSavedTitle, texts::compose::DraftSaved);
         QTest::keyClick(e, Qt::Key_S, Qt::ControlModifier);
         QCOMPARE(stored(FolderFile::Drafts).size(), 1);
         e->close();

@@ -35,8 +35,7 @@ QString outcome(const frmMain *w)
     QStringList s;
     for (int f = 0; f < FolderFile::Count; ++f)
         s << (ids(f).isEmpty() ? u"-"_s : ids(f));
-    return s.join(u' ') + u' ' + w->node(Node::Inbox)->text(0) + u' '
-        + w->node(Node::DeletedItems)->text(0);
+    return s.join(u' ') + u' ' + w->node(Node::Inbox)->text(0) + u' ' + w->node(Node::DeletedItems)->text(0);
 }
 
 // What a user does: "button N" on the tool bar, "tree: KEYS", "list:

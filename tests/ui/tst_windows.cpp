@@ -146,8 +146,7 @@ private slots:
             << qint16(2) << 0 << u"nobody"_s << texts::NameCheckFailed << u"0 0"_s;
         QTest::newRow("send and receive, the same: received, then the name check")
             << qint16(0) << 0 << u"nobody"_s << texts::NameCheckFailed << u"1 1"_s;
-        QTest::newRow("a full Inbox: sent, not received, and said so")
-            << qint16(0) << 101 << u"a@x.com"_s
+        QTest::newRow("a full Inbox: sent, not received, and said so") << qint16(0) << 101 << u"a@x.com"_s
             << texts::SentButNotReceived + u"\r\r"_s + texts::TooManyMails << u"0 101"_s;
     }
 
@@ -212,7 +211,6 @@ int main(int argc, char *argv[])
     // The program's own application object, whose guard is under test.
     QuillpostApplication app(argc, argv);
     tst_windows tc;
-    QTEST_SET_MAIN_SOURCE_PATH
     return QTest::qExec(&tc, argc, argv);
 }
 
