@@ -291,6 +291,14 @@ private slots:
         // A count that is no number is no damage while no message section follows.
         dir.writeBytes(u"draft.dat"_s, "[email]\r\nnumber=none\r\n[email-]\r\n");
         QVERIFY(stored(FolderFile::Drafts).isEmpty() && dir.exists(u"draft.dat"_s));
+        // A data file linked to one elsewhere is read through the link; a save
+        // puts a file of its own in its place and leaves the other as it was.
+        const QString linked = dir.filePath(u"send_s.dat"_s), target = dir.filePath(u"deleted_c.dat"_s);
+        const QByteArray original = dir.readBytes(u"deleted_c.dat"_s);
+        QVERIFY(QFile::link(target, linked));
+        QCOMPARE(ids(FolderFile::ServerQueue), ids(FolderFile::DeletedItems));
+        SaveEmails(FolderFile::ServerQueue, EmailArray(), 0);
+        QVERIFY(!QFileInfo(linked).isSymLink() && dir.readBytes(u"deleted_c.dat"_s) == original);
     }
 
     // The file system is replaced by a list of folders the probe may write,

@@ -186,9 +186,8 @@ private slots:
 
     // A child sends and receives over and over, killed at a random instant; then the
     // start-up recovery runs. Each step is one unit, so the folder must be, to the byte,
-    // one of the three states the loop passes through: nothing sent; sent into Sent Items
-    // and the queue; or received as well. That checks at once each id's place, copies and
-    // contents, that every file loads as before and that nothing else is left.
+    // one of the loop's three states: nothing sent; sent into Sent Items and the queue;
+    // received as well. That checks each id's place, copies and contents at once.
     void everyMessageOnceAfterAKill()
     {
         DataDir dir;

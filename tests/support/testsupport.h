@@ -1,8 +1,7 @@
 #pragma once
 
-// Shared ground of the tests: a fresh data folder per test, a scripted
-// prompter, and messages and accounts written the way the program writes
-// them.
+// Shared ground of the tests: a fresh data folder, a scripted prompter, and
+// messages and accounts written the way the program writes them.
 
 #include "store/prompter.h"
 #include "store/records.h"
@@ -52,8 +51,7 @@ QByteArray crlfLines(const QStringList &lines);
 EmailRec mail(const QString &id, const QString &from = QStringLiteral("a@x.com"),
               const QString &to = QStringLiteral("b@x.com"),
               const QString &subject = QStringLiteral("hello"), bool unread = false);
-// n messages with ids first, first+1, ..., subjects "s<id>", the first
-// `unread` of them unread.
+// n messages, ids first, first+1, ..., subjects "s<id>", the first `unread` unread.
 QList<EmailRec> mails(int n, int unread = 0, int first = 20000000);
 // Writes a folder or the accounts (one per address) as the program would.
 void put(const DataDir &dir, int folder, const QList<EmailRec> &mails);

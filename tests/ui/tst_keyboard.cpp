@@ -305,13 +305,11 @@ private slots:
         QTRY_VERIFY(e->isActiveWindow());
         QCOMPARE(e->Text5->text(), u"Re:hello"_s);
         boxes->expectMessage(Icon::Information, texts::AppTitle, texts::compose::SendLaterNotice);
-        // The File menu opens on its first entry, New (&N); the next N is Send
-        // Later (&N).
+        // Alt+F opens the File menu on New (&N); the next N is Send Later (&N).
         press(u"Alt+F N Return"_s);
         QTRY_VERIFY(!e->isVisible());
 
-        // 7. Delete moves the message to Deleted Items; there Delete and Yes
-        // remove it for good.
+        // 7. Delete moves it to Deleted Items; there Delete and Yes remove it.
         QVERIFY(activate(w));
         w->ListView1->setFocus();
         press(u"Home Delete"_s);

@@ -14,9 +14,8 @@ QString page(const frmMain *w)
     return w->Frame2->isVisible() ? u"messages"_s : w->Frame5->isVisible() ? u"summary"_s : u"start"_s;
 }
 
-// The page as the user sees it: its caption and kind; on a list of
-// messages the column over the other party and the rows' subjects; the
-// context buttons.
+// The page as the user sees it: caption and kind; on a message list the
+// other party's column and the subjects; then the context buttons.
 QString state(const frmMain *w)
 {
     QStringList s{w->Label1->text(), page(w)};
@@ -88,9 +87,8 @@ private slots:
 
     void startUpWithDamagedFolders()
     {
-        // Deleted Items claims 15 messages and holds 3; the Inbox has a body
-        // without its brackets. Each says so once; the window stands whole
-        // and nothing acts on mail it does not show.
+        // Deleted Items claims 15 messages and holds 3, an Inbox body lacks its
+        // brackets: each says so once, and nothing acts on mail not shown.
         dir->writeBytes(u"deleted_c.dat"_s, FolderBytes(mails(3, 3)).replace("number=3", "number=15"));
         dir->writeBytes(u"receive_c.dat"_s, FolderBytes({mail(u"1"_s)}).replace("content=[body]", "content=x"));
         putAccounts(*dir, {u"a@x.com"_s});
@@ -307,9 +305,8 @@ private slots:
             QVERIFY(!child->isVisible() || child->y() > w->y() + w->Toolbar1->height());
         if (folder < 0 || ids(folder) == shown)
             return;
-        // The message previewed is gone: nothing is previewed, nothing can be
-        // deleted or forwarded, and a second press reaches no message the
-        // user has not looked at.
+        // The message previewed is gone: nothing is previewed or can be deleted,
+        // and a second press reaches no message the user has not looked at.
         QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
         QCOMPARE(contextButtons(w), u"DDDDDDDD"_s);
         const QByteArray before = allFiles(*dir);
