@@ -281,7 +281,7 @@ private slots:
         put(*dir, FolderFile::Drafts, mails(2, 0, 500));
         const int folder = node - Node::Inbox;
         frmMain *w = mainOn(node, folder >= 0 ? int(stored(folder).size()) - 1 : -1);
-        const QString shown = folder >= 0 ? ids(folder) : QString();
+        const QString shown = folder >= 0 ? ids(folder) : QString(), previewed = w->Label9->text();
         Main::ComposeMode = -2;
         if (box == u"warn")
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::OutboxWithoutAccount);
@@ -303,8 +303,10 @@ private slots:
         // Child windows open beside the main window, not over its tool bar.
         for (QWidget *child : QList<QWidget *>{forms::MailEdit(), forms::MailRead()})
             QVERIFY(!child->isVisible() || child->y() > w->y() + w->Toolbar1->height());
-        if (folder < 0 || ids(folder) == shown)
+        if (folder < 0 || ids(folder) == shown) {
+            QVERIFY(how == u"double" || w->Label9->text() == previewed);  // kept through a refresh
             return;
+        }
         // The message previewed is gone: nothing is previewed or can be deleted,
         // and a second press reaches no message the user has not looked at.
         QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);

@@ -10,18 +10,14 @@ using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
 
 namespace {
-bool rowBold(const frmMain *w, int row)
-{
-    return w->ListView1->topLevelItem(row)->font(3).bold();
-}
+bool rowBold(const frmMain *w, int row) { return w->ListView1->topLevelItem(row)->font(3).bold(); }
 
 frmMailRead *openRow(frmMain *w, int row)
 {
     clickRow(w->ListView1, row, true);
     // Its keys work once it is the active window, as it is for a user.
-    if (!forms::MailRead()->isVisible() || !QTest::qWaitForWindowActive(forms::MailRead()))
-        return nullptr;
-    return forms::MailRead();
+    frmMailRead *r = forms::MailRead();
+    return r->isVisible() && QTest::qWaitForWindowActive(r) ? r : nullptr;
 }
 
 // An event handler that a store error or another failure ends.
