@@ -172,8 +172,8 @@ private slots:
     // and what the user does; the boxes in order ("yes" or "no" answers the one
     // before typed text is dropped; "wizard" walks the new account's wizard);
     // then whether the window stays, and sender and subject of each message in
-    // Drafts and Sent Items. A refusal writes nothing and leaves the window as it was; the
-    // window stores its own message again, never the quoted one nor a second.
+    // Drafts and Sent Items. A refusal writes nothing and leaves the window be;
+    // the window stores its own message again, never the quoted one, never twice.
     void commands_data()
     {
         QTest::addColumn<QString>("how");
