@@ -245,41 +245,28 @@ int main(int argc, char *argv[])
 
     // The run's own work: the dialog loaded, its files written and the
     // window painted, without the 150 ms and 14 x 5 ms of its timers.
-    figures << measure(
-        u"Ctrl+M, the run's work without its pauses"_s, runs,
-        [w](int) {
-            frmSendAndReceive *run = forms::SendAndReceive();
-            while (run->isVisible())
-                QTest::qWait(20);
-            fill(FolderFile::Outbox, 40, u"0"_s, Alice);
-            fill(FolderFile::SentItems, 60);
-            fill(FolderFile::ServerQueue, 0);
-            fill(FolderFile::Inbox, 40);
-            clickNode(w, Node::Inbox);
-            QApplication::setActiveWindow(w);
-        },
-        [w](int) {
-            QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);
-            if (!forms::SendAndReceive()->isVisible())
-                qFatal("Ctrl+M started no run");
-        });
+    const auto beforeRun = [w](int) {
+        frmSendAndReceive *run = forms::SendAndReceive();
+        while (run->isVisible())
+            QTest::qWait(20);
+        fill(FolderFile::Outbox, 40, u"0"_s, Alice);
+        fill(FolderFile::SentItems, 60);
+        fill(FolderFile::ServerQueue, 0);
+        fill(FolderFile::Inbox, 40);
+        clickNode(w, Node::Inbox);
+        QApplication::setActiveWindow(w);
+    };
+    const auto pressCtrlM = [w](int) {
+        QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);
+        if (!forms::SendAndReceive()->isVisible())
+            qFatal("Ctrl+M started no run");
+    };
+    figures << measure(u"Ctrl+M, the run's work without its pauses"_s, runs, beforeRun, pressCtrlM);
     while (forms::SendAndReceive()->isVisible())
         QTest::qWait(20);
     SetSyncing(false);
-    Figure unsynced = measure(
-        u"Ctrl+M without syncing (what the syncs cost)"_s, runs,
-        [w](int) {
-            frmSendAndReceive *run = forms::SendAndReceive();
-            while (run->isVisible())
-                QTest::qWait(20);
-            fill(FolderFile::Outbox, 40, u"0"_s, Alice);
-            fill(FolderFile::SentItems, 60);
-            fill(FolderFile::ServerQueue, 0);
-            fill(FolderFile::Inbox, 40);
-            clickNode(w, Node::Inbox);
-            QApplication::setActiveWindow(w);
-        },
-        [w](int) { QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier); });
+    Figure unsynced =
+        measure(u"Ctrl+M without syncing (what the syncs cost)"_s, runs, beforeRun, pressCtrlM);
     SetSyncing(true);
     while (forms::SendAndReceive()->isVisible())
         QTest::qWait(20);

@@ -385,14 +385,15 @@ void ProfileWriter::line(QStringView key, const QString &value)
     // one of them in the file would make the reader take it for binary and
     // set it aside, so they are dropped. They show as nothing anyway. A line
     // break would end the line and cut the value: it becomes a blank.
-    const auto special = [](QChar c) { return c.unicode() < 0x20 && c != u'\t'; };
-    if (std::none_of(value.begin(), value.end(), special)) {
+    const auto binary = [](QChar c) { return c.unicode() < 0x20 && isBinaryByte(uchar(c.unicode())); };
+    const auto lineBreak = [](QChar c) { return c == u'\r' || c == u'\n'; };
+    if (std::none_of(value.begin(), value.end(), [&](QChar c) { return binary(c) || lineBreak(c); })) {
         m_text += value;
     } else {
         for (QChar c : value) {
-            if (c == u'\r' || c == u'\n')
+            if (lineBreak(c))
                 m_text += u' ';
-            else if (!special(c) || !isBinaryByte(uchar(c.unicode())))
+            else if (!binary(c))
                 m_text += c;
         }
     }
