@@ -118,6 +118,99 @@ QByteArray FolderBytes(const QList<EmailRec> &mails)
     return out.bytes();
 }
 
+namespace {
+// The GB18030 length of a character that surely reads back as itself: one
+// byte for printable ASCII but capitals (which are written lower-cased),
+// two for the common Chinese characters and punctuation. 0 for any other:
+// its record is parsed instead.
+int plainLength(char16_t u)
+{
+    if (u >= 0x20 && u < 0x7F)
+        return u >= u'A' && u <= u'Z' ? 0 : 1;
+    if ((u >= 0x4E00 && u <= 0x9FA5) || (u >= 0xFF01 && u <= 0xFF5E)
+        || (u >= 0x3000 && u <= 0x3003) || (u >= 0x3008 && u <= 0x3011) || u == 0x2018
+        || u == 0x2019 || u == 0x201C || u == 0x201D || u == 0x2026 || u == 0x00B7)
+        return 2;
+    return 0;
+}
+
+// Whether a value is stored and read back unchanged: nothing lower-cased,
+// trimmed, dropped, unquoted or cut.
+bool readsBackAsWritten(const QString &value)
+{
+    qsizetype bytes = 0;
+    for (QChar c : value) {
+        const int n = plainLength(c.unicode());
+        if (n == 0)
+            return false;
+        bytes += n;
+    }
+    if (bytes >= ProfileFile::ValueBuffer)
+        return false;
+    if (value.isEmpty())
+        return true;
+    const QChar first = value.front();
+    const QChar last = value.back();
+    return first != u' ' && last != u' '
+        && !((first == u'"' || first == u'\'') && last == first && value.size() >= 2);
+}
+
+// The same for a number the reader takes the leading digits of.
+bool numberReadsBack(const QString &value)
+{
+    if (value.isEmpty() || value.size() >= ProfileFile::ValueBuffer
+        || (value.front() == u'0' && value.size() > 1))
+        return false;
+    return std::all_of(value.begin(), value.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
+// A body is stored in brackets with its line breaks as "\n"; a backslash
+// or a lone CR or LF would not come back the same.
+bool bodyReadsBack(const QString &body)
+{
+    qsizetype bytes = 2;  // the brackets
+    for (qsizetype i = 0; i < body.size(); ++i) {
+        const char16_t u = body.at(i).unicode();
+        if (u == u'\r' && i + 1 < body.size() && body.at(i + 1) == u'\n') {
+            bytes += 2;
+            ++i;
+            continue;
+        }
+        const int n = u == u'\\' ? 0 : plainLength(u);
+        if (n == 0)
+            return false;
+        bytes += n;
+    }
+    return bytes < ProfileFile::ContentBuffer;
+}
+
+bool readsBackAsWritten(const EmailRec &m)
+{
+    return numberReadsBack(m.id) && numberReadsBack(m.isnew) && readsBackAsWritten(m.from)
+        && readsBackAsWritten(m.to) && readsBackAsWritten(m.alsoto)
+        && readsBackAsWritten(m.subject) && readsBackAsWritten(m.datetime)
+        && readsBackAsWritten(m.attachment) && bodyReadsBack(m.content);
+}
+}  // namespace
+
+QList<EmailRec> FolderAsRead(int folder, const QList<EmailRec> &mails, const QByteArray &bytes)
+{
+    // Bytes that would be read in another encoding are parsed whole.
+    if (!ReadsAsGb18030(bytes))
+        return ParseFolder(folder, ProfileFile::parse(bytes));
+    QList<EmailRec> read = mails;
+    for (int k = 0; k < read.size(); ++k) {
+        EmailRec &m = read[k];
+        // Sections are independent, since no written value spans lines: a
+        // record alone reads as it does in its file.
+        if (!readsBackAsWritten(m))
+            m = ParseFolder(folder, ProfileFile::parse(FolderBytes({m}))).front();
+        m.folder = folder;
+        m.index = k;
+    }
+    return read;
+}
+
 void LoadEmails(int folder, EmailArray &mails, MailCount &count)
 {
     if (!validFolder(folder))

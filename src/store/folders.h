@@ -39,3 +39,7 @@ void RemoveEmailAt(EmailArray &mails, int position);
 QList<EmailRec> ParseFolder(int folder, const ProfileFile &file);
 // The bytes SaveEmails writes for these records.
 QByteArray FolderBytes(const QList<EmailRec> &mails);
+// What ParseFolder gives for bytes, which FolderBytes wrote for mails. Most
+// records read back as they were written and are taken as they are; only
+// the others are parsed, so keeping a saved folder costs little.
+QList<EmailRec> FolderAsRead(int folder, const QList<EmailRec> &mails, const QByteArray &bytes);

@@ -94,9 +94,6 @@ struct Cached
 struct CachedFolder : Cached
 {
     MailList mails;
-    // Bytes the program wrote and has not read back yet: a folder a
-    // command changed but no window shows costs no reading.
-    QByteArray written;
 };
 
 struct CachedAccounts : Cached
@@ -191,14 +188,8 @@ MailList Folder(int folder)
     finishPendingChange();
     CachedFolder &c = cache().folders[folder];
     const QString name = FolderFile::fileName(folder);
-    if (c.stillHolds(name)) {
-        if (!c.written.isNull()) {
-            c.mails = ParseFolder(folder, ProfileFile::parse(c.written));
-            c.written = QByteArray();
-        }
+    if (c.stillHolds(name))
         return c.mails;
-    }
-    c.written = QByteArray();
     // The signature is taken before the reading, so that a change during
     // it shows at the next question.
     const Signature before = signatureOf(name);
@@ -323,8 +314,7 @@ void FolderSet::commit()
     Cache &c = cache();
     for (const auto &[folder, bytes] : written) {
         CachedFolder &cached = c.folders[folder];
-        cached.mails.clear();
-        cached.written = bytes;
+        cached.mails = FolderAsRead(folder, m_folders[folder], bytes);
         cached.record(signatureOf(FolderFile::fileName(folder)), bytes);
     }
     if (m_accountsChanged) {

@@ -202,21 +202,27 @@ QByteArray EncodeGb18030(const QString &text)
     return encoder.encode(text);
 }
 
+bool ReadsAsGb18030(QByteArrayView bytes)
+{
+    return !bytes.startsWith("\xEF\xBB\xBF") && !bytes.startsWith("\xFF\xFE")
+        && !bytes.startsWith("\xFE\xFF") && !looksUtf8(bytes);
+}
+
 QByteArray ToGb18030(QByteArray bytes)
 {
     const auto from = [&bytes](QStringConverter::Encoding encoding, qsizetype skip) {
         QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
         return EncodeGb18030(decoder.decode(QByteArrayView(bytes).sliced(skip)));
     };
+    if (ReadsAsGb18030(bytes))
+        return bytes;
     if (bytes.startsWith("\xEF\xBB\xBF"))
         return from(QStringConverter::Utf8, 3);
     if (bytes.startsWith("\xFF\xFE"))
         return from(QStringConverter::Utf16LE, 2);
     if (bytes.startsWith("\xFE\xFF"))
         return from(QStringConverter::Utf16BE, 2);
-    if (looksUtf8(bytes))
-        return from(QStringConverter::Utf8, 0);
-    return bytes;
+    return from(QStringConverter::Utf8, 0);
 }
 
 ProfileFile ProfileFile::load(const QString &path)

@@ -124,5 +124,8 @@ QByteArrayView cutToCharacters(QByteArrayView bytes, qsizetype maxBytes);
 // show (see above).
 QByteArray ToGb18030(QByteArray bytes);
 
+// Whether ToGb18030 leaves bytes as they are.
+bool ReadsAsGb18030(QByteArrayView bytes);
+
 // Bytes of text as the files store it: GB18030.
 QByteArray EncodeGb18030(const QString &text);

@@ -67,9 +67,12 @@ int FuzzReader(const uint8_t *data, size_t size)
     // (never one to set aside): as many messages under the same ids, no error.
     loadQuietly([&] {
         const MailList mails = ParseFolder(FolderFile::Inbox, file);
-        const ProfileFile written = ProfileFile::parse(FolderBytes(mails));
+        const QByteArray bytes = FolderBytes(mails);
+        const ProfileFile written = ProfileFile::parse(bytes);
         check(!written.isBinary(), "folder written as text");
-        check(idsOf(mails) == idsOf(ParseFolder(FolderFile::Inbox, written)), "folder read back");
+        const MailList readBack = ParseFolder(FolderFile::Inbox, written);
+        check(idsOf(mails) == idsOf(readBack), "folder read back");
+        check(FolderAsRead(FolderFile::Inbox, mails, bytes) == readBack, "folder kept as read");
     });
     loadQuietly([&] {
         const AccountList accounts = ParseAccounts(file, 0);
