@@ -40,32 +40,13 @@ QByteArray sectionName(int k)
     return "email-" + QByteArray::number(k + 1);
 }
 
-// A body's line breaks as the file keeps them: a CR or an LF alone (pasted
-// from elsewhere) would end the stored line, so it becomes CR LF too.
-QString lineBreaksAsCrLf(const QString &body)
+// A message value as written: trailing blanks go. A body keeps them, in
+// its brackets.
+QStringView rightTrimmed(QStringView value)
 {
-    if (!body.contains(u'\r') && !body.contains(u'\n'))
-        return body;
-    QString out;
-    out.reserve(body.size());
-    for (qsizetype i = 0; i < body.size(); ++i) {
-        const QChar c = body.at(i);
-        if (c == u'\r' || c == u'\n') {
-            out += u'\r';
-            out += u'\n';
-            if (c == u'\r' && i + 1 < body.size() && body.at(i + 1) == u'\n')
-                ++i;
-        } else {
-            out += c;
-        }
-    }
-    return out;
-}
-
-// How every message value is written: lower-cased, then right-trimmed.
-QString stored(const QString &value)
-{
-    return RightTrim(LowerAscii(value));
+    while (!value.isEmpty() && value.back() == u' ')
+        value.chop(1);
+    return value;
 }
 }  // namespace
 
@@ -98,22 +79,29 @@ QList<EmailRec> ParseFolder(int folder, const ProfileFile &file)
 QByteArray FolderBytes(const QList<EmailRec> &mails)
 {
     ProfileWriter out;
-    out.line(u"[email]"_s);
+    qsizetype characters = 32;
+    for (const EmailRec &m : mails) {
+        characters += 128 + m.id.size() + m.from.size() + m.to.size() + m.alsoto.size()
+            + m.subject.size() + 2 * m.content.size() + m.datetime.size() + m.attachment.size()
+            + m.isnew.size();
+    }
+    out.reserve(characters);
+    out.line(u"[email]");
     out.line(u"number", QString::number(mails.size()));
-    out.line(QString());
+    out.line(QStringView());
     for (int k = 0; k < mails.size(); ++k) {
         const EmailRec &m = mails[k];
-        out.line(u'[' + QString::fromLatin1(sectionName(k)) + u']');
-        out.line(u"id", stored(m.id));
-        out.line(u"from", stored(m.from));
-        out.line(u"to", stored(m.to));
-        out.line(u"alsoto", stored(m.alsoto));
-        out.line(u"subject", stored(m.subject));
-        out.line(u"content", stored(EscapeContent(lineBreaksAsCrLf(m.content))));
-        out.line(u"datetime", stored(m.datetime));
-        out.line(u"attachment", stored(m.attachment));
-        out.line(u"isnew", stored(m.isnew));
-        out.line(QString());
+        out.line(QString(u"[email-" + QString::number(k + 1) + u']'));
+        out.line(u"id", rightTrimmed(m.id));
+        out.line(u"from", rightTrimmed(m.from));
+        out.line(u"to", rightTrimmed(m.to));
+        out.line(u"alsoto", rightTrimmed(m.alsoto));
+        out.line(u"subject", rightTrimmed(m.subject));
+        out.bodyLine(u"content", m.content);
+        out.line(u"datetime", rightTrimmed(m.datetime));
+        out.line(u"attachment", rightTrimmed(m.attachment));
+        out.line(u"isnew", rightTrimmed(m.isnew));
+        out.line(QStringView());
     }
     return out.bytes();
 }
@@ -202,9 +190,9 @@ QList<EmailRec> FolderAsRead(int folder, const QList<EmailRec> &mails, const QBy
     for (int k = 0; k < read.size(); ++k) {
         EmailRec &m = read[k];
         // Sections are independent, since no written value spans lines: a
-        // record alone reads as it does in its file.
+        // record alone reads as it does in its file, in the file's encoding.
         if (!readsBackAsWritten(m))
-            m = ParseFolder(folder, ProfileFile::parse(FolderBytes({m}))).front();
+            m = ParseFolder(folder, ProfileFile::parseGb18030(FolderBytes({m}))).front();
         m.folder = folder;
         m.index = k;
     }
@@ -232,15 +220,6 @@ void SaveEmails(int folder, const EmailArray &mails, MailCount count)
     FolderSet set;
     set.change(folder) = QList<EmailRec>(mails.begin(), mails.begin() + qMax<int>(count, 0));
     set.commit();
-}
-
-QString EscapeContent(const QString &text)
-{
-    // The brackets keep leading and trailing blanks, which the profile
-    // reader would otherwise trim away.
-    QString out = u'[' + text + u']';
-    out.replace(u"\r\n"_s, u"\\n"_s);
-    return out;
 }
 
 QString UnescapeContent(const QString &stored)

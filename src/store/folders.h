@@ -19,10 +19,8 @@ void LoadEmails(int folder, EmailArray &mails, MailCount &count);
 // writes nothing.
 void SaveEmails(int folder, const EmailArray &mails, MailCount count);
 
-// The stored one-line form of a body: in brackets, CR LF as "\n".
-QString EscapeContent(const QString &text);
-// The body of a stored value; throws FormatError when it is shorter than
-// the two brackets.
+// The body of a stored value (in brackets, line breaks as "\n"); throws
+// FormatError when it is shorter than the two brackets.
 QString UnescapeContent(const QString &stored);
 
 // Messages of the folder whose isnew is exactly "1".

@@ -42,18 +42,18 @@ QByteArray AccountBytes(const QList<MailBoxRec> &accounts)
     // Account values are lower-cased but, unlike message values, keep their
     // trailing blanks.
     ProfileWriter out;
-    out.line(u"[mailbox]"_s);
+    out.line(u"[mailbox]");
     out.line(u"number", QString::number(accounts.size()));
     out.line(QString());
     for (int k = 0; k < accounts.size(); ++k) {
         const MailBoxRec &a = accounts[k];
-        out.line(u'[' + QString::fromLatin1(sectionName(k)) + u']');
-        out.line(u"name", LowerAscii(a.name));
-        out.line(u"pop", LowerAscii(a.pop));
-        out.line(u"smtp", LowerAscii(a.smtp));
-        out.line(u"username", LowerAscii(a.username));
-        out.line(u"userpassword", LowerAscii(a.userpassword));
-        out.line(u"address", LowerAscii(a.address));
+        out.line(QString(u'[' + QString::fromLatin1(sectionName(k)) + u']'));
+        out.line(u"name", a.name);
+        out.line(u"pop", a.pop);
+        out.line(u"smtp", a.smtp);
+        out.line(u"username", a.username);
+        out.line(u"userpassword", a.userpassword);
+        out.line(u"address", a.address);
         out.line(QString());
     }
     return out.bytes();

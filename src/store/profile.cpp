@@ -281,8 +281,13 @@ bool ProfileFile::hasNumberedSection(QByteArrayView prefix) const
 
 ProfileFile ProfileFile::parse(QByteArray bytes)
 {
+    return parseGb18030(ToGb18030(std::move(bytes)));
+}
+
+ProfileFile ProfileFile::parseGb18030(QByteArray bytes)
+{
     ProfileFile profile;
-    profile.m_bytes = ToGb18030(std::move(bytes));
+    profile.m_bytes = std::move(bytes);
     profile.m_binary = hasBinaryBytes(profile.m_bytes);
     const QByteArray &b = profile.m_bytes;
     const qsizetype n = b.size();
@@ -377,33 +382,60 @@ QString ProfileFile::value(QByteArrayView section, QByteArrayView key, int buffe
     return decode(cutToCharacters(v, bufferSize - 1));
 }
 
-void ProfileWriter::line(const QString &text)
+void ProfileWriter::line(QStringView text)
 {
     m_text += text;
     m_text += u"\r\n";
 }
 
-void ProfileWriter::line(QStringView key, const QString &value)
+namespace {
+// Appends value lower-cased. Pasted text can bring control characters (a
+// terminal's colour codes); one of them in the file would make the reader
+// take it for binary and set it aside, so they are dropped. They show as
+// nothing anyway. A line break would end the line and cut the value: in a
+// body it becomes "\n", elsewhere a blank.
+void appendValue(QString &to, QStringView value, bool body)
+{
+    const qsizetype at = to.size();
+    to.resize(at + value.size() * (body ? 2 : 1));
+    QChar *out = to.data() + at;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        const char16_t u = value[i].unicode();
+        if (u >= 0x80 || (u >= 0x20 && !(u >= u'A' && u <= u'Z'))) {
+            *out++ = QChar(u);
+        } else if (u >= u'A' && u <= u'Z') {
+            *out++ = QChar(char16_t(u + (u'a' - u'A')));
+        } else if (u == u'\r' || u == u'\n') {
+            if (!body) {
+                *out++ = u' ';
+                continue;
+            }
+            *out++ = u'\\';
+            *out++ = u'n';
+            if (u == u'\r' && i + 1 < value.size() && value[i + 1] == u'\n')
+                ++i;
+        } else if (!isBinaryByte(uchar(u))) {
+            *out++ = QChar(u);
+        }
+    }
+    to.truncate(out - to.constData());
+}
+}  // namespace
+
+void ProfileWriter::line(QStringView key, QStringView value)
 {
     m_text += key;
     m_text += u'=';
-    // Pasted text can bring control characters (a terminal's colour codes);
-    // one of them in the file would make the reader take it for binary and
-    // set it aside, so they are dropped. They show as nothing anyway. A line
-    // break would end the line and cut the value: it becomes a blank.
-    const auto binary = [](QChar c) { return c.unicode() < 0x20 && isBinaryByte(uchar(c.unicode())); };
-    const auto lineBreak = [](QChar c) { return c == u'\r' || c == u'\n'; };
-    if (std::none_of(value.begin(), value.end(), [&](QChar c) { return binary(c) || lineBreak(c); })) {
-        m_text += value;
-    } else {
-        for (QChar c : value) {
-            if (lineBreak(c))
-                m_text += u' ';
-            else if (!binary(c))
-                m_text += c;
-        }
-    }
+    appendValue(m_text, value, false);
     m_text += u"\r\n";
+}
+
+void ProfileWriter::bodyLine(QStringView key, QStringView body)
+{
+    m_text += key;
+    m_text += u"=[";
+    appendValue(m_text, body, true);
+    m_text += u"]\r\n";
 }
 
 QByteArray ProfileWriter::bytes() const

@@ -61,6 +61,9 @@ public:
     static ProfileFile load(const QString &path);
     // Parses bytes as they would stand in a file.
     static ProfileFile parse(QByteArray bytes);
+    // Parses GB18030 bytes as they are, whatever encoding they might pass
+    // for alone: a part of a file whose encoding is settled.
+    static ProfileFile parseGb18030(QByteArray bytes);
 
     // The value of key in section, cut to bufferSize - 1 bytes and decoded.
     QString value(QByteArrayView section, QByteArrayView key,
@@ -104,12 +107,19 @@ private:
 };
 
 // Builds a data file line by line: GB18030 text, CR LF line ends. The
-// bytes go to the disk through a FileCommit.
+// bytes go to the disk through a FileCommit. Values are written lower-cased
+// (ASCII letters only), as the files have always held them.
 class ProfileWriter
 {
 public:
-    void line(const QString &text);
-    void line(QStringView key, const QString &value);  // "key=value"
+    void reserve(qsizetype characters) { m_text.reserve(characters); }
+    void line(QStringView text);
+    // "key=value"
+    void line(QStringView key, QStringView value);
+    // "key=[body]", each line break (CR LF, CR or LF) written as "\n". The
+    // brackets keep leading and trailing blanks, which the reader would
+    // otherwise trim away.
+    void bodyLine(QStringView key, QStringView body);
 
     QByteArray bytes() const;
 
