@@ -10,6 +10,8 @@
 #include <QStringEncoder>
 
 #include <algorithm>
+#include <cstring>
+#include <memory>
 #include <cerrno>
 #include <sys/stat.h>
 
@@ -196,10 +198,83 @@ QByteArrayView cutToCharacters(QByteArrayView bytes, qsizetype maxBytes)
     return bytes.first(end);
 }
 
+namespace {
+// The two-byte code of every character of the Basic Multilingual Plane that
+// has one, 0 for the others, taken from the converter itself on first use.
+// A full folder is some 300,000 characters, nearly all ASCII or two-byte
+// Chinese: a look-up each costs a fraction of a pass through the converter.
+const quint16 *twoByteCodes()
+{
+    static const std::unique_ptr<quint16[]> codes = [] {
+        auto table = std::make_unique<quint16[]>(0x10000);
+        QString all;
+        for (char32_t u = 0x80; u <= 0xFFFF; ++u) {
+            if (!QChar::isSurrogate(u))
+                all += QChar(char16_t(u));
+        }
+        const QByteArray bytes = QStringEncoder(Gb18030, QStringConverter::Flag::Stateless).encode(all);
+        // A GB18030 character is one byte below 0x80, four when its second
+        // byte is a digit, else two.
+        qsizetype at = 0;
+        for (QChar c : all) {
+            const uchar lead = uchar(bytes.at(at));
+            const qsizetype length = lead < 0x80 ? 1 : (unsigned(uchar(bytes.at(at + 1)) - '0') < 10 ? 4 : 2);
+            if (length == 2)
+                table[c.unicode()] = quint16(lead << 8 | uchar(bytes.at(at + 1)));
+            at += length;
+        }
+        return table;
+    }();
+    return codes.get();
+}
+}  // namespace
+
 QByteArray EncodeGb18030(const QString &text)
 {
-    QStringEncoder encoder(Gb18030);
-    return encoder.encode(text);
+    const quint16 *codes = twoByteCodes();
+    QByteArray out(text.size() * 2, Qt::Uninitialized);
+    char *p = out.data();
+    qsizetype o = 0;
+    const char16_t *u = reinterpret_cast<const char16_t *>(text.utf16());
+    const qsizetype n = text.size();
+    for (qsizetype i = 0; i < n;) {
+        if (u[i] < 0x80) {
+            p[o++] = char(u[i++]);
+        } else if (const quint16 code = codes[u[i]]) {
+            p[o++] = char(code >> 8);
+            p[o++] = char(code & 0xFF);
+            ++i;
+        } else if (QChar::isHighSurrogate(u[i]) && i + 1 < n && QChar::isLowSurrogate(u[i + 1])) {
+            // Beyond the plane, the four-byte codes run on from 90 30 81 30.
+            uint index = QChar::surrogateToUcs4(u[i], u[i + 1]) - 0x10000;
+            p[o++] = char(0x90 + index / 12600);
+            p[o++] = char(0x30 + index / 1260 % 10);
+            p[o++] = char(0x81 + index / 10 % 126);
+            p[o++] = char(0x30 + index % 10);
+            i += 2;
+        } else if (QChar::isSurrogate(u[i])) {
+            // Half a pair: the converter substitutes it, or at the very end
+            // waits for the other half, which never comes.
+            if (!(QChar::isHighSurrogate(u[i]) && i + 1 == n))
+                p[o++] = '\x1A';
+            ++i;
+        } else {
+            // The rest of the plane's characters take four bytes each, by
+            // ranges the converter knows.
+            qsizetype j = i + 1;
+            while (j < n && u[j] >= 0x80 && codes[u[j]] == 0 && !QChar::isSurrogate(u[j]))
+                ++j;
+            const QByteArray run = QStringEncoder(Gb18030, QStringConverter::Flag::Stateless)
+                                       .encode(QStringView(u + i, j - i));
+            out.resize(out.size() + run.size());
+            p = out.data();
+            std::memcpy(p + o, run.constData(), size_t(run.size()));
+            o += run.size();
+            i = j;
+        }
+    }
+    out.truncate(o);
+    return out;
 }
 
 bool ReadsAsGb18030(QByteArrayView bytes)

@@ -233,6 +233,24 @@ private slots:
         QCOMPARE(ids(FolderFile::Inbox), u"22222222"_s);
     }
 
+    void encodesAsTheConverter()
+    {
+        // Every character, and halves of pairs anywhere, come out as the
+        // converter writes them.
+        QString all;
+        for (char32_t u = 1; u <= 0x10FFFF; ++u) {
+            if (!QChar::isSurrogate(u))
+                all += QString::fromUcs4(&u, 1);
+        }
+        const QChar high(0xD83D), low(0xDE00);
+        QStringList texts{all};
+        for (const QString &around : {u""_s, u"a"_s, u"中"_s, u"\u0080"_s})
+            texts << QString(high) + around << around + high << QString(low) + around
+                  << around + low << QString(high) + high + around << QString(low) + high + low + around;
+        for (const QString &text : texts)
+            QCOMPARE(EncodeGb18030(text), QByteArray(QStringEncoder("GB18030").encode(text)));
+    }
+
     void whatIsKeptIsWhatIsRead()
     {
         // A saved folder is kept as a reading of its file would give it,
