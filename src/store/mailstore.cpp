@@ -80,14 +80,20 @@ struct Cached
         bytes = racy ? content : QByteArray();
     }
 
-    bool stillHolds(const QString &fileName) const
+    bool stillHolds(const QString &fileName)
     {
         if (!signature || !(*signature == signatureOf(fileName)))
             return false;
         if (bytes.isNull())
             return true;
         QFile file(AppFilePath(fileName));
-        return file.open(QIODevice::ReadOnly) && ToGb18030(file.readAll()) == bytes;
+        if (!file.open(QIODevice::ReadOnly) || ToGb18030(file.readAll()) != bytes)
+            return false;
+        // Once the clock has moved past the file's time, any change to come
+        // shows in the time, and the bytes need not be read again.
+        if (signature->modified + ClockResolutionNs <= wallClockNs())
+            bytes = QByteArray();
+        return true;
     }
 };
 
