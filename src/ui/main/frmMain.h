@@ -98,6 +98,7 @@ public:
     ::MailCount MailCount = 0;
     QString CurrentMailId;
     MailList Mails;  // the folder the message list shows
+    bool m_listInboxStyle = false;  // the list's rows show senders and read marks
 
     // ---- Menu items that act -------------------------------------------
     QAction *AddNewMail = nullptr;
@@ -161,7 +162,8 @@ private:
     void setPaneHeader(int node);
     void showNoMail();
     void stackPreviewLabels();
-    void fillList(bool inboxStyle);
+    // Shows Mails in the list, which showed listed until now.
+    void fillList(bool inboxStyle, const MailList &listed);
     void previewRow(int row);
     void showSummaryRow(int folder);
     void folderChanged(int folder);

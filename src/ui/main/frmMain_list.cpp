@@ -55,19 +55,20 @@ void frmMain::refreshlistview(qint16 folder)
     // Read before anything is cleared: a folder that cannot be read leaves
     // an empty list with nothing to act on, under the folder's own columns.
     MailList mails;
+    const MailList listed = Mails;
     try {
         mails = store::Folder(folder);
     } catch (...) {
         Mails.clear();
         MailCount = 0;
-        fillList(inboxStyle);
+        fillList(inboxStyle, listed);
         showNoMail();
         SetToolbarState(ToolbarState::NoSelection);
         throw;
     }
     Mails = mails;
     MailCount = ::MailCount(Mails.size());
-    fillList(inboxStyle);
+    fillList(inboxStyle, listed);
 
     // The previewed message stays previewed while it is still there;
     // otherwise nothing is, and the preview and the toolbar say so.
@@ -85,14 +86,17 @@ void frmMain::refreshlistview(qint16 folder)
             const QSignalBlocker quiet(ListView1);
             ListView1->setCurrentItem(ListView1->topLevelItem(keep));
         }
-        previewRow(keep);
+        // The preview shows nothing a read mark changes; it is drawn afresh
+        // only when the message moved.
+        if (keep != previewed.index)
+            previewRow(keep);
     } else if (m_previewed >= 0) {
         showNoMail();
         SetToolbarState(ToolbarState::NoSelection);
     }
 }
 
-void frmMain::fillList(bool inboxStyle)
+void frmMain::fillList(bool inboxStyle, const MailList &listed)
 {
     QTreeWidgetItem *header = ListView1->headerItem();
     header->setText(ColPerson, inboxStyle ? texts::ColumnFrom : texts::ColumnTo);
@@ -100,29 +104,58 @@ void frmMain::fillList(bool inboxStyle)
     header->setText(ColAccount, inboxStyle ? QString() : texts::ColumnAccount);
 
     const QSignalBlocker quiet(ListView1);
-    ListView1->clear();
     const QIcon attachment = appIcon(u"mail-attachment"_s);
     QFont bold = ListView1->font();
     bold.setBold(true);
+    const auto showUnread = [&](QTreeWidgetItem *row, const EmailRec &m) {
+        const bool unread = inboxStyle && m.isnew == u"1";
+        for (int c : {ColPerson, ColSubject, ColTime})
+            row->setData(c, Qt::FontRole, unread ? QVariant(bold) : QVariant());
+    };
+
+    // A command changes a few rows of a folder (a read mark, a message
+    // gone, mail received at the end): the rows before and after the
+    // change stay, and only the rest are made afresh. Shaping a row's
+    // Chinese texts is most of what a refilled list costs.
+    qsizetype head = 0, tail = 0;
+    const qsizetype before = listed.size(), after = Mails.size();
+    if (m_listInboxStyle == inboxStyle && ListView1->topLevelItemCount() == before) {
+        while (head < qMin(before, after) && sameMessage(listed.at(head), Mails.at(head)))
+            ++head;
+        while (tail < qMin(before, after) - head
+               && sameMessage(listed.at(before - 1 - tail), Mails.at(after - 1 - tail)))
+            ++tail;
+        for (qsizetype i = before - tail - 1; i >= head; --i)
+            delete ListView1->takeTopLevelItem(int(i));
+        for (qsizetype i = 0; i < head; ++i)
+            showUnread(ListView1->topLevelItem(int(i)), Mails.at(i));
+    } else {
+        ListView1->clear();
+    }
+    m_listInboxStyle = inboxStyle;
+
     QList<QTreeWidgetItem *> rows;
-    rows.reserve(Mails.size());
+    rows.reserve(after - head - tail);
     // File order, never sorted: a row's position is the message's position.
-    for (const EmailRec &m : std::as_const(Mails)) {
+    for (qsizetype i = head; i < after - tail; ++i) {
+        const EmailRec &m = Mails.at(i);
         auto *row = new QTreeWidgetItem;
         row->setText(ColPerson, inboxStyle ? m.from : m.to);
         row->setText(ColSubject, m.subject);
         row->setText(ColTime, m.datetime);
-        if (inboxStyle) {
-            if (!m.attachment.isEmpty())
-                row->setIcon(ColAttachment, attachment);
-            if (m.isnew == u"1") {
-                for (int c : {ColPerson, ColSubject, ColTime})
-                    row->setFont(c, bold);
-            }
-        }
+        if (inboxStyle && !m.attachment.isEmpty())
+            row->setIcon(ColAttachment, attachment);
+        showUnread(row, m);
         rows.append(row);
     }
-    ListView1->addTopLevelItems(rows);
+    ListView1->insertTopLevelItems(int(head), rows);
+    for (qsizetype i = after - tail; i < after; ++i)
+        showUnread(ListView1->topLevelItem(int(i)), Mails.at(i));
+
+    // As after a refill: nothing chosen, the list at its top, and the
+    // first row made current when the list takes the focus from the keys.
+    ListView1->reset();
+    ListView1->scrollToTop();
 }
 
 void frmMain::stackPreviewLabels()
