@@ -10,9 +10,9 @@
 #include <QStringEncoder>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <memory>
-#include <cerrno>
 #include <sys/stat.h>
 
 namespace {
@@ -212,13 +212,15 @@ const quint16 *twoByteCodes()
             if (!QChar::isSurrogate(u))
                 all += QChar(char16_t(u));
         }
-        const QByteArray bytes = QStringEncoder(Gb18030, QStringConverter::Flag::Stateless).encode(all);
+        const QByteArray bytes =
+            QStringEncoder(Gb18030, QStringConverter::Flag::Stateless).encode(all);
         // A GB18030 character is one byte below 0x80, four when its second
         // byte is a digit, else two.
         qsizetype at = 0;
         for (QChar c : all) {
             const uchar lead = uchar(bytes.at(at));
-            const qsizetype length = lead < 0x80 ? 1 : (unsigned(uchar(bytes.at(at + 1)) - '0') < 10 ? 4 : 2);
+            const bool digit = at + 1 < bytes.size() && unsigned(uchar(bytes.at(at + 1)) - '0') < 10;
+            const qsizetype length = lead < 0x80 ? 1 : (digit ? 4 : 2);
             if (length == 2)
                 table[c.unicode()] = quint16(lead << 8 | uchar(bytes.at(at + 1)));
             at += length;
@@ -246,7 +248,7 @@ QByteArray EncodeGb18030(const QString &text)
             ++i;
         } else if (QChar::isHighSurrogate(u[i]) && i + 1 < n && QChar::isLowSurrogate(u[i + 1])) {
             // Beyond the plane, the four-byte codes run on from 90 30 81 30.
-            uint index = QChar::surrogateToUcs4(u[i], u[i + 1]) - 0x10000;
+            const uint index = QChar::surrogateToUcs4(u[i], u[i + 1]) - 0x10000;
             p[o++] = char(0x90 + index / 12600);
             p[o++] = char(0x30 + index / 1260 % 10);
             p[o++] = char(0x81 + index / 10 % 126);

@@ -271,7 +271,8 @@ private slots:
         QString EmailRec::*const texts[] = {&EmailRec::from, &EmailRec::to, &EmailRec::alsoto,
                                             &EmailRec::subject, &EmailRec::content,
                                             &EmailRec::datetime, &EmailRec::attachment};
-        const EmailRec base{u"1"_s, u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s, 0, 0, u"1"_s};
+        const EmailRec base{u"1"_s, u"a"_s, u"b"_s, u"c"_s, u"d"_s,
+                            u"e"_s, u"f"_s, u"g"_s, 0, 0, u"1"_s};
         QList<EmailRec> all;
         const auto add = [&](QString EmailRec::*field, const QString &value) {
             all.append(base);
@@ -288,9 +289,9 @@ private slots:
                 for (int n : {most - 1, most, most + 1})
                     add(field, piece.repeated(n));
             }
-            for (const QString &piece : other) {
-                for (const QString &v : QStringList{piece, piece + u"一"_s, u"一"_s + piece, u"一"_s + piece + u"一"_s,
-                                         piece + u"一"_s + piece})
+            for (const QString &p : other) {
+                const QString x = u"一"_s;
+                for (const QString &v : QStringList{p, p + x, x + p, x + p + x, p + x + p})
                     add(field, v);
             }
         }
