@@ -235,71 +235,52 @@ private slots:
 
     void encodesAsTheConverter()
     {
-        // Every character, and halves of pairs anywhere, come out as the
-        // converter writes them.
-        QString all;
-        for (char32_t u = 1; u <= 0x10FFFF; ++u) {
-            if (!QChar::isSurrogate(u))
-                all += QString::fromUcs4(&u, 1);
-        }
-        const QChar high(0xD83D), low(0xDE00);
-        QStringList texts{all};
-        for (const QString &around : {u""_s, u"a"_s, u"中"_s, u"\u0080"_s})
-            texts << QString(high) + around << around + high << QString(low) + around
-                  << around + low << QString(high) + high + around << QString(low) + high + low + around;
+        // Every character, and halves of pairs anywhere, as the converter writes them.
+        QStringList texts{QString()};
+        for (char32_t u = 1; u <= 0x10FFFF; ++u)
+            texts[0] += QChar::isSurrogate(u) ? QString() : QString::fromUcs4(&u, 1);
+        const QString h(QChar(0xD83D)), l(QChar(0xDE00));
+        for (const QString &x : {u""_s, u"a"_s, u"中"_s, u"\u0080"_s})
+            texts << h + x << x + h << l + x << x + l << h + h + x << l + h + l + x;
         for (const QString &text : texts)
             QCOMPARE(EncodeGb18030(text), QByteArray(QStringEncoder("GB18030").encode(text)));
     }
 
     void whatIsKeptIsWhatIsRead()
     {
-        // A saved folder is kept as a reading of its file would give it,
-        // without reading it. One field of each record is changed: plain
-        // pieces repeated up to the reader's cut and one past it, and
-        // pieces the writer or the reader alters (capitals, blanks, quotes,
-        // escapes, line ends, characters of other lengths at the edges of
-        // the common ranges) repeated, alone, around or inside a value.
+        // A saved folder is kept as a reading of its file would give it. One
+        // field of each record is changed: plain pieces repeated up to the
+        // reader's cut and past it, and pieces the writer or reader alters
+        // (capitals, blanks, quotes, escapes, line ends, characters at the
+        // edges of the common ranges) repeated, alone, around or inside.
         DataDir dir;
-        const QStringList plain{u"a"_s, u"0"_s, u"一"_s, u"龥"_s, u"！"_s, u"～"_s, u"　"_s,
-                                u"〃"_s, u"〈"_s, u"】"_s, u"‘"_s, u"’"_s, u"“"_s, u"”"_s,
-                                u"…"_s, u"·"_s};
-        const QStringList other{u"Q"_s, u" "_s, u"\t"_s, u"\""_s, u"'"_s, u"\\"_s, u"\\n"_s,
-                                u"\r"_s, u"\n"_s, u"\r\n"_s, u"\x1b"_s, u"é"_s, u"龦"_s, u"｟"_s,
-                                u"〄"_s, u"〒"_s, u"‧"_s, u"😀"_s, QString(QChar(0xD800))};
-        const QStringList numbers{u"0"_s, u"00"_s, u"07"_s, u""_s, u"a"_s, u" 1"_s, u"1 "_s,
-                                  QString(255, u'1'), QString(256, u'1')};
-        QString EmailRec::*const texts[] = {&EmailRec::from, &EmailRec::to, &EmailRec::alsoto,
-                                            &EmailRec::subject, &EmailRec::content,
-                                            &EmailRec::datetime, &EmailRec::attachment};
-        const EmailRec base{u"1"_s, u"a"_s, u"b"_s, u"c"_s, u"d"_s,
-                            u"e"_s, u"f"_s, u"g"_s, 0, 0, u"1"_s};
+        const QStringList plain = u"a|0|一|龥|！|～|　|〃|〈|】|‘|’|“|”|…|·"_s.split(u'|');
+        const QStringList other = QString(u"Q| |\t|\"|'|\\|\\n|\r|\n|\r\n|\x1b|é|龦|｟|〄|〒|‧|😀|"_s + QChar(0xD800)).split(u'|');
+        const QStringList numbers = QString(u"0|00|07||a| 1|1 |"_s + QString(255, u'1') + u'|' + QString(256, u'1')).split(u'|');
+        using M = EmailRec;
+        QString M::*const texts[] = {&M::from, &M::to, &M::alsoto, &M::subject, &M::content, &M::datetime, &M::attachment};
+        const EmailRec base{u"1"_s, u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s, 0, 0, u"1"_s};
         QList<EmailRec> all;
-        const auto add = [&](QString EmailRec::*field, const QString &value) {
-            all.append(base);
-            all.last().*field = value;
-        };
-        for (const QString &n : numbers) {
-            add(&EmailRec::id, n);
-            add(&EmailRec::isnew, n);
-        }
-        for (QString EmailRec::*field : texts) {
-            const int buffer = field == &EmailRec::content ? 2045 : 255;
+        const auto add = [&](QString M::*field, const QString &v) { (all << base).last().*field = v; };
+        for (QString M::*field : {&M::id, &M::isnew})
+            for (const QString &n : numbers)
+                add(field, n);
+        for (QString M::*field : texts) {
+            const int buffer = field == &M::content ? 2045 : 255;
             for (const QString &piece : plain + other) {
                 const int most = buffer / int(qMax<qsizetype>(gb(piece).size(), 1));
                 for (int n : {most - 1, most, most + 1})
                     add(field, piece.repeated(n));
             }
-            for (const QString &p : other) {
-                const QString x = u"一"_s;
+            const QString x = u"一"_s;
+            for (const QString &p : other)
                 for (const QString &v : QStringList{p, p + x, x + p, x + p + x, p + x + p})
                     add(field, v);
-            }
         }
         QList<QList<EmailRec>> folders;
         for (qsizetype from = 0; from < all.size(); from += MAX_FOLDER_MAILS)
             folders.append(all.mid(from, MAX_FOLDER_MAILS));
-        // Alone in a file, these characters' bytes pass for UTF-8, and the
-        // file is read as such.
+        // Alone in a file, these characters' bytes pass for UTF-8, and are read so.
         folders.append({base});
         folders.last()[0].subject = QStringDecoder("GB18030").decode("\xE4\xB8\x81\x41");
         for (const QList<EmailRec> &mails : folders) {
@@ -309,8 +290,8 @@ private slots:
             const QList<EmailRec> kept = store::Folder(FolderFile::Drafts);
             store::Forget();
             QCOMPARE(kept, store::Folder(FolderFile::Drafts));
-            // The store trusts a file this fresh only by its bytes, which
-            // reading as UTF-8 changes; the kept records are compared alone.
+            // A file this fresh is trusted only by its bytes, which a UTF-8
+            // reading changes: what is kept is also compared alone.
             const QByteArray bytes = FolderBytes(mails);
             QCOMPARE(FolderAsRead(FolderFile::Drafts, mails, bytes),
                      ParseFolder(FolderFile::Drafts, ProfileFile::parse(bytes)));
