@@ -98,7 +98,6 @@ public:
     ::MailCount MailCount = 0;
     QString CurrentMailId;
     MailList Mails;  // the folder the message list shows
-    bool m_listInboxStyle = false;  // the list's rows show senders and read marks
 
     // ---- Menu items that act -------------------------------------------
     QAction *AddNewMail = nullptr;
@@ -207,6 +206,7 @@ private:
     bool m_forwarding = false;  // a double-click being handed to the list first
     bool m_forceInboxStyle = false;  // the list after a delete for good
     int m_previewed = -1;  // the row the preview shows; -1 none
+    bool m_listInboxStyle = false;  // the list's rows show senders and read marks
     double m_previewHeaderBottom = 0;  // twips below which Text1 may start
 };
 
