@@ -39,15 +39,6 @@ QByteArray sectionName(int k)
 {
     return "email-" + QByteArray::number(k + 1);
 }
-
-// A message value as written: trailing blanks go. A body keeps them, in
-// its brackets.
-QStringView rightTrimmed(QStringView value)
-{
-    while (!value.isEmpty() && value.back() == u' ')
-        value.chop(1);
-    return value;
-}
 }  // namespace
 
 QList<EmailRec> ParseFolder(int folder, const ProfileFile &file)
@@ -91,16 +82,17 @@ QByteArray FolderBytes(const QList<EmailRec> &mails)
     out.line(QStringView());
     for (int k = 0; k < mails.size(); ++k) {
         const EmailRec &m = mails[k];
-        out.line(QString(u"[email-" + QString::number(k + 1) + u']'));
-        out.line(u"id", rightTrimmed(m.id));
-        out.line(u"from", rightTrimmed(m.from));
-        out.line(u"to", rightTrimmed(m.to));
-        out.line(u"alsoto", rightTrimmed(m.alsoto));
-        out.line(u"subject", rightTrimmed(m.subject));
-        out.bodyLine(u"content", m.content);
-        out.line(u"datetime", rightTrimmed(m.datetime));
-        out.line(u"attachment", rightTrimmed(m.attachment));
-        out.line(u"isnew", rightTrimmed(m.isnew));
+        out.line(QString(u'[' + QString::fromLatin1(sectionName(k)) + u']'));
+        // Trailing blanks go from every value but the body.
+        out.line(u"id", RightTrimmed(m.id));
+        out.line(u"from", RightTrimmed(m.from));
+        out.line(u"to", RightTrimmed(m.to));
+        out.line(u"alsoto", RightTrimmed(m.alsoto));
+        out.line(u"subject", RightTrimmed(m.subject));
+        out.bodyLine(u"content", m.content);  // its blanks kept, in brackets
+        out.line(u"datetime", RightTrimmed(m.datetime));
+        out.line(u"attachment", RightTrimmed(m.attachment));
+        out.line(u"isnew", RightTrimmed(m.isnew));
         out.line(QStringView());
     }
     return out.bytes();

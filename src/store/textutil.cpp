@@ -13,12 +13,16 @@ QString LowerAscii(const QString &text)
     return out;
 }
 
+QStringView RightTrimmed(QStringView text)
+{
+    while (!text.isEmpty() && text.back() == u' ')
+        text.chop(1);
+    return text;
+}
+
 QString RightTrim(const QString &text)
 {
-    qsizetype n = text.size();
-    while (n > 0 && text.at(n - 1) == u' ')
-        --n;
-    return text.left(n);
+    return text.left(RightTrimmed(text).size());
 }
 
 QString TrimSpaces(const QString &text)

@@ -9,6 +9,7 @@ QString LowerAscii(const QString &text);
 
 // Removes trailing spaces (only spaces, as the store always has).
 QString RightTrim(const QString &text);
+QStringView RightTrimmed(QStringView text);  // the same, without a copy
 // Removes spaces at both ends, and only spaces: a tab or a line break is
 // part of the value.
 QString TrimSpaces(const QString &text);
