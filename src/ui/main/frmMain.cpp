@@ -14,6 +14,7 @@
 #include "ui/accounts/frmMailBox.h"
 #include "ui/common/fonts.h"
 #include "ui/common/icons.h"
+#include "ui/common/longtext.h"
 #include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/common/widgets.h"
@@ -316,6 +317,7 @@ void frmMain::buildPanes()
     speak(ListView1, texts::a11y::MessageList, texts::a11y::MessageListHelp);
     ListView1->setRootIsDecorated(false);
     ListView1->setUniformRowHeights(true);
+    ListView1->setItemDelegate(new LongTextDelegate(ListView1));
     ListView1->setColumnCount(6);
     ListView1->setHeaderLabels({QString(), QString(), texts::ColumnFrom, texts::ColumnSubject,
                                 texts::ColumnReceived, QString()});
