@@ -33,9 +33,11 @@ bool CheckOutboxAccounts()
     return false;
 }
 
-SendResult SendStep()
+namespace {
+
+// The steps change a set of folders in memory; whoever runs them saves it.
+SendResult send(FolderSet &set)
 {
-    FolderSet set;
     const MailList &outbox = set.read(FolderFile::Outbox);
     MailList sent = set.read(FolderFile::SentItems);
     MailList queue = set.read(FolderFile::ServerQueue);
@@ -67,15 +69,13 @@ SendResult SendStep()
     set.change(FolderFile::ServerQueue) = queue;
     result.sent = MailCount(outbox.size());
     set.change(FolderFile::Outbox).clear();
-    set.commit();
     result.barStarts = true;
     return result;
 }
 
-ReceiveResult ReceiveStep()
+ReceiveResult receive(FolderSet &set)
 {
     ReceiveResult result;
-    FolderSet set;
     const MailList &queue = set.read(FolderFile::ServerQueue);
     MailList inbox = set.read(FolderFile::Inbox);
     const AccountList &accounts = set.accounts();
@@ -113,6 +113,23 @@ ReceiveResult ReceiveStep()
     // delivered, never both.
     set.change(FolderFile::Inbox) = inbox;
     set.change(FolderFile::ServerQueue) = kept;
+    return result;
+}
+
+}  // namespace
+
+SendResult SendStep()
+{
+    FolderSet set;
+    const SendResult result = send(set);
+    set.commit();
+    return result;
+}
+
+ReceiveResult ReceiveStep()
+{
+    FolderSet set;
+    const ReceiveResult result = receive(set);
     set.commit();
     return result;
 }
@@ -120,22 +137,36 @@ ReceiveResult ReceiveStep()
 RunResult RunSendReceive(qint16 mode)
 {
     RunResult run;
-    // Each step is a unit of its own: a receive that fails leaves a send
-    // that went through as it is, and the error says so.
+    const bool sending = mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::SendOnly;
+    const bool receiving =
+        mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::ReceiveOnly;
+    // Both steps change one set of folders, saved as one unit at the end:
+    // each file is written once, and a message is in the Outbox, on its way
+    // or delivered. Only a receive that cannot be made (a full Inbox) lets
+    // the send be saved alone, and the error box says so.
+    FolderSet set;
+    bool sentAlone = false;
     try {
-        if (mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::SendOnly) {
+        if (sending) {
             run.sendRan = true;
-            run.send = SendStep();
+            run.send = send(set);
         }
-        if (mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::ReceiveOnly) {
+        if (receiving) {
             run.receiveRan = true;
-            run.receive = ReceiveStep();
+            try {
+                run.receive = receive(set);
+            } catch (const StoreError &) {
+                if (run.sendRan && !run.send.failed) {
+                    set.commit();
+                    sentAlone = true;
+                }
+                throw;
+            }
         }
+        set.commit();
     } catch (const StoreError &error) {
-        const bool sentBefore = run.receiveRan && run.sendRan && !run.send.failed;
-        run.errorText = sentBefore
-            ? texts::SentButNotReceived + u"\r\r"_s + error.userText()
-            : ErrorBoxText(error);
+        run.errorText = sentAlone ? texts::SentButNotReceived + u"\r\r"_s + error.userText()
+                                  : ErrorBoxText(error);
     }
     return run;
 }

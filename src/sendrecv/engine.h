@@ -6,9 +6,9 @@
 
 // The send-and-receive engine. There is no network: sending copies the
 // Outbox into Sent Items and the server queue, receiving moves queued mail
-// into the Inbox. Each step loads the folders it needs whole, changes them
-// in memory and saves them whole at its end, so a step ended by a check or
-// an error has written nothing. The steps show nothing; they report what
+// into the Inbox. A step loads the folders it needs whole and changes them
+// in memory; they are saved whole once it ends (once both end, in a run of
+// both), so a step ended by a check or an error has written nothing. The steps show nothing; they report what
 // they did and the progress dialog turns that into window updates.
 
 // What the dialog's SendReceiveMode asks for.
@@ -91,5 +91,7 @@ ReceiveResult ReceiveStep();
 
 // The steps of one dialog load: mode 0 send then receive, 1 receive, 2
 // send, any other mode neither. A failed send does not keep mode 0 from
-// receiving. A store error ends the run and is reported in errorText.
+// receiving. Both steps are saved as one unit, unless the receive cannot
+// be made: then the send is saved alone. A store error ends the run and is
+// reported in errorText, which says whether the send went through.
 RunResult RunSendReceive(qint16 mode);
