@@ -90,7 +90,7 @@ private slots:
         v("unquoted, then cut to 255 bytes", '"' + QByteArray(300, 'x') + '"', QString(255, u'x'));
         v("2-byte characters fill 255", "x" + gb(QString(200, u'中')), u"x"_s + QString(127, u'中'));
         // Encodings a text editor may have saved the file in
-        const QString inbox = u"收件箱 信 é𠀀"_s, text = u"[a]\r\nk="_s + inbox;
+        const QString inbox = u"收件箱 信耀 é𠀀"_s, text = u"[a]\r\nk="_s + inbox;
         const auto utf16 = [&](QStringConverter::Encoding e) {
             return QByteArray(QStringEncoder(e, QStringEncoder::Flag::WriteBom)(text));
         };
