@@ -8,8 +8,9 @@
 // Outbox into Sent Items and the server queue, receiving moves queued mail
 // into the Inbox. A step loads the folders it needs whole and changes them
 // in memory; they are saved whole once it ends (once both end, in a run of
-// both), so a step ended by a check or an error has written nothing. The steps show nothing; they report what
-// they did and the progress dialog turns that into window updates.
+// both), so a step ended by a check or an error has written nothing. The
+// steps show nothing; they report what they did and the progress dialog
+// turns that into window updates.
 
 // What the dialog's SendReceiveMode asks for.
 namespace SendReceiveModes {
