@@ -137,7 +137,8 @@ ReceiveResult ReceiveStep()
 RunResult RunSendReceive(qint16 mode)
 {
     RunResult run;
-    const bool sending = mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::SendOnly;
+    const bool sending =
+        mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::SendOnly;
     const bool receiving =
         mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::ReceiveOnly;
     // Both steps change one set of folders, saved as one unit at the end:
