@@ -77,12 +77,12 @@ QByteArray FolderBytes(const QList<EmailRec> &mails)
             + m.isnew.size();
     }
     out.reserve(characters);
-    out.line(u"[email]");
+    out.section("email");
     out.line(u"number", QString::number(mails.size()));
     out.line(QStringView());
     for (int k = 0; k < mails.size(); ++k) {
         const EmailRec &m = mails[k];
-        out.line(QString(u'[' + QString::fromLatin1(sectionName(k)) + u']'));
+        out.section(sectionName(k));
         // Trailing blanks go from every value but the body.
         out.line(u"id", RightTrimmed(m.id));
         out.line(u"from", RightTrimmed(m.from));
@@ -105,11 +105,14 @@ namespace {
 // its record is parsed instead.
 int plainLength(char16_t u)
 {
+    // Common Chinese first: most of what a trainee writes.
+    if (char16_t(u - 0x4E00) <= 0x9FA5 - 0x4E00)
+        return 2;
     if (u >= 0x20 && u < 0x7F)
         return u >= u'A' && u <= u'Z' ? 0 : 1;
-    if ((u >= 0x4E00 && u <= 0x9FA5) || (u >= 0xFF01 && u <= 0xFF5E)
-        || (u >= 0x3000 && u <= 0x3003) || (u >= 0x3008 && u <= 0x3011) || u == 0x2018
-        || u == 0x2019 || u == 0x201C || u == 0x201D || u == 0x2026 || u == 0x00B7)
+    if ((u >= 0xFF01 && u <= 0xFF5E) || (u >= 0x3000 && u <= 0x3003)
+        || (u >= 0x3008 && u <= 0x3011) || u == 0x2018 || u == 0x2019 || u == 0x201C
+        || u == 0x201D || u == 0x2026 || u == 0x00B7)
         return 2;
     return 0;
 }
@@ -120,9 +123,7 @@ bool readsBackAsWritten(const QString &value)
 {
     qsizetype bytes = 0;
     for (const QChar c : value) {
-        const char16_t u = c.unicode();
-        // Common Chinese first: most of what a trainee writes.
-        const int n = char16_t(u - 0x4E00) <= 0x9FA5 - 0x4E00 ? 2 : plainLength(u);
+        const int n = plainLength(c.unicode());
         if (n == 0)
             return false;
         bytes += n;
@@ -154,10 +155,6 @@ bool bodyReadsBack(const QString &body)
     const char16_t *text = reinterpret_cast<const char16_t *>(body.utf16());
     for (qsizetype i = 0; i < body.size(); ++i) {
         const char16_t u = text[i];
-        if (char16_t(u - 0x4E00) <= 0x9FA5 - 0x4E00) {
-            bytes += 2;
-            continue;
-        }
         if (u == u'\r' && i + 1 < body.size() && text[i + 1] == u'\n') {
             bytes += 2;
             ++i;

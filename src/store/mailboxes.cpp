@@ -42,19 +42,19 @@ QByteArray AccountBytes(const QList<MailBoxRec> &accounts)
     // Account values are lower-cased but, unlike message values, keep their
     // trailing blanks.
     ProfileWriter out;
-    out.line(u"[mailbox]");
+    out.section("mailbox");
     out.line(u"number", QString::number(accounts.size()));
-    out.line(QString());
+    out.line(QStringView());
     for (int k = 0; k < accounts.size(); ++k) {
         const MailBoxRec &a = accounts[k];
-        out.line(QString(u'[' + QString::fromLatin1(sectionName(k)) + u']'));
+        out.section(sectionName(k));
         out.line(u"name", a.name);
         out.line(u"pop", a.pop);
         out.line(u"smtp", a.smtp);
         out.line(u"username", a.username);
         out.line(u"userpassword", a.userpassword);
         out.line(u"address", a.address);
-        out.line(QString());
+        out.line(QStringView());
     }
     return out.bytes();
 }

@@ -465,6 +465,13 @@ void ProfileWriter::line(QStringView text)
     m_text += u"\r\n";
 }
 
+void ProfileWriter::section(QByteArrayView name)
+{
+    m_text += u'[';
+    m_text += QLatin1StringView(name);
+    m_text += u"]\r\n";
+}
+
 namespace {
 // Appends value lower-cased. Pasted text can bring control characters (a
 // terminal's colour codes); one of them in the file would make the reader

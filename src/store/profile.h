@@ -114,6 +114,8 @@ class ProfileWriter
 public:
     void reserve(qsizetype characters) { m_text.reserve(characters); }
     void line(QStringView text);
+    // "[name]"
+    void section(QByteArrayView name);
     // "key=value"
     void line(QStringView key, QStringView value);
     // "key=[body]", each line break (CR LF, CR or LF) written as "\n". The
