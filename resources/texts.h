@@ -43,6 +43,9 @@ inline const QString ReasonReadOnly =
 inline const QString ReasonFileReadOnly =
     u"该文件被设置为只读，程序不会替换它。请在文件属性中取消“只读”（或在终端中运行 chmod u+w 加上文件名），然后再试。"_s;
 inline const QString ReasonIsFolder = u"该位置上是一个文件夹，而不是文件。请将它移走或改名。"_s;
+// A file the program itself had just written was gone when it came to use it.
+inline const QString ReasonVanished =
+    u"刚写好的文件不见了，可能被其他程序删除或移走。请确认只打开了一个 Quillpost Express，然后再试。"_s;
 inline const QString ReasonIoError =
     u"读写磁盘时出错。请检查磁盘或 U 盘是否连接良好；如果问题反复出现，请先把数据文件夹复制到别处保存，并请老师或管理员检查磁盘。"_s;
 // %1: the error number

@@ -238,6 +238,8 @@ QString FileFailureReason(int error)
         return texts::ReasonIsFolder;
     case EIO:
         return texts::ReasonIoError;
+    case ENOENT:
+        return texts::ReasonVanished;
     default:
         return texts::ReasonOther.arg(error);
     }

@@ -5,7 +5,10 @@
 
 #include "windows.h"
 
+#include "store/commit.h"
 #include "ui/common/fonts.h"
+
+#include <cerrno>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
@@ -118,6 +121,27 @@ private slots:
         // Deleted Items looked at again: the same file, no second word.
         clickItem(w->TreeView1, w->node(Node::DeletedItems));
         QCOMPARE(w->ListView1->topLevelItemCount(), 4);
+    }
+
+    void oneFailureShowsOneBox()
+    {
+        // The renames of a delete fail after its journal: one box says so and what
+        // follows, no refresh adds a second; the next look finds the change made.
+        put(*dir, FolderFile::Inbox, mails(2, 0, 100));
+        frmMain *w = mainOn(Node::Inbox, 0);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             texts::OperationIncomplete + u"\r\r"_s
+                                 + texts::CannotWriteFile.arg(dir->filePath(u"deleted_c.dat"_s), texts::ReasonIoError)
+                                 + u"\r\r"_s + texts::CommitUnfinished);
+        SetFileFault([](FileOp op, const QString &name) {
+            return op == FileOp::Rename && name == u"deleted_c.dat.new" ? EIO : 0;
+        });
+        act(w, u"button %1"_s.arg(frmMain::tbDelete));
+        SetFileFault({});
+        QVERIFY2(boxes->done(), boxes->report());
+        clickItem(w->TreeView1, w->node(Node::DeletedItems));
+        QCOMPARE(w->ListView1->topLevelItemCount(), 1);
+        QCOMPARE(ids(FolderFile::Inbox) + u' ' + ids(FolderFile::DeletedItems), u"101 100"_s);
     }
 
     void pages_data()
