@@ -203,7 +203,7 @@ private slots:
             QTest::newRow(name) << QString::fromLatin1(action) << int(op) << QString::fromLatin1(file)
                                 << error << expected << QString::fromLatin1(after);
         };
-        const auto path = [](const char *name) { return u"%1/"_s + QString::fromLatin1(name); };
+        const auto path = [](const char *name) -> QString { return u"%1/"_s + QString::fromLatin1(name); };
         const auto journal = [&](const QString &reason) {
             return texts::JournalUnreadable.arg(path(JournalName), reason);
         };
