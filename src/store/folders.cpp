@@ -37,15 +37,15 @@ bool validFolder(int folder)
 
 // The fields of a message in the order of the file's lines, and how each
 // is written.
-const QList<FieldSpec> &emailSpecs()
+const QList<FieldFormat> &emailFormats()
 {
-    static const QList<FieldSpec> specs{
+    static const QList<FieldFormat> formats{
         {"id", FieldKind::Trimmed},      {"from", FieldKind::Trimmed},
         {"to", FieldKind::Trimmed},      {"alsoto", FieldKind::Trimmed},
         {"subject", FieldKind::Trimmed}, {"content", FieldKind::Body},
         {"datetime", FieldKind::Trimmed}, {"attachment", FieldKind::Trimmed},
         {"isnew", FieldKind::Trimmed}};
-    return specs;
+    return formats;
 }
 
 QList<const QString *> fieldsOf(const EmailRec &m)
@@ -122,7 +122,7 @@ FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
     }
     RecordFileWriter out(frame, "email", "email-", mails.size(), bytes);
     for (const EmailRec &m : mails)
-        out.record(emailSpecs(), fieldsOf(m), m.origin);
+        out.record(emailFormats(), fieldsOf(m), m.origin);
     return out.finish();
 }
 
@@ -205,14 +205,14 @@ bool bodyReadsBack(const QString &body)
 bool linesReadBack(const EmailRec &m)
 {
     const QList<const QString *> fields = fieldsOf(m);
-    const QList<FieldSpec> &specs = emailSpecs();
+    const QList<FieldFormat> &formats = emailFormats();
     for (qsizetype i = 0; i < fields.size(); ++i) {
         const QString &value = *fields[i];
         if (m.origin && m.origin->asRead.at(i) == value)
             continue;  // its line was kept, and reads as it did
         const bool number = fields[i] == &m.id || fields[i] == &m.isnew;
         const bool back = number ? numberReadsBack(value)
-            : specs[i].kind == FieldKind::Body ? bodyReadsBack(value)
+            : formats[i].kind == FieldKind::Body ? bodyReadsBack(value)
                                                : readsBackAsWritten(value);
         if (!back)
             return false;

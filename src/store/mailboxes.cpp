@@ -9,14 +9,14 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-const QList<FieldSpec> &accountSpecs()
+const QList<FieldFormat> &accountFormats()
 {
     // Account values are lower-cased but, unlike message values, keep their
     // trailing blanks.
-    static const QList<FieldSpec> specs{{"name", FieldKind::Kept},     {"pop", FieldKind::Kept},
+    static const QList<FieldFormat> formats{{"name", FieldKind::Kept},     {"pop", FieldKind::Kept},
                                         {"smtp", FieldKind::Kept},     {"username", FieldKind::Kept},
                                         {"userpassword", FieldKind::Kept}, {"address", FieldKind::Kept}};
-    return specs;
+    return formats;
 }
 }  // namespace
 
@@ -62,7 +62,7 @@ QByteArray AccountBytes(const QList<MailBoxRec> &accounts, const FileFrame &fram
 {
     RecordFileWriter out(frame, "mailbox", "mailbox-", accounts.size(), 256 * accounts.size());
     for (const MailBoxRec &a : accounts)
-        out.record(accountSpecs(), {&a.name, &a.pop, &a.smtp, &a.username, &a.userpassword, &a.address},
+        out.record(accountFormats(), {&a.name, &a.pop, &a.smtp, &a.username, &a.userpassword, &a.address},
                    a.origin);
     return out.finish().bytes;
 }

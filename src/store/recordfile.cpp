@@ -52,10 +52,10 @@ qsizetype appendPoint(QByteArrayView body)
     return qMin(end + 1, body.size());
 }
 
-void writeField(ProfileWriter &out, const FieldSpec &spec, const QString &value)
+void writeField(ProfileWriter &out, const FieldFormat &format, const QString &value)
 {
-    const QString key = QString::fromLatin1(spec.key);
-    switch (spec.kind) {
+    const QString key = QString::fromLatin1(format.key);
+    switch (format.kind) {
     case FieldKind::Kept: out.line(key, value); break;
     case FieldKind::Trimmed: out.line(key, RightTrimmed(value)); break;
     case FieldKind::Body: out.bodyLine(key, value); break;
@@ -148,7 +148,7 @@ RecordFileWriter::RecordFileWriter(const FileFrame &frame, QByteArrayView header
     m_image.asOrigin.reserve(count);
 }
 
-void RecordFileWriter::record(const QList<FieldSpec> &specs, const QList<const QString *> &fields,
+void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<const QString *> &fields,
                               const StoredOrigin &origin)
 {
     QByteArray &out = m_image.bytes;
@@ -161,8 +161,8 @@ void RecordFileWriter::record(const QList<FieldSpec> &specs, const QList<const Q
 
     if (!origin || origin->asRead.size() != fields.size()) {
         ProfileWriter lines;
-        for (qsizetype i = 0; i < specs.size(); ++i)
-            writeField(lines, specs[i], *fields[i]);
+        for (qsizetype i = 0; i < formats.size(); ++i)
+            writeField(lines, formats[i], *fields[i]);
         lines.line(QStringView());
         out += lines.bytes();
     } else {
@@ -173,12 +173,12 @@ void RecordFileWriter::record(const QList<FieldSpec> &specs, const QList<const Q
         };
         QList<Replacement> replacements;
         const QByteArrayView body = origin->bytes;
-        for (qsizetype i = 0; i < specs.size(); ++i) {
+        for (qsizetype i = 0; i < formats.size(); ++i) {
             if (*fields[i] == origin->asRead[i])
                 continue;
             ProfileWriter line;
-            writeField(line, specs[i], *fields[i]);
-            KeyLine at = FindKeyLine(body, specs[i].key);
+            writeField(line, formats[i], *fields[i]);
+            KeyLine at = FindKeyLine(body, formats[i].key);
             if (at.begin < 0)
                 at.begin = at.next = appendPoint(body);
             replacements.append({at, line.bytes()});

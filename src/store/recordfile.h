@@ -64,7 +64,7 @@ enum class FieldKind {
     Trimmed,  // lower-cased and right-trimmed (message values)
     Body,     // lower-cased, in brackets, line breaks as "\n"
 };
-struct FieldSpec
+struct FieldFormat
 {
     const char *key;
     FieldKind kind;
@@ -85,13 +85,13 @@ class RecordFileWriter
 public:
     RecordFileWriter(const FileFrame &frame, QByteArrayView header, QByteArrayView prefix,
                      qsizetype count, qsizetype sizeHint);
-    // The next record: its fields in the order of specs, and where it was
+    // The next record: its fields in the order of formats, and where it was
     // read from. A record without an origin, or with one of other fields,
     // is written as new; one whose fields all hold what was read, as the
     // bytes read; any other keeps the lines of the fields that did not
     // change, and a field that had no line gets one after the last line
     // that is not blank.
-    void record(const QList<FieldSpec> &specs, const QList<const QString *> &fields,
+    void record(const QList<FieldFormat> &formats, const QList<const QString *> &fields,
                 const StoredOrigin &origin);
     FileImage finish();
 
