@@ -64,6 +64,10 @@ inline const QString AccountCountDisagrees =
 // Parts of a data file holding bytes no text holds were copied aside: %1
 // the file's name, %2 how many parts, %3 the copy's name, %4 the folder
 // holding both.
+// The same in a data folder opened read-only, where nothing is saved: %1
+// the file's name, %2 how many parts.
+inline const QString PartsNotShown =
+    u"文件“%1”中有 %2 处内容含有无法识别的字符（例如空字符），无法显示。这些内容仍原样保存在该文件中，程序不会改动它。"_s;
 inline const QString PartsSetAside =
     u"文件“%1”中有 %2 处内容含有无法识别的字符（例如空字符），无法显示。为了不丢失这些内容，程序已把它们原样保存到文件“%3”中，位于文件夹“%4”。文件中的其余内容照常使用。"_s;
 // A commit whose journal was written but whose renames failed: its change

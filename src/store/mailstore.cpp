@@ -212,7 +212,7 @@ void keepAndTell(const QString &fileName, const Signature &read, const RecordSec
     static QSet<QString> told;
     const QString state = AppFilePath(fileName) + u'|' + QString::number(read.inode) + u'|'
         + QString::number(read.size) + u'|' + QString::number(read.modified);
-    if ((!sections.countDisagrees() && aside.isEmpty()) || told.contains(state))
+    if ((!sections.countDisagrees() && sections.setAside.isEmpty()) || told.contains(state))
         return;
     told.insert(state);
     if (sections.countDisagrees()) {
@@ -226,6 +226,11 @@ void keepAndTell(const QString &fileName, const Signature &read, const RecordSec
                            texts::PartsSetAside.arg(fileName)
                                .arg(sections.setAsideCount)
                                .arg(aside, QDir::toNativeSeparators(AppDir())));
+    } else if (!sections.setAside.isEmpty()) {
+        // Nothing is ever saved in a folder opened read-only: the parts stay
+        // where they are.
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           texts::PartsNotShown.arg(fileName).arg(sections.setAsideCount));
     }
 }
 

@@ -322,6 +322,15 @@ private slots:
         SetClock({});
         QCOMPARE(dir.entries(), (QStringList{u"receive_c.dat"_s, aside}));
         QVERIFY(!dir.readBytes(u"receive_c.dat"_s).contains('\0'));
+        // In a data folder opened read-only nothing is saved: the part stays where it is.
+        DataDir readOnly;
+        readOnly.writeBytes(u"draft.dat"_s, folderFile(u"0"_s, {}) + nul);
+        SetDataReadOnly(true);
+        boxes.expectMessage(Icon::Exclamation, texts::AppTitle, texts::PartsNotShown.arg(u"draft.dat"_s).arg(1));
+        QVERIFY(stored(FolderFile::Drafts).isEmpty());
+        SetDataReadOnly(false);
+        QVERIFY2(boxes.done(), boxes.report());
+        QCOMPARE(readOnly.entries(), QStringList{u"draft.dat"_s});
     }
 
     void notDataFilesAreSetAside_data()
