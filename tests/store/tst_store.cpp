@@ -506,6 +506,15 @@ private slots:
         LoadMailBoxes(accounts, count);
         QCOMPARE(count, MailCount(2));
         QCOMPARE(accounts[1].address + u'|' + accounts[2].address, u"b@x.cn|"_s);
+        // An account another tool wrote keeps its lines when one is added after it.
+        const QByteArray first = "[mailbox-1]\r\nName=Li\r\nx-note=kept\r\naddress=li@x.cn";
+        dir.writeBytes(MailBoxFileName, "[mailbox]\r\nnumber=1\r\n" + first);
+        FolderSet added;
+        added.changeAccounts().append({u"B"_s, u"p"_s, u"s"_s, u"b"_s, u"pw"_s, u"b@x.cn"_s});
+        added.commit();
+        QCOMPARE(dir.readBytes(MailBoxFileName),
+                 "[mailbox]\r\nnumber=2\r\n" + first + "\r\n[mailbox-2]\r\nname=b\r\npop=p\r\nsmtp=s\r\n"
+                     "username=b\r\nuserpassword=pw\r\naddress=b@x.cn\r\n\r\n");
         // A count that is no number is no damage while no message section follows.
         dir.writeBytes(u"draft.dat"_s, "[email]\r\nnumber=none\r\n[email-]\r\n");
         QVERIFY(stored(FolderFile::Drafts).isEmpty() && dir.exists(u"draft.dat"_s));
