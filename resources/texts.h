@@ -52,9 +52,11 @@ inline const QString ReasonIoError =
 inline const QString ReasonOther =
     u"系统错误 %1。请稍后再试；如果问题仍然存在，请把这条信息告诉老师或管理员。"_s;
 // The journal of a change a kill interrupted stands but cannot be read:
-// %1 its path, %2 one of the reasons above. Start-up stops after it.
+// %1 its path, %2 one of the reasons above.
 inline const QString JournalUnreadable =
-    u"程序上次保存更改时被中断，记录这次更改的文件“%1”现在无法读取：%2\r\r为了不丢失邮件，程序没有改动任何文件，现在将退出。请解决上述问题后重新启动程序。"_s;
+    u"程序上次保存更改时被中断，记录这次更改的文件“%1”现在无法读取：%2\r\r为了不丢失邮件，程序没有改动任何文件。请解决上述问题后重新启动程序。"_s;
+// Follows, after CR CR, the box of a change start-up could not complete.
+inline const QString StartUpStopped = u"程序现在将退出。"_s;
 // A file whose "number" is not the number of its records: %1 the file's
 // name, %2 what its count says, %3 the records it holds.
 inline const QString MailCountDisagrees =

@@ -97,7 +97,8 @@ int main(int argc, char *argv[])
         try {
             RecoverDataFolder();
         } catch (const StoreError &error) {
-            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, ErrorBoxText(error));
+            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                               ErrorBoxText(error) + u"\r\r"_s + texts::StartUpStopped);
             setPrompter(nullptr);
             return 1;
         }
