@@ -227,9 +227,12 @@ FolderReading FolderAsRead(int folder, const QList<EmailRec> &mails, const FileF
     // Bytes that would be read in another encoding are parsed whole.
     if (!ReadsAsGb18030(image.bytes))
         return ReadFolder(folder, ProfileFile::parse(image.bytes));
+    // The file holds the header section, then the records, then the rest.
     FolderReading read;
     read.sections.frame = frame;
     read.sections.number = int(mails.size());
+    for (qsizetype k = 1; k <= mails.size(); ++k)
+        read.sections.records.append(k);
     read.mails = mails;
     for (int k = 0; k < read.mails.size(); ++k) {
         EmailRec &m = read.mails[k];
