@@ -34,11 +34,44 @@ inline const QString NumberOverflow = u"数值超出范围。"_s;
 inline const QString CannotWriteFile = u"无法写入文件“%1”：%2"_s;
 inline const QString CannotReadFile = u"无法读取文件“%1”：%2"_s;
 inline const QString ReasonDiskFull = u"磁盘已满。请删除一些不需要的文件，腾出空间后再试。"_s;
-inline const QString ReasonTooLarge = u"文件超出了系统允许的大小。"_s;
+inline const QString ReasonTooLarge =
+    u"文件超出了系统允许的大小。请删除这个文件夹中一些不需要的邮件，或把数据文件夹放到允许更大文件的磁盘上。"_s;
 inline const QString ReasonNoPermission = u"没有访问权限。请检查该文件及其所在文件夹的权限。"_s;
-inline const QString ReasonReadOnly = u"磁盘或文件夹是只读的。"_s;
+inline const QString ReasonReadOnly =
+    u"磁盘或文件夹是只读的。请取消磁盘的写保护，或把数据文件夹放到可以写入的位置。"_s;
+// A data file set read-only by itself, in a folder that can be written.
+inline const QString ReasonFileReadOnly =
+    u"该文件被设置为只读，程序不会替换它。请在文件属性中取消“只读”（或在终端中运行 chmod u+w 加上文件名），然后再试。"_s;
 inline const QString ReasonIsFolder = u"该位置上是一个文件夹，而不是文件。请将它移走或改名。"_s;
-inline const QString ReasonOther = u"系统错误 %1。"_s;  // %1: the error number
+// A file the program itself had just written was gone when it came to use it.
+inline const QString ReasonVanished =
+    u"刚写好的文件不见了，可能被其他程序删除或移走。请确认只打开了一个 Quillpost Express，然后再试。"_s;
+inline const QString ReasonIoError =
+    u"读写磁盘时出错。请检查磁盘或 U 盘是否连接良好；如果问题反复出现，请先把数据文件夹复制到别处保存，并请老师或管理员检查磁盘。"_s;
+// %1: the error number
+inline const QString ReasonOther =
+    u"系统错误 %1。请稍后再试；如果问题仍然存在，请把这条信息告诉老师或管理员。"_s;
+// The journal of a change a kill interrupted stands but cannot be read:
+// %1 its path, %2 one of the reasons above.
+inline const QString JournalUnreadable =
+    u"程序上次保存更改时被中断，记录这次更改的文件“%1”现在无法读取：%2\r\r为了不丢失邮件，程序没有改动任何文件。请解决上述问题后重新启动程序。"_s;
+// Follows, after CR CR, the box of a change start-up could not complete.
+inline const QString StartUpStopped = u"程序现在将退出。"_s;
+// A file whose "number" is not the number of its records: %1 the file's
+// name, %2 what its count says, %3 the records it holds.
+inline const QString MailCountDisagrees =
+    u"文件“%1”中记录的邮件数（%2）与其中实际的邮件数（%3）不一致。程序将显示全部 %3 封邮件，并在下次保存时写入正确的数目，不会删除任何邮件。"_s;
+inline const QString AccountCountDisagrees =
+    u"文件“%1”中记录的账号数（%2）与其中实际的账号数（%3）不一致。程序将使用全部 %3 个账号，并在下次保存时写入正确的数目，不会删除任何账号。"_s;
+// Parts of a data file holding bytes no text holds were copied aside: %1
+// the file's name, %2 how many parts, %3 the copy's name, %4 the folder
+// holding both.
+// The same in a data folder opened read-only, where nothing is saved: %1
+// the file's name, %2 how many parts.
+inline const QString PartsNotShown =
+    u"文件“%1”中有 %2 处内容含有无法识别的字符（例如空字符），无法显示。这些内容仍原样保存在该文件中，程序不会改动它。"_s;
+inline const QString PartsSetAside =
+    u"文件“%1”中有 %2 处内容含有无法识别的字符（例如空字符），无法显示。为了不丢失这些内容，程序已把它们原样保存到文件“%3”中，位于文件夹“%4”。文件中的其余内容照常使用。"_s;
 // A commit whose journal was written but whose renames failed: its change
 // stands and the next start-up finishes it. Follows CannotWriteFile's text.
 inline const QString CommitUnfinished = u"更改已经保存，将在程序下次启动时全部生效。"_s;

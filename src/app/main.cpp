@@ -90,12 +90,17 @@ int main(int argc, char *argv[])
     setPrompter(&boxes);
     if (!data.problem.isEmpty())
         prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, data.problem);
-    // A change a kill interrupted is completed before anything is read.
+    // A change a kill interrupted is completed before anything is read. One
+    // that cannot be completed, or whose journal cannot be read, ends the
+    // start: every look at a folder would meet half of it.
     if (!data.readOnly) {
         try {
             RecoverDataFolder();
         } catch (const StoreError &error) {
-            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, ErrorBoxText(error));
+            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                               ErrorBoxText(error) + u"\r\r"_s + texts::StartUpStopped);
+            setPrompter(nullptr);
+            return 1;
         }
     }
 

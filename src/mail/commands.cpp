@@ -36,6 +36,17 @@ EmailRec withId(EmailRec m, const QString &id)
     return m;
 }
 
+// A compose window's message stored over the message it opened: the
+// stored section's other lines (a key the window does not show, a value
+// longer than it shows) stay, and only the fields the user changed are
+// written anew.
+EmailRec replacing(const EmailRec &message, const QString &id, const EmailRec &stored)
+{
+    EmailRec m = withId(message, id);
+    m.origin = stored.origin;
+    return m;
+}
+
 // Moves or replaces the stored message, or adds the message anew: the
 // common ground of send now and send later. `movesFrom` are the folders
 // whose message leaves for the Outbox.
@@ -46,12 +57,14 @@ void storeInOutbox(const EmailRec &message, const StoredMail &stored,
     if (stored.isSet()) {
         const int at = locateStored(set.read(stored.folder), stored);
         if (at >= 0 && stored.folder == FolderFile::Outbox) {
-            set.change(FolderFile::Outbox)[at] = withId(message, stored.id);
+            MailList &outbox = set.change(FolderFile::Outbox);
+            outbox[at] = replacing(message, stored.id, outbox.at(at));
             set.commit();
             return;
         }
         if (at >= 0 && std::find(movesFrom.begin(), movesFrom.end(), stored.folder) != movesFrom.end()) {
-            AppendMail(set.change(FolderFile::Outbox), withId(message, stored.id));
+            AppendMail(set.change(FolderFile::Outbox),
+                       replacing(message, stored.id, set.read(stored.folder).at(at)));
             set.change(stored.folder).removeAt(at);
             set.commit();
             return;
@@ -116,7 +129,7 @@ StoredMail SaveDraft(const EmailRec &message, const StoredMail &stored, bool *cr
     const int at = stored.isSet() ? locateStored(set.read(stored.folder), stored) : -1;
     if (at >= 0) {
         result.index = at;
-        result.record = withId(message, stored.id);
+        result.record = replacing(message, stored.id, set.read(stored.folder).at(at));
         set.change(stored.folder)[at] = result.record;
         *created = false;
     } else {

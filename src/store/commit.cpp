@@ -1,12 +1,14 @@
 #include "commit.h"
 
 #include "appdir.h"
+#include "clock.h"
 #include "errors.h"
 #include "records.h"
 #include "texts.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <cerrno>
@@ -22,6 +24,7 @@ const char NewFileSuffix[] = ".new";
 namespace {
 
 bool syncing = true;
+FileFault fileFault;
 
 constexpr char JournalHeader[] = "quillpost-journal 1";
 constexpr char JournalEnd[] = "end";
@@ -37,20 +40,40 @@ QByteArray nativePath(const QString &fileName)
                     unchanged);
 }
 
+// The system calls, each asked of the fault first. They return 0 or the
+// errno of the failure.
+int doRename(const QByteArray &from, const QByteArray &to)
+{
+    if (const int error = InjectedFault(FileOp::Rename, from))
+        return error;
+    return ::rename(from.constData(), to.constData()) == 0 ? 0 : errno;
+}
+
+int doRemove(const QByteArray &path)
+{
+    if (const int error = InjectedFault(FileOp::Remove, path))
+        return error;
+    return ::unlink(path.constData()) == 0 || errno == ENOENT ? 0 : errno;
+}
+
 // Writes bytes to path, every byte checked and synced to the disk. The
 // file takes the permissions of the one it is to replace, when there is
 // one. Returns 0 or the errno of the first failure, with the file removed.
-int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArray &replaces)
+int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArray &replaces,
+                int flags = O_TRUNC)
 {
-    const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    int error = InjectedFault(FileOp::Open, path);
+    const int fd =
+        error != 0 ? -1 : ::open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0666);
     if (fd < 0)
-        return errno;
-    int error = 0;
+        return error != 0 ? error : errno;
     struct stat old;
-    if (::stat(replaces.constData(), &old) == 0 && S_ISREG(old.st_mode))
+    if (!replaces.isEmpty() && ::stat(replaces.constData(), &old) == 0 && S_ISREG(old.st_mode))
         ::fchmod(fd, old.st_mode & 07777);
     const char *p = bytes.constData();
     qsizetype left = bytes.size();
+    if (left > 0)
+        error = InjectedFault(FileOp::Write, path);
     while (left > 0 && error == 0) {
         const ssize_t n = ::write(fd, p, size_t(left));
         if (n < 0) {
@@ -61,8 +84,11 @@ int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArra
             left -= n;
         }
     }
-    if (error == 0 && syncing && ::fsync(fd) != 0)
-        error = errno;
+    if (error == 0 && syncing) {
+        error = InjectedFault(FileOp::Sync, path);
+        if (error == 0 && ::fsync(fd) != 0)
+            error = errno;
+    }
     if (::close(fd) != 0 && error == 0)
         error = errno;
     if (error != 0)
@@ -70,13 +96,16 @@ int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArra
     return error;
 }
 
-// A rename is only on the disk once the folder holding it is synced.
+// A rename or a removal is only on the disk once the folder holding it is
+// synced.
 int syncFolder()
 {
     if (!syncing)
         return 0;
-    const int fd = ::open(QFile::encodeName(AppDir()).constData(),
-                          O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const QByteArray dir = QFile::encodeName(AppDir());
+    if (const int error = InjectedFault(FileOp::SyncFolder, dir))
+        return error;
+    const int fd = ::open(dir.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0)
         return errno;
     const int result = ::fsync(fd) == 0 ? 0 : errno;
@@ -88,6 +117,17 @@ bool isFolder(const QByteArray &path)
 {
     struct stat st;
     return ::lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// A data file set read-only (no write permission for anyone) in a folder
+// that can be written: the rename would replace it all the same, so it is
+// refused first. Root may write any file, and so is never refused here; a
+// file that is only someone else's is replaced, as it always was.
+bool isReadOnlyFile(const QByteArray &path)
+{
+    struct stat st;
+    return ::stat(path.constData(), &st) == 0 && S_ISREG(st.st_mode) && (st.st_mode & 0222) == 0
+        && ::access(path.constData(), W_OK) != 0 && errno == EACCES;
 }
 
 // The names a journal lists, or nothing when it is not a whole journal.
@@ -110,20 +150,55 @@ QStringList journalNames(const QByteArray &content)
     return names;
 }
 
+enum class Renames { Live, Recovering };
+
 // Moves every NAME.new of the names into place. Returns 0 or the first errno,
-// with the name it failed on.
-int renameAll(const QStringList &names, QString *failedName)
+// with the name it failed on. A commit that runs wrote each of its files
+// itself: one missing was removed behind its back, and the change fails.
+// Only a recovery may find a file already moved before an interruption.
+int renameAll(const QStringList &names, Renames mode, QString *failedName)
 {
     for (const QString &name : names) {
         const QByteArray from = nativePath(name + QLatin1StringView(NewFileSuffix));
-        if (::access(from.constData(), F_OK) != 0)
-            continue;  // moved before an interruption
-        if (::rename(from.constData(), nativePath(name).constData()) != 0) {
+        if (mode == Renames::Recovering && ::access(from.constData(), F_OK) != 0)
+            continue;
+        if (const int error = doRename(from, nativePath(name))) {
             *failedName = name;
-            return errno;
+            return error;
         }
     }
     return 0;
+}
+
+// The journal's content; throws FileError when a journal stands that cannot
+// be opened or read, null bytes when there is none.
+QByteArray readJournal()
+{
+    const QString journalName = QLatin1StringView(JournalName);
+    const QByteArray path = nativePath(journalName);
+    struct stat st;
+    if (::lstat(path.constData(), &st) != 0 && errno == ENOENT)
+        return QByteArray();
+    const auto unreadable = [&](int error) {
+        return FileError(texts::JournalUnreadable.arg(AppFilePath(journalName),
+                                                      FileFailureReason(error)));
+    };
+    int error = InjectedFault(FileOp::Open, path);
+    const int fd = error != 0 ? -1 : ::open(path.constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        throw unreadable(error != 0 ? error : errno);
+    QByteArray content(64 * 1024, Qt::Uninitialized);
+    error = InjectedFault(FileOp::Read, path);
+    ssize_t n = -1;
+    while (error == 0 && (n = ::read(fd, content.data(), size_t(content.size()))) < 0) {
+        if (errno != EINTR)
+            error = errno;
+    }
+    ::close(fd);
+    if (error != 0)
+        throw unreadable(error);
+    content.truncate(n);
+    return content.isNull() ? QByteArray("") : content;
 }
 
 }  // namespace
@@ -131,6 +206,19 @@ int renameAll(const QStringList &names, QString *failedName)
 void SetSyncing(bool on)
 {
     syncing = on;
+}
+
+void SetFileFault(FileFault fault)
+{
+    fileFault = std::move(fault);
+}
+
+int InjectedFault(FileOp op, const QByteArray &path)
+{
+    if (!fileFault)
+        return 0;
+    return fileFault(op, op == FileOp::SyncFolder ? QFile::decodeName(path)
+                                                  : QFileInfo(QFile::decodeName(path)).fileName());
 }
 
 QString FileFailureReason(int error)
@@ -148,6 +236,10 @@ QString FileFailureReason(int error)
         return texts::ReasonReadOnly;
     case EISDIR:
         return texts::ReasonIsFolder;
+    case EIO:
+        return texts::ReasonIoError;
+    case ENOENT:
+        return texts::ReasonVanished;
     default:
         return texts::ReasonOther.arg(error);
     }
@@ -174,13 +266,15 @@ void FileCommit::run()
         throw FileError(DataReadOnlyText());
     // A journal still standing belongs to a commit that could not finish;
     // it is completed first so that this one builds on its files.
-    if (QFile::exists(AppFilePath(QLatin1StringView(JournalName))))
+    if (QFileInfo::exists(AppFilePath(QLatin1StringView(JournalName))))
         RecoverDataFolder();
 
     // Nothing is written when one of the files could not be replaced.
     for (const File &f : m_files) {
         if (isFolder(nativePath(f.name)))
             fail(f.name, EISDIR);
+        if (isReadOnlyFile(nativePath(f.name)))
+            throw FileError(texts::CannotWriteFile.arg(AppFilePath(f.name), texts::ReasonFileReadOnly));
     }
     QStringList written;
     const auto removeWritten = [&written] {
@@ -198,16 +292,16 @@ void FileCommit::run()
     }
 
     // One file needs no journal: its rename alone is the unit.
+    const QString journalName = QLatin1StringView(JournalName);
     if (m_files.size() > 1) {
         QByteArray journal = QByteArray(JournalHeader) + '\n';
         for (const File &f : m_files)
             journal += f.name.toUtf8() + '\n';
         journal += QByteArray(JournalEnd) + '\n';
-        const QString journalName = QLatin1StringView(JournalName);
         const QByteArray pending = nativePath(journalName + QLatin1StringView(NewFileSuffix));
         int error = writeSynced(pending, journal, QByteArray());
-        if (error == 0 && ::rename(pending.constData(), nativePath(journalName).constData()) != 0)
-            error = errno;
+        if (error == 0)
+            error = doRename(pending, nativePath(journalName));
         if (error == 0)
             error = syncFolder();
         if (error != 0) {
@@ -222,7 +316,7 @@ void FileCommit::run()
     }
 
     QString failedName;
-    const int error = renameAll(written, &failedName);
+    const int error = renameAll(written, Renames::Live, &failedName);
     if (error != 0) {
         if (m_files.size() == 1) {
             removeWritten();
@@ -235,41 +329,79 @@ void FileCommit::run()
                             + u"\r\r"_s + texts::CommitUnfinished,
                         false);
     }
-    // The renames are made; a folder that cannot be synced now leaves
-    // nothing better to do than to go on.
-    syncFolder();
-    if (m_files.size() > 1)
-        ::unlink(nativePath(QLatin1StringView(JournalName)).constData());
+    // The change is made. The journal goes only once the renames are on the
+    // disk, and its removal is synced in turn: a journal come back after a
+    // power cut would rename whatever a later commit had half written under
+    // its names. Should either fail, the journal still standing is finished
+    // (there is nothing left to move) before anything else is read.
+    if (syncFolder() == 0 && m_files.size() > 1 && doRemove(nativePath(journalName)) == 0)
+        syncFolder();
 }
 
 void RecoverDataFolder()
 {
     const QString journalName = QLatin1StringView(JournalName);
-    QFile journal(AppFilePath(journalName));
-    if (journal.open(QIODevice::ReadOnly)) {
-        const QStringList names = journalNames(journal.read(64 * 1024));
-        journal.close();
+    const QByteArray journal = readJournal();
+    if (!journal.isNull()) {
+        const QStringList names = journalNames(journal);
         QString failedName;
-        const int error = renameAll(names, &failedName);
+        int error = renameAll(names, Renames::Recovering, &failedName);
+        if (error == 0)
+            error = syncFolder();
+        if (error == 0) {
+            failedName = journalName;
+            error = doRemove(nativePath(journalName));
+        }
+        if (error == 0)
+            error = syncFolder();
         if (error != 0)
             fail(failedName, error, false);
-        syncFolder();
-        ::unlink(nativePath(journalName).constData());
     }
 
     // What is left are files of commits that never reached their journal,
-    // and the temporary files of the save-then-rename an older version
-    // used (NAME.dat.XXXXXX): none of them holds anything the data files
-    // do not. Six characters of one kind only are a word or a number that
-    // a user gave a copy (receive_c.dat.backup, draft.dat.202401), which
-    // must be kept; the older version's random ones nearly always mix.
+    // files being set aside when a kill came, and the temporary files of
+    // the save-then-rename an older version used (NAME.dat.XXXXXX): none of
+    // them holds anything the data files do not. Six characters of one kind
+    // only are a word or a number that a user gave a copy
+    // (receive_c.dat.backup, draft.dat.202401), which must be kept; the
+    // older version's random ones nearly always mix.
     static const QRegularExpression leftover(
         u"^(mailbox|receive_c|send_c|receive_s|deleted_c|draft|send_s)\\.dat"
-        u"(\\.new|\\.(?![a-z]{6}$|[A-Z]{6}$|[0-9]{6}$)[A-Za-z0-9]{6})$"_s);
+        u"(\\.new|\\.damaged-[0-9-]+\\.new|\\.(?![a-z]{6}$|[A-Z]{6}$|[0-9]{6}$)[A-Za-z0-9]{6})$"_s);
     const QDir dir(AppDir());
     const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &entry : entries) {
         if (entry == journalName + QLatin1StringView(NewFileSuffix) || leftover.match(entry).hasMatch())
             ::unlink(nativePath(entry).constData());
     }
+}
+
+QString WriteAside(const QString &stem, const QByteArray &bytes)
+{
+    const QDir dir(AppDir());
+    const QStringList taken = dir.entryList({stem + u'*'}, QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString &name : taken) {
+        QFile f(dir.filePath(name));
+        if (!name.endsWith(QLatin1StringView(NewFileSuffix)) && f.size() == bytes.size()
+            && f.open(QIODevice::ReadOnly) && f.readAll() == bytes)
+            return name;
+    }
+    const QString dated = stem + Now().toString(u"yyyyMMdd-HHmm"_s);
+    QString name = dated;
+    for (int n = 2; QFileInfo::exists(AppFilePath(name)) || QFileInfo(AppFilePath(name)).isSymLink();
+         ++n)
+        name = dated + u'-' + QString::number(n);
+    // Written beside, then renamed: a kill leaves a whole file or a
+    // temporary one that the start-up removes.
+    const QByteArray pending = nativePath(name + QLatin1StringView(NewFileSuffix));
+    int error = writeSynced(pending, bytes, QByteArray());
+    if (error == 0)
+        error = doRename(pending, nativePath(name));
+    if (error == 0)
+        error = syncFolder();
+    if (error != 0) {
+        ::unlink(pending.constData());
+        fail(name, error);
+    }
+    return name;
 }

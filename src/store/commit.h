@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 // Replacing the data files so that no message is ever lost or doubled.
 //
 // Each new file is written beside the old one as NAME.new; every byte is
@@ -38,8 +40,18 @@ private:
 // Run once at start-up, before anything is read: completes a commit that a
 // kill interrupted after its journal, and removes the temporary files of
 // one interrupted before it (with those an older version left behind).
-// Throws FileError when an interrupted commit cannot be completed.
+// Throws FileError when an interrupted commit cannot be completed, and when
+// a journal stands that cannot be opened or read: then nothing is touched,
+// since the files it names may be the only copy of a change.
 void RecoverDataFolder();
+
+// Writes bytes as a new file of the data folder whose name begins with stem
+// (a date follows, and a number when that name is taken), synced to the
+// disk with its folder, and returns the name. When a file of that stem
+// already holds exactly these bytes, its name is returned and nothing is
+// written, so that a start after a kill does not keep a second copy.
+// Throws FileError.
+QString WriteAside(const QString &stem, const QByteArray &bytes);
 
 // The Chinese reason for a failed file operation, by errno: what the user
 // can act on (disk full, no permission, a folder in the file's place).
@@ -48,6 +60,17 @@ QString FileFailureReason(int error);
 // Whether commits sync files and folder to the disk (they do); off only
 // for a benchmark that measures what the syncs cost.
 void SetSyncing(bool on);
+
+// The file operations of the store, by kind. A fault, set by a test, is
+// asked before each one with the operation and the file's name in the data
+// folder (the folder's own path for SyncFolder): 0 lets it go on, an errno
+// makes it fail as the system would with that error. A fault that always
+// answers 0 sees the order of the operations.
+enum class FileOp { Open, Read, Write, Sync, Rename, Remove, SyncFolder };
+using FileFault = std::function<int(FileOp op, const QString &name)>;
+void SetFileFault(FileFault fault);
+// What the fault answers for op on a native path; 0 when none is set.
+int InjectedFault(FileOp op, const QByteArray &path);
 
 // The name of the journal in the data folder, and the suffix of a file
 // being written; for the tests that look at what a kill left behind.

@@ -35,67 +35,100 @@ bool validFolder(int folder)
     return false;
 }
 
-QByteArray sectionName(int k)
+// The fields of a message in the order of the file's lines, and how each
+// is written.
+const QList<FieldFormat> &emailFormats()
 {
-    return "email-" + QByteArray::number(k + 1);
+    static const QList<FieldFormat> formats{
+        {"id", FieldKind::Trimmed},      {"from", FieldKind::Trimmed},
+        {"to", FieldKind::Trimmed},      {"alsoto", FieldKind::Trimmed},
+        {"subject", FieldKind::Trimmed}, {"content", FieldKind::Body},
+        {"datetime", FieldKind::Trimmed}, {"attachment", FieldKind::Trimmed},
+        {"isnew", FieldKind::Trimmed}};
+    return formats;
+}
+
+QList<const QString *> fieldsOf(const EmailRec &m)
+{
+    return {&m.id, &m.from, &m.to, &m.alsoto, &m.subject, &m.content, &m.datetime,
+            &m.attachment, &m.isnew};
+}
+
+QList<QString> valuesOf(const EmailRec &m)
+{
+    return {m.id, m.from, m.to, m.alsoto, m.subject, m.content, m.datetime, m.attachment, m.isnew};
+}
+
+// The body a record shows. One stored in its brackets is unescaped as the
+// files have always been read; one another tool stored without them (or
+// shorter than two brackets) shows whole, its line breaks restored, since
+// its first and last characters are the writer's text and not marks.
+QString bodyOf(const ProfileFile &file, qsizetype section)
+{
+    const QByteArrayView raw = file.rawValue(section, "content");
+    const QString cut = file.sectionValue(section, "content", ProfileFile::ContentBuffer);
+    if (raw.size() >= 2 && raw.front() == '[' && raw.back() == ']')
+        return UnescapeContent(cut);
+    QString body = cut;
+    body.replace(u"\\n"_s, u"\r\n"_s, Qt::CaseInsensitive);
+    return body;
+}
+
+EmailRec readEmail(const ProfileFile &file, qsizetype section, int folder, int index)
+{
+    EmailRec m;
+    m.id = LeadingNumberText(file.sectionValue(section, "id"));
+    m.from = file.sectionValue(section, "from");
+    m.to = file.sectionValue(section, "to");
+    m.alsoto = file.sectionValue(section, "alsoto");
+    m.subject = file.sectionValue(section, "subject");
+    m.content = bodyOf(file, section);
+    m.datetime = file.sectionValue(section, "datetime");
+    m.attachment = file.sectionValue(section, "attachment");
+    m.isnew = LeadingNumberText(file.sectionValue(section, "isnew"));
+    m.folder = folder;
+    m.index = index;
+    m.origin = OriginOf(file, section, valuesOf(m));
+    return m;
 }
 }  // namespace
 
+FolderReading ReadFolder(int folder, const ProfileFile &file)
+{
+    FolderReading out;
+    out.sections = SortSections(file, "email", "email-");
+    const QList<qsizetype> &records = out.sections.records;
+    if (records.size() > MAX_FOLDER_MAILS)
+        throw IndexError(texts::TooManyMails);
+    out.mails.reserve(records.size());
+    for (qsizetype k = 0; k < records.size(); ++k)
+        out.mails.append(readEmail(file, records[k], folder, int(k)));
+    return out;
+}
+
 QList<EmailRec> ParseFolder(int folder, const ProfileFile &file)
 {
-    // Only four characters of "number" are ever read.
-    const int number = LeadingNumber(file.value("email", "number", 5));
-    if (number > MAX_FOLDER_MAILS)
-        throw IndexError(texts::TooManyMails);
+    return ReadFolder(folder, file).mails;
+}
 
-    QList<EmailRec> read(number);
-    for (int k = 0; k < number; ++k) {
-        const QByteArray section = sectionName(k);
-        EmailRec &m = read[k];
-        m.id = LeadingNumberText(file.value(section, "id"));
-        m.from = file.value(section, "from");
-        m.to = file.value(section, "to");
-        m.alsoto = file.value(section, "alsoto");
-        m.subject = file.value(section, "subject");
-        m.content = UnescapeContent(file.value(section, "content", ProfileFile::ContentBuffer));
-        m.datetime = file.value(section, "datetime");
-        m.attachment = file.value(section, "attachment");
-        m.isnew = LeadingNumberText(file.value(section, "isnew"));
-        m.folder = folder;
-        m.index = k;
+FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
+{
+    qsizetype bytes = 32;
+    for (const EmailRec &m : mails) {
+        bytes += m.origin ? m.origin->bytes.size() + 64
+                          : 128 + 2 * (m.id.size() + m.from.size() + m.to.size() + m.alsoto.size()
+                                       + m.subject.size() + 2 * m.content.size() + m.datetime.size()
+                                       + m.attachment.size() + m.isnew.size());
     }
-    return read;
+    RecordFileWriter out(frame, "email", "email-", mails.size(), bytes);
+    for (const EmailRec &m : mails)
+        out.record(emailFormats(), fieldsOf(m), m.origin);
+    return out.finish();
 }
 
 QByteArray FolderBytes(const QList<EmailRec> &mails)
 {
-    ProfileWriter out;
-    qsizetype characters = 32;
-    for (const EmailRec &m : mails) {
-        characters += 128 + m.id.size() + m.from.size() + m.to.size() + m.alsoto.size()
-            + m.subject.size() + 2 * m.content.size() + m.datetime.size() + m.attachment.size()
-            + m.isnew.size();
-    }
-    out.reserve(characters);
-    out.section("email");
-    out.line(u"number", QString::number(mails.size()));
-    out.line(QStringView());
-    for (int k = 0; k < mails.size(); ++k) {
-        const EmailRec &m = mails[k];
-        out.section(sectionName(k));
-        // Trailing blanks go from every value but the body.
-        out.line(u"id", RightTrimmed(m.id));
-        out.line(u"from", RightTrimmed(m.from));
-        out.line(u"to", RightTrimmed(m.to));
-        out.line(u"alsoto", RightTrimmed(m.alsoto));
-        out.line(u"subject", RightTrimmed(m.subject));
-        out.bodyLine(u"content", m.content);  // its blanks kept, in brackets
-        out.line(u"datetime", RightTrimmed(m.datetime));
-        out.line(u"attachment", RightTrimmed(m.attachment));
-        out.line(u"isnew", RightTrimmed(m.isnew));
-        out.line(QStringView());
-    }
-    return out.bytes();
+    return FolderImage(mails, PlainFrame()).bytes;
 }
 
 namespace {
@@ -168,27 +201,54 @@ bool bodyReadsBack(const QString &body)
     return bytes < ProfileFile::ContentBuffer;
 }
 
-bool readsBackAsWritten(const EmailRec &m)
+// Whether each field a record's line was written for reads back as it is.
+bool linesReadBack(const EmailRec &m)
 {
-    return numberReadsBack(m.id) && numberReadsBack(m.isnew) && readsBackAsWritten(m.from)
-        && readsBackAsWritten(m.to) && readsBackAsWritten(m.alsoto)
-        && readsBackAsWritten(m.subject) && readsBackAsWritten(m.datetime)
-        && readsBackAsWritten(m.attachment) && bodyReadsBack(m.content);
+    const QList<const QString *> fields = fieldsOf(m);
+    const QList<FieldFormat> &formats = emailFormats();
+    for (qsizetype i = 0; i < fields.size(); ++i) {
+        const QString &value = *fields[i];
+        if (m.origin && m.origin->asRead.at(i) == value)
+            continue;  // its line was kept, and reads as it did
+        const bool number = fields[i] == &m.id || fields[i] == &m.isnew;
+        const bool back = number ? numberReadsBack(value)
+            : formats[i].kind == FieldKind::Body ? bodyReadsBack(value)
+                                               : readsBackAsWritten(value);
+        if (!back)
+            return false;
+    }
+    return true;
 }
 }  // namespace
 
-QList<EmailRec> FolderAsRead(int folder, const QList<EmailRec> &mails, const QByteArray &bytes)
+FolderReading FolderAsRead(int folder, const QList<EmailRec> &mails, const FileFrame &frame,
+                           const FileImage &image)
 {
     // Bytes that would be read in another encoding are parsed whole.
-    if (!ReadsAsGb18030(bytes))
-        return ParseFolder(folder, ProfileFile::parse(bytes));
-    QList<EmailRec> read = mails;
-    for (int k = 0; k < read.size(); ++k) {
-        EmailRec &m = read[k];
-        // Sections are independent, since no written value spans lines: a
-        // record alone reads as it does in its file, in the file's encoding.
-        if (!readsBackAsWritten(m))
-            m = ParseFolder(folder, ProfileFile::parseGb18030(FolderBytes({m}))).front();
+    if (!ReadsAsGb18030(image.bytes))
+        return ReadFolder(folder, ProfileFile::parse(image.bytes));
+    // The file holds the header section, then the records, then the rest.
+    FolderReading read;
+    read.sections.frame = frame;
+    read.sections.number = int(mails.size());
+    for (qsizetype k = 1; k <= mails.size(); ++k)
+        read.sections.records.append(k);
+    read.mails = mails;
+    for (int k = 0; k < read.mails.size(); ++k) {
+        EmailRec &m = read.mails[k];
+        // Sections are independent, since no value spans lines: a record
+        // alone reads as it does in its file, in the file's encoding.
+        const QByteArrayView body = QByteArrayView(image.bytes)
+                                        .sliced(image.bodyBegin[k], image.bodyEnd[k] - image.bodyBegin[k]);
+        if (image.asOrigin[k]) {
+            // Written as read: the same bytes, the same values.
+        } else if (linesReadBack(m)) {
+            m.origin = std::make_shared<const StoredSection>(
+                StoredSection{body.toByteArray(), valuesOf(m)});
+        } else {
+            m = readEmail(ProfileFile::parseGb18030("[email-1]\r\n" + body.toByteArray()), 0,
+                          folder, k);
+        }
         m.folder = folder;
         m.index = k;
     }
@@ -220,6 +280,8 @@ void SaveEmails(int folder, const EmailArray &mails, MailCount count)
 
 QString UnescapeContent(const QString &stored)
 {
+    // The record reader never gives it such a value (see bodyOf); a caller
+    // that does fails as the files' format always had it.
     if (stored.size() < 2)
         throw FormatError(texts::BadStoredContent);
     QString out = stored.mid(1, stored.size() - 2);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordfile.h"
 #include "records.h"
 
 #include <QByteArray>
@@ -9,10 +10,10 @@ class ProfileFile;
 
 // The six folder files.
 
-// Reads a whole folder into mails from index 0 and sets count from the
-// file. A folder number outside 0..5 shows the out-of-range box and leaves
-// mails and count as they were. Throws IndexError for a count above 101 and
-// FormatError for a stored body without its brackets, changing nothing.
+// Reads a whole folder into mails from index 0 and sets count to the number
+// of its records. A folder number outside 0..5 shows the out-of-range box
+// and leaves mails and count as they were. Throws IndexError for more than
+// 101 records, changing nothing.
 void LoadEmails(int folder, EmailArray &mails, MailCount &count);
 // Rewrites the folder's file with records 0..count-1, every value
 // lower-cased and right-trimmed. A bad folder number shows the box and
@@ -33,11 +34,25 @@ MailCount CountUnread(const QList<EmailRec> &mails);
 // its contents.
 void RemoveEmailAt(EmailArray &mails, int position);
 
-// The records of a parsed folder file, by its "number"; the rules above.
+// A folder file read: its records (the rules in recordfile.h), each with the
+// section it came from, and the rest of the file. Throws IndexError for
+// more than 101 records.
+struct FolderReading
+{
+    QList<EmailRec> mails;
+    RecordSections sections;
+};
+FolderReading ReadFolder(int folder, const ProfileFile &file);
+// Its records alone.
 QList<EmailRec> ParseFolder(int folder, const ProfileFile &file);
-// The bytes SaveEmails writes for these records.
+
+// The bytes SaveEmails writes for these records in a file of their own.
 QByteArray FolderBytes(const QList<EmailRec> &mails);
-// What ParseFolder gives for bytes, which FolderBytes wrote for mails. Most
-// records read back as they were written and are taken as they are; only
-// the others are parsed, so keeping a saved folder costs little.
-QList<EmailRec> FolderAsRead(int folder, const QList<EmailRec> &mails, const QByteArray &bytes);
+// The same around the rest of the file the records were read from.
+FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame);
+// What ReadFolder gives for the bytes FolderImage wrote for mails and frame.
+// A record written as its bytes were read, or whose new lines read back as
+// they were written, is taken as it is; only the others are parsed, so
+// keeping a saved folder costs little.
+FolderReading FolderAsRead(int folder, const QList<EmailRec> &mails, const FileFrame &frame,
+                           const FileImage &image);

@@ -9,54 +9,62 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-QByteArray sectionName(int k)
+const QList<FieldFormat> &accountFormats()
 {
-    return "mailbox-" + QByteArray::number(k + 1);
+    // Account values are lower-cased but, unlike message values, keep their
+    // trailing blanks.
+    static const QList<FieldFormat> formats{{"name", FieldKind::Kept},     {"pop", FieldKind::Kept},
+                                        {"smtp", FieldKind::Kept},     {"username", FieldKind::Kept},
+                                        {"userpassword", FieldKind::Kept}, {"address", FieldKind::Kept}};
+    return formats;
 }
 }  // namespace
+
+AccountsReading ReadAccounts(const ProfileFile &file)
+{
+    AccountsReading out;
+    out.sections = SortSections(file, "mailbox", "mailbox-");
+    const QList<qsizetype> &records = out.sections.records;
+    if (records.size() > MAX_MAILBOXES)
+        throw IndexError(texts::TooManyAccounts);
+    for (qsizetype section : records) {
+        MailBoxRec a;
+        a.name = RightTrim(file.sectionValue(section, "name"));
+        a.pop = RightTrim(file.sectionValue(section, "pop"));
+        a.smtp = RightTrim(file.sectionValue(section, "smtp"));
+        a.username = RightTrim(file.sectionValue(section, "username"));
+        a.userpassword = RightTrim(file.sectionValue(section, "userpassword"));
+        a.address = RightTrim(file.sectionValue(section, "address"));
+        a.origin = OriginOf(file, section, {a.name, a.pop, a.smtp, a.username, a.userpassword, a.address});
+        out.accounts.append(std::move(a));
+    }
+    return out;
+}
 
 QList<MailBoxRec> ParseAccounts(const ProfileFile &file, int count)
 {
     // A caller that knows how many accounts it wants is not overruled by
-    // the file; only four characters of "number" are ever read.
-    const int number = count != 0 ? count : LeadingNumber(file.value("mailbox", "number", 5));
-    if (number > MAX_MAILBOXES)
+    // the file.
+    if (count > MAX_MAILBOXES)
         throw IndexError(texts::TooManyAccounts);
-
-    QList<MailBoxRec> accounts(qMax(number, 0));
-    for (int k = 0; k < accounts.size(); ++k) {
-        const QByteArray section = sectionName(k);
-        MailBoxRec &a = accounts[k];
-        a.name = RightTrim(file.value(section, "name"));
-        a.pop = RightTrim(file.value(section, "pop"));
-        a.smtp = RightTrim(file.value(section, "smtp"));
-        a.username = RightTrim(file.value(section, "username"));
-        a.userpassword = RightTrim(file.value(section, "userpassword"));
-        a.address = RightTrim(file.value(section, "address"));
-    }
+    QList<MailBoxRec> accounts = ReadAccounts(file).accounts;
+    if (count != 0)
+        accounts.resize(qMax(count, 0));
     return accounts;
 }
 
 QByteArray AccountBytes(const QList<MailBoxRec> &accounts)
 {
-    // Account values are lower-cased but, unlike message values, keep their
-    // trailing blanks.
-    ProfileWriter out;
-    out.section("mailbox");
-    out.line(u"number", QString::number(accounts.size()));
-    out.line(QStringView());
-    for (int k = 0; k < accounts.size(); ++k) {
-        const MailBoxRec &a = accounts[k];
-        out.section(sectionName(k));
-        out.line(u"name", a.name);
-        out.line(u"pop", a.pop);
-        out.line(u"smtp", a.smtp);
-        out.line(u"username", a.username);
-        out.line(u"userpassword", a.userpassword);
-        out.line(u"address", a.address);
-        out.line(QStringView());
-    }
-    return out.bytes();
+    return AccountBytes(accounts, PlainFrame());
+}
+
+QByteArray AccountBytes(const QList<MailBoxRec> &accounts, const FileFrame &frame)
+{
+    RecordFileWriter out(frame, "mailbox", "mailbox-", accounts.size(), 256 * accounts.size());
+    for (const MailBoxRec &a : accounts)
+        out.record(accountFormats(), {&a.name, &a.pop, &a.smtp, &a.username, &a.userpassword, &a.address},
+                   a.origin);
+    return out.finish().bytes;
 }
 
 void LoadMailBoxes(MailBoxArray &accounts, MailCount &count)

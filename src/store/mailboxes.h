@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordfile.h"
 #include "records.h"
 
 #include <QByteArray>
@@ -19,8 +20,19 @@ void SaveMailBoxes(const MailBoxArray &accounts, MailCount count);
 // its contents.
 void RemoveMailBoxAt(MailBoxArray &accounts, int position);
 
-// The accounts of a parsed mailbox.dat: count of them, or as many as its
-// "number" says when count is 0.
+// mailbox.dat read: its accounts (the sections mailbox-N, by the rules in
+// recordfile.h), each with the section it came from, and the rest of the
+// file. Throws IndexError for more than 21 accounts.
+struct AccountsReading
+{
+    QList<MailBoxRec> accounts;
+    RecordSections sections;
+};
+AccountsReading ReadAccounts(const ProfileFile &file);
+// The accounts of a parsed mailbox.dat: all of them when count is 0, else
+// the first count, empty ones making up for those the file lacks.
 QList<MailBoxRec> ParseAccounts(const ProfileFile &file, int count);
-// The bytes SaveMailBoxes writes for these accounts.
+// The bytes SaveMailBoxes writes for these accounts, in a file of their own
+// or around the rest of the file they were read from.
 QByteArray AccountBytes(const QList<MailBoxRec> &accounts);
+QByteArray AccountBytes(const QList<MailBoxRec> &accounts, const FileFrame &frame);

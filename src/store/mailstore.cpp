@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 #include <cerrno>
 #include <optional>
@@ -100,12 +101,13 @@ struct Cached
 struct CachedFolder : Cached
 {
     MailList mails;
+    FileFrame frame = PlainFrame();
 };
 
 struct CachedAccounts : Cached
 {
-    ProfileFile file;
     AccountList accounts;
+    FileFrame frame = PlainFrame();
 };
 
 struct Cache
@@ -157,22 +159,30 @@ void setAside(const QString &fileName)
 }
 
 // Reads a data file whose first section is header and whose records are
-// sections prefix1, prefix2, ... Bytes that are no such file at all are
-// set aside and read as an empty file. What a hand edit can do to a real
-// data file (a wrong count, a value cut short) is left to the loaders.
+// sections prefix1, prefix2, ... Bytes that are no such file at all (no
+// header, a count that is no number over records, or bytes no text holds
+// before the first record) are set aside whole and read as an empty file.
+// What a hand edit or another tool can do to a real data file (a wrong
+// count, a long value, a damaged record) is left to the record reader.
 ProfileFile readDataFile(const QString &fileName, QByteArrayView header, QByteArrayView prefix)
 {
     ProfileFile file = ProfileFile::load(AppFilePath(fileName));
     if (file.isBlank())
         return file;
-    const bool notData = file.isBinary() || !file.hasSection(header)
+    bool binaryHead = file.isBinary() && HoldsBinary(file.prelude());
+    for (qsizetype i = 0; i < file.sectionCount() && file.isBinary() && !binaryHead; ++i) {
+        if (file.sectionName(i) == header) {
+            binaryHead = file.sectionIsBinary(i);
+            break;
+        }
+    }
+    const bool notData = binaryHead || !file.hasSection(header)
         || (!startsWithDigit(file.value(header, "number")) && file.hasNumberedSection(prefix));
     if (!notData)
         return file;
     setAside(fileName);
     return ProfileFile();
 }
-
 // A change whose journal stands was made but not finished (its renames
 // failed, or a kill came between): it is finished before anything is read,
 // so that no command builds on half of it and then undoes the rest.
@@ -187,25 +197,62 @@ void finishPendingChange()
 
 }  // namespace
 
-namespace store {
+namespace {
+// Tells the user what reading a data file found and kept, once for each
+// state of the file (not at every look, nor again after the cache was
+// forgotten): a count that is not the number of its records, and parts that
+// could not be shown, which are first saved beside the file so that no
+// later save of it can lose them.
+void keepAndTell(const QString &fileName, const Signature &read, const RecordSections &sections,
+                 const QString &countDisagrees)
+{
+    QString aside;
+    if (!sections.setAside.isEmpty() && !DataReadOnly())
+        aside = WriteAside(fileName + u".damaged-"_s, sections.setAside);
+    static QSet<QString> told;
+    const QString state = AppFilePath(fileName) + u'|' + QString::number(read.inode) + u'|'
+        + QString::number(read.size) + u'|' + QString::number(read.modified);
+    if ((!sections.countDisagrees() && sections.setAside.isEmpty()) || told.contains(state))
+        return;
+    told.insert(state);
+    if (sections.countDisagrees()) {
+        prompter().message(Prompter::Icon::Information, texts::AppTitle,
+                           countDisagrees.arg(fileName)
+                               .arg(sections.number)
+                               .arg(sections.records.size()));
+    }
+    if (!aside.isEmpty()) {
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           texts::PartsSetAside.arg(fileName)
+                               .arg(sections.setAsideCount)
+                               .arg(aside, QDir::toNativeSeparators(AppDir())));
+    } else if (!sections.setAside.isEmpty()) {
+        // Nothing is ever saved in a folder opened read-only: the parts stay
+        // where they are.
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           texts::PartsNotShown.arg(fileName).arg(sections.setAsideCount));
+    }
+}
 
-MailList Folder(int folder)
+CachedFolder &folderRead(int folder)
 {
     finishPendingChange();
     CachedFolder &c = cache().folders[folder];
     const QString name = FolderFile::fileName(folder);
     if (c.stillHolds(name))
-        return c.mails;
+        return c;
     // The signature is taken before the reading, so that a change during
     // it shows at the next question.
     const Signature before = signatureOf(name);
     const ProfileFile file = readDataFile(name, "email", "email-");
-    c.mails = ParseFolder(folder, file);
+    FolderReading reading = ReadFolder(folder, file);
+    keepAndTell(name, before, reading.sections, texts::MailCountDisagrees);
+    c.mails = std::move(reading.mails);
+    c.frame = std::move(reading.sections.frame);
     c.record(QFileInfo::exists(AppFilePath(name)) ? before : Signature(), file.bytes());
-    return c.mails;
+    return c;
 }
 
-namespace {
 CachedAccounts &accountsRead()
 {
     finishPendingChange();
@@ -213,13 +260,22 @@ CachedAccounts &accountsRead()
     if (c.stillHolds(MailBoxFileName))
         return c;
     const Signature before = signatureOf(MailBoxFileName);
-    ProfileFile file = readDataFile(MailBoxFileName, "mailbox", "mailbox-");
-    c.accounts = ParseAccounts(file, 0);
+    const ProfileFile file = readDataFile(MailBoxFileName, "mailbox", "mailbox-");
+    AccountsReading reading = ReadAccounts(file);
+    keepAndTell(MailBoxFileName, before, reading.sections, texts::AccountCountDisagrees);
+    c.accounts = std::move(reading.accounts);
+    c.frame = std::move(reading.sections.frame);
     c.record(QFileInfo::exists(AppFilePath(MailBoxFileName)) ? before : Signature(), file.bytes());
-    c.file = std::move(file);
     return c;
 }
 }  // namespace
+
+namespace store {
+
+MailList Folder(int folder)
+{
+    return folderRead(folder).mails;
+}
 
 AccountList Accounts()
 {
@@ -228,7 +284,12 @@ AccountList Accounts()
 
 AccountList Accounts(int count)
 {
-    return ParseAccounts(accountsRead().file, count);
+    if (count > MAX_MAILBOXES)
+        throw IndexError(texts::TooManyAccounts);
+    AccountList accounts = accountsRead().accounts;
+    if (count != 0)
+        accounts.resize(qMax(count, 0));
+    return accounts;
 }
 
 void Forget()
@@ -247,8 +308,11 @@ StoreEvents &storeEvents()
 const MailList &FolderSet::read(int folder)
 {
     auto it = m_folders.find(folder);
-    if (it == m_folders.end())
-        it = m_folders.emplace(folder, store::Folder(folder)).first;
+    if (it == m_folders.end()) {
+        const CachedFolder &c = folderRead(folder);
+        m_frames[folder] = c.frame;
+        it = m_folders.emplace(folder, c.mails).first;
+    }
     return it->second;
 }
 
@@ -262,7 +326,9 @@ MailList &FolderSet::change(int folder)
 const AccountList &FolderSet::accounts()
 {
     if (!m_accountsRead) {
-        m_accounts = store::Accounts();
+        const CachedAccounts &c = accountsRead();
+        m_accounts = c.accounts;
+        m_accountsFrame = c.frame;
         m_accountsRead = true;
     }
     return m_accounts;
@@ -285,32 +351,26 @@ void FolderSet::commit()
         throw IndexError(texts::TooManyAccounts);
 
     FileCommit files;
-    std::map<int, QByteArray> written;
+    std::map<int, FileImage> written;
     for (int folder : m_changed) {
-        written[folder] = FolderBytes(m_folders[folder]);
-        files.add(FolderFile::fileName(folder), written[folder]);
+        FileImage &image = written[folder] = FolderImage(m_folders[folder], m_frames[folder]);
+        files.add(FolderFile::fileName(folder), image.bytes);
     }
     QByteArray accountBytes;
     if (m_accountsChanged) {
-        accountBytes = AccountBytes(m_accounts);
+        accountBytes = AccountBytes(m_accounts, m_accountsFrame);
         files.add(MailBoxFileName, accountBytes);
     }
 
-    const auto tell = [this] {
-        for (int folder : m_changed)
-            emit storeEvents().folderChanged(folder);
-        if (m_accountsChanged)
-            emit storeEvents().accountsChanged();
-    };
     try {
         files.run();
     } catch (const StoreError &error) {
-        // Files that did change are read afresh, and the windows shown what
-        // they now hold.
-        if (!error.filesUnchanged()) {
+        // Files that did change are read afresh at the next look. The
+        // windows are not told from here: they would read at once, and a
+        // reading that fails too would show a second box for this one
+        // failure, whose box the user is about to see.
+        if (!error.filesUnchanged())
             store::Forget();
-            tell();
-        }
         throw;
     }
 
@@ -318,17 +378,23 @@ void FolderSet::commit()
     // lower-casing, trimming and cutting are exactly as the next start
     // will see them.
     Cache &c = cache();
-    for (const auto &[folder, bytes] : written) {
+    for (const auto &[folder, image] : written) {
         CachedFolder &cached = c.folders[folder];
-        cached.mails = FolderAsRead(folder, m_folders[folder], bytes);
-        cached.record(signatureOf(FolderFile::fileName(folder)), bytes);
+        FolderReading kept = FolderAsRead(folder, m_folders[folder], m_frames[folder], image);
+        cached.mails = std::move(kept.mails);
+        cached.frame = std::move(kept.sections.frame);
+        cached.record(signatureOf(FolderFile::fileName(folder)), image.bytes);
     }
     if (m_accountsChanged) {
-        c.accounts.file = ProfileFile::parse(accountBytes);
-        c.accounts.accounts = ParseAccounts(c.accounts.file, 0);
+        AccountsReading kept = ReadAccounts(ProfileFile::parse(accountBytes));
+        c.accounts.accounts = std::move(kept.accounts);
+        c.accounts.frame = std::move(kept.sections.frame);
         c.accounts.record(signatureOf(MailBoxFileName), accountBytes);
     }
-    tell();
+    for (int folder : m_changed)
+        emit storeEvents().folderChanged(folder);
+    if (m_accountsChanged)
+        emit storeEvents().accountsChanged();
 }
 
 void AppendMail(MailList &folder, const EmailRec &m)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordfile.h"
 #include "records.h"
 
 #include <QList>
@@ -21,9 +22,10 @@ using AccountList = QList<MailBoxRec>;
 // is told where, and it reads as empty from then on.
 namespace store {
 
-// The messages of folder 0..5 in file order. Throws IndexError for more
-// than 101, FormatError for a damaged body, FileError when the file cannot
-// be read.
+// The messages of folder 0..5 in record order. Throws IndexError for more
+// than 101, FileError when the file cannot be read. A count that is not the
+// number of records, and records holding bytes no text holds (saved beside
+// the file before anything else), are told once.
 MailList Folder(int folder);
 // The accounts of mailbox.dat, as many as its "number" says.
 AccountList Accounts();
@@ -58,11 +60,14 @@ public:
     AccountList &changeAccounts();
 
     // Throws IndexError (a folder above 101 messages, 21 accounts) or
-    // FileError before anything is written; then tells the windows.
+    // FileError before anything is written; then tells the windows. A
+    // failure tells them nothing: its own box is all the user sees of it.
     void commit();
 
 private:
     std::map<int, MailList> m_folders;
+    std::map<int, FileFrame> m_frames;  // the rest of each file read
+    FileFrame m_accountsFrame = PlainFrame();
     std::set<int> m_changed;
     AccountList m_accounts;
     bool m_accountsRead = false;

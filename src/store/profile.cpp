@@ -13,7 +13,9 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 constexpr char Gb18030[] = "GB18030";
@@ -304,21 +306,51 @@ QByteArray ToGb18030(QByteArray bytes)
 
 ProfileFile ProfileFile::load(const QString &path)
 {
+    // Read with the system's own calls, so that a failure keeps its cause
+    // (no permission, an I/O error, a folder in the file's place) for the
+    // box that tells the user what to do.
     const QByteArray native = QFile::encodeName(path);
+    const auto failure = [&path](int error) {
+        return FileError(texts::CannotReadFile.arg(path, FileFailureReason(error)));
+    };
+    int error = InjectedFault(FileOp::Open, native);
+    const int fd = error != 0 ? -1 : ::open(native.constData(), O_RDONLY | O_CLOEXEC);
+    if (error == 0 && fd < 0)
+        error = errno;
+    if (error == ENOENT || error == ENOTDIR)
+        return ProfileFile();
+    if (error != 0)
+        throw failure(error);
+    QByteArray bytes;
     struct stat st;
-    if (::stat(native.constData(), &st) != 0) {
-        if (errno == ENOENT || errno == ENOTDIR)
-            return ProfileFile();
-        throw FileError(texts::CannotReadFile.arg(path, FileFailureReason(errno)));
+    if (::fstat(fd, &st) != 0)
+        error = errno;
+    else if (S_ISDIR(st.st_mode))
+        error = EISDIR;
+    else
+        error = InjectedFault(FileOp::Read, native);
+    if (error == 0) {
+        bytes.resize(qsizetype(st.st_size));
+        qsizetype got = 0;
+        for (;;) {
+            if (got == bytes.size())
+                bytes.resize(got + 64 * 1024);  // the file grew meanwhile
+            const ssize_t n = ::read(fd, bytes.data() + got, size_t(bytes.size() - got));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0) {
+                error = errno;
+                break;
+            }
+            if (n == 0)
+                break;
+            got += n;
+        }
+        bytes.truncate(got);
     }
-    if (S_ISDIR(st.st_mode))
-        throw FileError(texts::CannotReadFile.arg(path, FileFailureReason(EISDIR)));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw FileError(texts::CannotReadFile.arg(path, FileFailureReason(EACCES)));
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw FileError(texts::CannotReadFile.arg(path, file.errorString()));
+    ::close(fd);
+    if (error != 0)
+        throw failure(error);
     return parse(std::move(bytes));
 }
 
@@ -372,6 +404,7 @@ ProfileFile ProfileFile::parseGb18030(QByteArray bytes)
 
     qsizetype pos = 0;
     while (pos < n) {
+        const qsizetype lineBegin = pos;
         // One line: CR and LF are never part of a multi-byte character, so a
         // plain scan finds its end.
         qsizetype lineEnd = pos;
@@ -396,8 +429,12 @@ ProfileFile ProfileFile::parseGb18030(QByteArray bytes)
             nameEnd = qMin(nameEnd, e);
             trim(b, nameBegin, nameEnd);
             QByteArray name = lowered(QByteArrayView(b).sliced(nameBegin, nameEnd - nameBegin));
+            if (current)
+                current->end = lineBegin;
             profile.m_sections.append(Section());
             profile.m_sections.last().entries.reserve(12);  // a message has nine keys
+            profile.m_sections.last().headerBegin = lineBegin;
+            profile.m_sections.last().bodyBegin = qMin(next, n);
             if (!profile.m_firstSection.contains(name))
                 profile.m_firstSection.insert(name, profile.m_sections.size() - 1);
             profile.m_sectionNames.append(name);
@@ -422,6 +459,8 @@ ProfileFile ProfileFile::parseGb18030(QByteArray bytes)
         }
         current->entries.append(std::move(entry));
     }
+    if (current)
+        current->end = n;
     return profile;
 }
 
@@ -435,12 +474,9 @@ const ProfileFile::Section *ProfileFile::findSection(QByteArrayView section) con
     return m_lastIndex < 0 ? nullptr : &m_sections.at(m_lastIndex);
 }
 
-const ProfileFile::Entry *ProfileFile::find(QByteArrayView section, QByteArrayView key) const
+const ProfileFile::Entry *ProfileFile::findIn(const Section &section, QByteArrayView key) const
 {
-    const Section *found = findSection(section);
-    if (!found)
-        return nullptr;
-    for (const Entry &entry : found->entries) {
+    for (const Entry &entry : section.entries) {
         if (sameName(QByteArrayView(m_bytes).sliced(entry.keyBegin, entry.keyEnd - entry.keyBegin),
                      key))
             return &entry;
@@ -448,15 +484,111 @@ const ProfileFile::Entry *ProfileFile::find(QByteArrayView section, QByteArrayVi
     return nullptr;
 }
 
-QString ProfileFile::value(QByteArrayView section, QByteArrayView key, int bufferSize) const
+const ProfileFile::Entry *ProfileFile::find(QByteArrayView section, QByteArrayView key) const
 {
-    const Entry *entry = find(section, key);
-    if (!entry || entry->begin < 0 || bufferSize <= 1)
-        return QString();
+    const Section *found = findSection(section);
+    return found ? findIn(*found, key) : nullptr;
+}
+
+QByteArrayView ProfileFile::valueOf(const Entry *entry) const
+{
+    if (!entry || entry->begin < 0)
+        return QByteArrayView();
     QByteArrayView v = QByteArrayView(m_bytes).sliced(entry->begin, entry->end - entry->begin);
     if (v.size() >= 2 && (v.front() == '"' || v.front() == '\'') && v.back() == v.front())
         v = v.sliced(1, v.size() - 2);
-    return decode(cutToCharacters(v, bufferSize - 1));
+    // An empty value is still there: not null.
+    return v.isNull() ? QByteArrayView(m_bytes.constData(), qsizetype(0)) : v;
+}
+
+QString ProfileFile::value(QByteArrayView section, QByteArrayView key, int bufferSize) const
+{
+    if (bufferSize <= 1)
+        return QString();
+    return decode(cutToCharacters(valueOf(find(section, key)), bufferSize - 1));
+}
+
+QString ProfileFile::sectionValue(qsizetype i, QByteArrayView key, int bufferSize) const
+{
+    if (bufferSize <= 1)
+        return QString();
+    return decode(cutToCharacters(valueOf(findIn(m_sections.at(i), key)), bufferSize - 1));
+}
+
+QByteArrayView ProfileFile::rawValue(qsizetype i, QByteArrayView key) const
+{
+    return valueOf(findIn(m_sections.at(i), key));
+}
+
+QByteArrayView ProfileFile::sectionBody(qsizetype i) const
+{
+    const Section &s = m_sections.at(i);
+    return QByteArrayView(m_bytes).sliced(s.bodyBegin, s.end - s.bodyBegin);
+}
+
+QByteArrayView ProfileFile::sectionWhole(qsizetype i) const
+{
+    const Section &s = m_sections.at(i);
+    return QByteArrayView(m_bytes).sliced(s.headerBegin, s.end - s.headerBegin);
+}
+
+bool ProfileFile::sectionIsBinary(qsizetype i) const
+{
+    return m_binary && hasBinaryBytes(sectionWhole(i));
+}
+
+QByteArrayView ProfileFile::prelude() const
+{
+    return QByteArrayView(m_bytes).first(m_sections.isEmpty() ? m_bytes.size()
+                                                               : m_sections.first().headerBegin);
+}
+
+KeyLine FindKeyLine(QByteArrayView body, QByteArrayView key)
+{
+    // The same steps as the parser's, for one key: blank lines and comments
+    // hold none, and a section's body holds no header line.
+    const qsizetype n = body.size();
+    qsizetype pos = 0;
+    while (pos < n) {
+        qsizetype lineEnd = pos;
+        while (lineEnd < n && body[lineEnd] != '\r' && body[lineEnd] != '\n')
+            ++lineEnd;
+        qsizetype next = lineEnd + 1;
+        if (lineEnd + 1 < n && body[lineEnd] == '\r' && body[lineEnd + 1] == '\n')
+            next = lineEnd + 2;
+        qsizetype s = pos;
+        qsizetype e = lineEnd;
+        while (s < e && isBlankChar(body[s]))
+            ++s;
+        if (s < e && body[s] != ';') {
+            qsizetype keyEnd = s;
+            while (keyEnd < e && body[keyEnd] != '=')
+                ++keyEnd;
+            while (keyEnd > s && isBlankChar(body[keyEnd - 1]))
+                --keyEnd;
+            if (sameName(body.sliced(s, keyEnd - s), key))
+                return {pos, qMin(next, n)};
+        }
+        pos = next;
+    }
+    return {};
+}
+
+bool HoldsBinary(QByteArrayView bytes)
+{
+    return hasBinaryBytes(bytes);
+}
+
+bool EndsLine(QByteArrayView bytes)
+{
+    return bytes.isEmpty() || bytes.back() == '\r' || bytes.back() == '\n';
+}
+
+void AppendLines(QByteArray &out, QByteArrayView bytes)
+{
+    out += bytes;
+    if (!EndsLine(bytes))
+        out += "\r\n";
 }
 
 void ProfileWriter::line(QStringView text)

@@ -79,6 +79,25 @@ public:
     // Whether some section is named prefix followed by digits.
     bool hasNumberedSection(QByteArrayView prefix) const;
 
+    // The sections one by one, in file order, each its own (a later section
+    // of a name is not hidden here, as it is from value()).
+    qsizetype sectionCount() const { return m_sections.size(); }
+    // Lower-cased, the blanks around it dropped.
+    QByteArrayView sectionName(qsizetype i) const { return m_sectionNames.at(i); }
+    // The bytes after the header line, up to the next header line or the
+    // end of the file; with the header line, for sectionWhole().
+    QByteArrayView sectionBody(qsizetype i) const;
+    QByteArrayView sectionWhole(qsizetype i) const;
+    // Holds NUL or another control character no text holds.
+    bool sectionIsBinary(qsizetype i) const;
+    // The bytes before the first header line.
+    QByteArrayView prelude() const;
+    // value() of section i itself.
+    QString sectionValue(qsizetype i, QByteArrayView key, int bufferSize = ValueBuffer) const;
+    // The whole value of key in section i, its quotes stripped but not cut;
+    // a null view when the key is missing or has no "=".
+    QByteArrayView rawValue(qsizetype i, QByteArrayView key) const;
+
 private:
     struct Entry
     {
@@ -90,10 +109,15 @@ private:
     struct Section
     {
         QList<Entry> entries;
+        qsizetype headerBegin = 0;  // the header line's first byte
+        qsizetype bodyBegin = 0;    // the first byte after its line end
+        qsizetype end = 0;          // the next header line's first byte
     };
 
     const Section *findSection(QByteArrayView section) const;
     const Entry *find(QByteArrayView section, QByteArrayView key) const;
+    const Entry *findIn(const Section &section, QByteArrayView key) const;
+    QByteArrayView valueOf(const Entry *entry) const;
 
     QByteArray m_bytes;
     bool m_binary = false;
@@ -128,6 +152,24 @@ public:
 private:
     QString m_text;
 };
+
+// The first line of a section's body (as sectionBody() gives it) that holds
+// key, the line the reader takes key's value from: its first byte and the
+// first byte after its line end. begin is -1 when no line holds key.
+struct KeyLine
+{
+    qsizetype begin = -1;
+    qsizetype next = -1;
+};
+KeyLine FindKeyLine(QByteArrayView body, QByteArrayView key);
+
+// Whether bytes hold NUL or another control character no text holds.
+bool HoldsBinary(QByteArrayView bytes);
+
+// Whether bytes end with a line end (CR or LF); empty bytes need none.
+bool EndsLine(QByteArrayView bytes);
+// Appends bytes to out, and a CR LF when they do not end their last line.
+void AppendLines(QByteArray &out, QByteArrayView bytes);
 
 // Cuts GB18030 bytes to at most maxBytes without splitting a character.
 QByteArrayView cutToCharacters(QByteArrayView bytes, qsizetype maxBytes);

@@ -1,13 +1,32 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QtGlobal>
 
 #include <array>
+#include <memory>
 #include <tuple>
 
 // The two record kinds that every window keeps in memory, the folder
 // numbering, and the fixed capacities of the arrays that hold them.
+
+// The section of a data file a record was read from: its GB18030 bytes
+// after the header line (a line end added where the file had none), and
+// the record's fields as they were read from them, in the record's order.
+// A record whose fields still hold these values is written back as these
+// bytes, so that what the program does not show (a long value, a key it
+// does not know) is never cut or dropped; a record a command changed keeps
+// every line but those of the fields that changed. The values share their
+// text with the record's own fields, and a copy of a record shares all of
+// it: keeping them costs the bytes and little more.
+struct StoredSection
+{
+    QByteArray bytes;
+    QList<QString> asRead;
+};
+using StoredOrigin = std::shared_ptr<const StoredSection>;
 
 // One mail account, one section of mailbox.dat.
 struct MailBoxRec
@@ -18,7 +37,10 @@ struct MailBoxRec
     QString username;      // logon name
     QString userpassword;  // logon password, kept in clear
     QString address;       // the account's e-mail address
+    StoredOrigin origin = {};  // none for an account not read from the file
 
+    // Equal records show the same; where they were read from is not
+    // compared.
     friend bool operator==(const MailBoxRec &a, const MailBoxRec &b)
     {
         return std::tie(a.name, a.pop, a.smtp, a.username, a.userpassword, a.address)
@@ -41,7 +63,10 @@ struct EmailRec
     qint32 folder = 0;   // folder the record was loaded from; never stored
     qint32 index = 0;    // 0-based position in that file; never stored
     QString isnew;       // "1" unread, "0" read
+    StoredOrigin origin = {};  // none for a message not read from a file
 
+    // Equal records show the same; where they were read from is not
+    // compared.
     friend bool operator==(const EmailRec &a, const EmailRec &b)
     {
         return std::tie(a.id, a.from, a.to, a.alsoto, a.subject, a.content, a.datetime,

@@ -243,6 +243,24 @@ private slots:
         QTEST(after.join(u'|'), "after");
     }
 
+    void draftSavedAgainKeepsWhatTheWindowDoesNotShow()
+    {
+        // A draft from another tool: a key the window does not show, a body longer than
+        // it shows. Saved again with a new subject, only the subject's line changes.
+        DataDir dir;
+        const QByteArray section = "id=41\r\nX-Tag=exam\r\nsubject=old\r\ncontent=[" + QByteArray(5000, 'b') + "]\r\n";
+        dir.writeBytes(u"draft.dat"_s, "[email]\r\nnumber=1\r\n\r\n[email-1]\r\n" + section);
+        const EmailRec opened = stored(Drafts).first();
+        EmailRec edited = opened;  // as the window gives it back
+        edited.subject = u"new"_s;
+        edited.origin = {};
+        bool created = true;
+        SaveDraft(edited, {Drafts, u"41"_s, 0, opened}, &created);
+        QVERIFY(!created);
+        QCOMPARE(dir.readBytes(u"draft.dat"_s),
+                 "[email]\r\nnumber=1\r\n\r\n[email-1]\r\n" + QByteArray(section).replace("old", "new"));
+    }
+
     void textsBuiltFromTheMessage()
     {
         EmailRec q = mail(u"1"_s, u"  lilei@x.com  "_s, u"hanmeimei@x.com  "_s, u"Re:hello  "_s);

@@ -89,7 +89,7 @@ const QList<std::pair<const char *, std::function<void()>>> commands{
     {"StoreForSendLater", [] { StoreForSendLater(written, opened(FolderFile::DeletedItems)); }},
 };
 
-enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace };
+enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace, ReadOnlyFile };
 
 // How a child that ran a command under a fault ended, as its exit code.
 enum Ending { AsExpected, Otherwise, RootKept };
@@ -100,8 +100,9 @@ int runInChild(Fault fault, rlim_t cap, const std::function<void()> &command, co
 {
     const pid_t pid = ::fork();
     if (pid == 0) {
-        // Root writes into any folder; as nobody the child meets its mode.
-        if (fault == Fault::ReadOnlyFolder && ::geteuid() == 0 && ::setuid(65534) != 0)
+        // Root writes into any folder and file; as nobody the child meets their modes.
+        const bool modes = fault == Fault::ReadOnlyFolder || fault == Fault::ReadOnlyFile;
+        if (modes && ::geteuid() == 0 && ::setuid(65534) != 0)
             ::_exit(RootKept);
         // Ignored, SIGXFSZ lets write() fail with EFBIG instead of killing.
         ::signal(SIGXFSZ, SIG_IGN);
@@ -135,9 +136,10 @@ private slots:
     {
         QTest::addColumn<int>("command");
         QTest::addColumn<Fault>("fault");
-        const char *names[] = {"nothing fits", "largest cut short", "read-only", "folder for file"};
+        const char *names[] = {"nothing fits", "largest cut short", "read-only", "folder for file",
+                               "file set read-only"};
         for (int c = 0; c < commands.size(); ++c) {
-            for (int f = 0; f < 4; ++f)
+            for (int f = 0; f < 5; ++f)
                 QTest::addRow("%s, %s", commands[c].first, names[f]) << c << Fault(f);
         }
     }
@@ -170,18 +172,121 @@ private slots:
             QVERIFY(::chmod(path.constData(), 0555) == 0);
         else if (fault == Fault::FolderInFilesPlace)
             QVERIFY(QFile::remove(dir.filePath(largest)) && QDir(dir.path()).mkdir(largest));
+        else if (fault == Fault::ReadOnlyFile)
+            QVERIFY(::chmod(path.constData(), 0777) == 0
+                    && ::chmod(QFile::encodeName(dir.filePath(largest)).constData(), 0444) == 0);
         const auto faulty = entries(dir);
         // Cut short, the largest file fails after others were written, and
         // those must be taken back as well.
-        const rlim_t limits[] = {0, rlim_t(largestSize - 1), RLIM_INFINITY, RLIM_INFINITY};
-        const QString reasons[] = {texts::ReasonTooLarge, texts::ReasonTooLarge,
-                                   texts::ReasonNoPermission, texts::ReasonIsFolder};
+        const rlim_t limits[] = {0, rlim_t(largestSize - 1), RLIM_INFINITY, RLIM_INFINITY, RLIM_INFINITY};
+        const QString reasons[] = {texts::ReasonTooLarge, texts::ReasonTooLarge, texts::ReasonNoPermission,
+                                   texts::ReasonIsFolder, texts::ReasonFileReadOnly};
         const int ending = runInChild(fault, limits[int(fault)], run, reasons[int(fault)]);
         ::chmod(path.constData(), 0700);
+        ::chmod(QFile::encodeName(dir.filePath(largest)).constData(), 0644);
         if (ending == RootKept)
             QSKIP("running as root without the right to become another user");
         QCOMPARE(ending, int(AsExpected));
         QCOMPARE(entries(dir), faulty);
+    }
+
+    void errorPaths_data()
+    {
+        QTest::addColumn<QString>("action");    // recover a journal, commit two folders, load one
+        QTest::addColumn<int>("op");            // the FileOp that fails, -1 none
+        QTest::addColumn<QString>("file");      // on this file
+        QTest::addColumn<int>("error");         // with this errno; -1: the file is gone first
+        QTest::addColumn<QString>("expected");  // the error's text
+        QTest::addColumn<QString>("after");     // "unchanged", "journal" or the last operations
+        const auto row = [](const char *name, const char *action, FileOp op, const char *file, int error,
+                            const QString &expected, const char *after) {
+            QTest::newRow(name) << QString::fromLatin1(action) << int(op) << QString::fromLatin1(file)
+                                << error << expected << QString::fromLatin1(after);
+        };
+        const auto path = [](const char *name) -> QString { return u"%1/"_s + QString::fromLatin1(name); };
+        const auto journal = [&](const QString &reason) {
+            return texts::JournalUnreadable.arg(path(JournalName), reason);
+        };
+        const auto write = [&](const char *name, const QString &reason) {
+            return texts::CannotWriteFile.arg(path(name), reason);
+        };
+        const QString unfinished = u"\r\r"_s + texts::CommitUnfinished;
+        row("a journal that cannot be opened: nothing deleted, start-up stops", "recover", FileOp::Open,
+            JournalName, EACCES, journal(texts::ReasonNoPermission), "unchanged");
+        row("a journal that cannot be read: the same", "recover", FileOp::Read, JournalName, EIO,
+            journal(texts::ReasonIoError), "unchanged");
+        row("a recovery whose rename fails keeps its journal", "recover", FileOp::Rename,
+            "send_s.dat.new", EIO, write("send_s.dat", texts::ReasonIoError), "journal");
+        row("a new file gone during a live commit fails it", "commit", FileOp::Rename, "draft.dat.new",
+            -1, write("draft.dat", texts::ReasonVanished) + unfinished, "journal");
+        row("the journal's removal is synced", "commit", FileOp::Open, "none", 0, QString(),
+            "remove quillpost.journal|sync folder");
+        row("an I/O error while writing", "commit", FileOp::Write, "receive_c.dat.new", EIO,
+            write("receive_c.dat", texts::ReasonIoError), "unchanged");
+        row("a full disk at the sync", "commit", FileOp::Sync, "draft.dat.new", ENOSPC,
+            write("draft.dat", texts::ReasonDiskFull), "unchanged");
+        row("a read-only file system", "commit", FileOp::Open, "receive_c.dat.new", EROFS,
+            write("receive_c.dat", texts::ReasonReadOnly), "unchanged");
+        row("a folder file that cannot be opened", "load", FileOp::Open, "receive_c.dat", EACCES,
+            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonNoPermission), "unchanged");
+        row("a folder file that cannot be read", "load", FileOp::Read, "receive_c.dat", EIO,
+            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonIoError), "unchanged");
+        row("any other error says what to try", "load", FileOp::Read, "receive_c.dat", EPROTO,
+            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonOther.arg(EPROTO)), "unchanged");
+    }
+    // The journal's and the files' error paths, each failure by its cause: the error
+    // names the file and says what the user can do, and the folder holds what it should.
+    void errorPaths()
+    {
+        QFETCH(QString, action);
+        QFETCH(int, op);
+        QFETCH(QString, file);
+        QFETCH(int, error);
+        QFETCH(QString, expected);
+        QFETCH(QString, after);
+        DataDir dir;
+        reset(start);
+        if (action == u"recover") {
+            for (int f : {FolderFile::SentItems, FolderFile::ServerQueue})
+                dir.writeBytes(FolderFile::fileName(f) + u".new"_s, FolderBytes(start[f].mid(1)));
+            dir.writeBytes(QString::fromLatin1(JournalName), "quillpost-journal 1\nreceive_s.dat\nsend_s.dat\nend\n");
+        }
+        store::Forget();
+        const auto before = entries(dir);
+        QStringList log;
+        SetFileFault([&](FileOp o, const QString &name) {
+            const char *ops[] = {"open", "read", "write", "sync", "rename", "remove", "sync folder"};
+            log << (o == FileOp::SyncFolder ? QString::fromLatin1(ops[int(o)])
+                                             : QString::fromLatin1(ops[int(o)]) + u' ' + name);
+            if (int(o) != op || name != file)
+                return 0;
+            if (error < 0)
+                QFile::remove(dir.filePath(name));
+            return qMax(error, 0);
+        });
+        QString got;
+        try {
+            if (action == u"recover") {
+                RecoverDataFolder();
+            } else if (action == u"load") {
+                stored(FolderFile::Inbox);
+            } else {
+                FolderSet set;
+                set.change(FolderFile::Inbox).removeLast();
+                set.change(FolderFile::Drafts).removeLast();
+                set.commit();
+            }
+        } catch (const FileError &e) {
+            got = e.userText();
+        }
+        SetFileFault({});
+        QCOMPARE(got, expected.arg(dir.path()));
+        if (after == u"unchanged")
+            QCOMPARE(entries(dir), before);
+        else if (after == u"journal")
+            QVERIFY(dir.exists(QString::fromLatin1(JournalName)));
+        else
+            QCOMPARE(log.mid(log.size() - 2).join(u'|'), after);
     }
 
     // A child sends and receives over and over, killed at a random instant; then the

@@ -95,6 +95,18 @@ QString ids(int folder)
     return list.join(u'|');
 }
 
+bool sameAsStored(const QList<EmailRec> &a, const QList<EmailRec> &b)
+{
+    if (a != b)
+        return false;
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        const StoredOrigin &x = a[i].origin, &y = b[i].origin;
+        if (bool(x) != bool(y) || (x && (x->bytes != y->bytes || x->asRead != y->asRead)))
+            return false;
+    }
+    return true;
+}
+
 QByteArray allFiles(const DataDir &dir)
 {
     QByteArray all;

@@ -59,6 +59,9 @@ void putAccounts(const DataDir &dir, const QStringList &addresses);
 // What the store reads back, and the ids of it joined by "|".
 QList<EmailRec> stored(int folder);
 QString ids(int folder);
+// Whether two lists of records are equal down to the sections they were
+// read from: their bytes and the values read from them.
+bool sameAsStored(const QList<EmailRec> &a, const QList<EmailRec> &b);
 // The seven files' bytes, for "nothing was written".
 QByteArray allFiles(const DataDir &dir);
 
