@@ -273,3 +273,11 @@ void RecoverDataFolder()
             ::unlink(nativePath(entry).constData());
     }
 }
+
+QStringList StandingChange(const QString &dir)
+{
+    QFile journal(QDir(dir).filePath(QLatin1StringView(JournalName)));
+    if (!journal.open(QIODevice::ReadOnly))
+        return {};
+    return journalNames(journal.read(64 * 1024));
+}

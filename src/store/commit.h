@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 // Replacing the data files so that no message is ever lost or doubled.
 //
@@ -40,6 +41,12 @@ private:
 // one interrupted before it (with those an older version left behind).
 // Throws FileError when an interrupted commit cannot be completed.
 void RecoverDataFolder();
+
+// The files a journal standing in dir names: a change that counts as made,
+// whose NAME.new files hold what the folder says until the next start
+// moves them into place. Empty when no whole journal stands there. Reads
+// only, for a look at a folder that another copy may hold.
+QStringList StandingChange(const QString &dir);
 
 // The Chinese reason for a failed file operation, by errno: what the user
 // can act on (disk full, no permission, a folder in the file's place).

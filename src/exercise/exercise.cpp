@@ -1,0 +1,409 @@
+#include "exercise.h"
+
+#include "store/commit.h"
+#include "store/folders.h"
+#include "store/mailboxes.h"
+#include "store/profile.h"
+#include "store/textutil.h"
+#include "texts.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+#include <optional>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace exercise {
+
+namespace t = texts::exercise;
+
+namespace {
+
+// A line longer than this is quoted by its start.
+constexpr int QuotedLength = 60;
+
+QString quote(const QString &line)
+{
+    return line.size() > QuotedLength ? line.left(QuotedLength) + u'…' : line;
+}
+
+[[noreturn]] void refuse(int line, const QString &written, const QString &reason)
+{
+    throw ExerciseError(line, written, reason);
+}
+
+struct Key
+{
+    const char16_t *name;
+    std::optional<Field> field;  // none: not a condition on a message
+};
+
+// The keys a task may hold, by the name the trainer writes.
+constexpr Key TaskKeys[] = {
+    {u"text", {}},
+    {u"account", {}},
+    {u"folder", {}},
+    {u"count", {}},
+    {u"from", Field::From},
+    {u"to", Field::To},
+    {u"cc", Field::Cc},
+    {u"subject", Field::Subject},
+    {u"attachment", Field::Attachment},
+    {u"body", Field::Body},
+};
+
+constexpr std::pair<const char16_t *, int> FolderNames[] = {
+    {u"inbox", FolderFile::Inbox},   {u"outbox", FolderFile::Outbox},
+    {u"sent", FolderFile::SentItems}, {u"deleted", FolderFile::DeletedItems},
+    {u"drafts", FolderFile::Drafts},
+};
+
+// One line as written (trimmed) and where it stands.
+struct Line
+{
+    int number = 0;
+    QString text;
+};
+
+// A section being read: its header and its keys in file order.
+struct Section
+{
+    Line header;
+    int task = 0;  // 0: [exercise]
+    QList<std::pair<QString, Line>> keys;  // lower-cased key name, its line
+
+    const Line *find(QStringView key) const
+    {
+        for (const auto &[name, line] : keys) {
+            if (name == key)
+                return &line;
+        }
+        return nullptr;
+    }
+};
+
+QString valueOf(const Line &line)
+{
+    QString value = line.text.mid(line.text.indexOf(u'=') + 1).trimmed();
+    // One pair of matching quotes keeps blanks at either end.
+    if (value.size() >= 2 && (value.front() == u'"' || value.front() == u'\'')
+        && value.back() == value.front())
+        value = value.mid(1, value.size() - 2);
+    return value;
+}
+
+// The text of a file in either encoding, as the data files are taken: a
+// byte-order mark or bytes that can only be UTF-8 decide, else GB18030.
+QString decode(const QByteArray &bytes)
+{
+    QStringDecoder gb18030("GB18030");
+    return gb18030.decode(ToGb18030(bytes));
+}
+
+bool isText(const QString &line)
+{
+    for (const QChar c : line) {
+        if (c == QChar::ReplacementCharacter || (c.unicode() < 0x20 && c != u'\t'))
+            return false;
+    }
+    return true;
+}
+
+Task taskOf(const Section &s)
+{
+    Task task;
+    task.number = s.task;
+    const Line *text = s.find(u"text");
+    if (!text)
+        refuse(s.header.number, s.header.text, t::NoText);
+    task.text = valueOf(*text);
+
+    const Line *account = s.find(u"account");
+    const Line *folder = s.find(u"folder");
+    if (account && folder) {
+        const Line &later = account->number > folder->number ? *account : *folder;
+        refuse(later.number, later.text, t::AccountAlone.arg(u"folder"_s));
+    }
+    for (const auto &[name, line] : s.keys) {
+        if (name == u"text" || name == u"account" || name == u"folder")
+            continue;
+        if (account)
+            refuse(line.number, line.text, t::AccountAlone.arg(name));
+        if (!folder)
+            refuse(line.number, line.text, t::NeedsFolder.arg(name));
+    }
+    if (account) {
+        task.account = TrimSpaces(valueOf(*account));
+        return task;
+    }
+    if (!folder)
+        refuse(s.header.number, s.header.text, t::NoCondition);
+
+    const QString name = valueOf(*folder);
+    for (const auto &[word, number] : FolderNames) {
+        if (name.compare(QStringView(word), Qt::CaseInsensitive) == 0)
+            task.folder = number;
+    }
+    if (task.folder < 0)
+        refuse(folder->number, folder->text, t::UnknownFolder);
+
+    if (const Line *count = s.find(u"count")) {
+        const QString digits = valueOf(*count);
+        bool number = digits.size() <= 5;
+        for (const QChar c : digits)
+            number = number && c >= u'0' && c <= u'9';
+        task.count = number ? digits.toInt() : 0;
+        if (task.count < 1)
+            refuse(count->number, count->text, t::BadCount);
+    }
+    // The short fields first, so that a long body is searched only in the
+    // messages that already meet the rest.
+    for (const Key &key : TaskKeys) {
+        if (!key.field)
+            continue;
+        if (const Line *line = s.find(key.name)) {
+            const QString text = valueOf(*line);
+            task.conditions.append({*key.field, text, QStringMatcher(text, Qt::CaseInsensitive)});
+        }
+    }
+    return task;
+}
+
+void addKey(Section &s, const Line &line)
+{
+    const int eq = line.text.indexOf(u'=');
+    if (eq < 0)
+        refuse(line.number, line.text, t::NotKeyValue);
+    const QString name = line.text.left(eq).trimmed().toLower();
+    if (s.task == 0 && name != u"title")
+        refuse(line.number, line.text, t::ExerciseKeys);
+    if (s.task > 0
+        && std::none_of(std::begin(TaskKeys), std::end(TaskKeys),
+                        [&name](const Key &k) { return name == QStringView(k.name); }))
+        refuse(line.number, line.text, t::UnknownKey.arg(line.text.left(eq).trimmed()));
+    if (s.find(name))
+        refuse(line.number, line.text, t::KeyAgain.arg(name));
+    if (valueOf(line).isEmpty())
+        refuse(line.number, line.text, t::EmptyValue.arg(name));
+    s.keys.append({name, line});
+}
+
+// The task number of a header [taskN], or 0 when it is no task's.
+int taskNumber(const QString &name)
+{
+    if (!name.startsWith(u"task"_s, Qt::CaseInsensitive) || name.size() == 4 || name.size() > 9)
+        return 0;
+    for (const QChar c : QStringView(name).sliced(4)) {
+        if (c < u'0' || c > u'9')
+            return 0;
+    }
+    // "task01" is not "task1": the numbers are written as counted.
+    return name.at(4) == u'0' ? 0 : name.sliced(4).toInt();
+}
+
+}  // namespace
+
+ExerciseError::ExerciseError(int line, const QString &quoted, const QString &reason)
+    : std::runtime_error("exercise file refused"), m_line(line), m_quoted(quote(quoted)), m_reason(reason)
+{
+}
+
+QString ExerciseError::text(const QString &fileName) const
+{
+    const QString where = m_line > 0 ? t::AtLine.arg(m_line).arg(m_quoted, m_reason) : m_reason;
+    return t::CannotUse.arg(QDir::toNativeSeparators(fileName), where);
+}
+
+Exercise ParseExercise(const QByteArray &bytes)
+{
+    QString text = decode(bytes);
+    text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+    const QStringList lines = text.split(u'\n');
+
+    Exercise exercise;
+    std::optional<Section> section;
+    const auto finish = [&] {
+        if (!section)
+            return;
+        if (section->task > 0) {
+            exercise.tasks.append(taskOf(*section));
+        } else if (const Line *title = section->find(u"title")) {
+            exercise.title = valueOf(*title);
+        } else {
+            refuse(section->header.number, section->header.text, t::NoTitle);
+        }
+    };
+    Line first;  // the [exercise] header
+    for (int i = 0; i < lines.size(); ++i) {
+        const Line line{i + 1, lines.at(i).trimmed()};
+        if (!isText(line.text))
+            refuse(line.number, line.text, t::NotText);
+        if (line.text.isEmpty() || line.text.startsWith(u';') || line.text.startsWith(u'#'))
+            continue;
+        if (!line.text.startsWith(u'[')) {
+            if (!section)
+                refuse(line.number, line.text, t::ExerciseFirst);
+            addKey(*section, line);
+            continue;
+        }
+        if (!line.text.endsWith(u']'))
+            refuse(line.number, line.text, t::BadHeader);
+        const QString name = line.text.mid(1, line.text.size() - 2).trimmed();
+        const bool isExercise = name.compare(u"exercise"_s, Qt::CaseInsensitive) == 0;
+        const int task = taskNumber(name);
+        if (!isExercise && task == 0)
+            refuse(line.number, line.text, t::UnknownSection);
+        if (isExercise && section)
+            refuse(line.number, line.text, t::ExerciseTwice);
+        if (!isExercise && !section)
+            refuse(line.number, line.text, t::ExerciseFirst);
+        finish();
+        const int expected = exercise.tasks.size() + 1;
+        if (task > expected)
+            refuse(line.number, line.text, t::TaskMissing.arg(expected));
+        if (task > 0 && task < expected)
+            refuse(line.number, line.text, t::TaskAgain.arg(task).arg(expected));
+        if (isExercise)
+            first = line;
+        section = Section{line, task, {}};
+    }
+    if (!section)
+        refuse(0, QString(), t::EmptyFile);
+    finish();
+    if (exercise.tasks.isEmpty())
+        refuse(first.number, first.text, t::NoTasks);
+    return exercise;
+}
+
+Exercise ReadExercise(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        refuse(0, QString(), t::NoSuchFile);
+    QFile file(path);
+    if (info.isDir() || !file.open(QIODevice::ReadOnly))
+        refuse(0, QString(), t::CannotRead.arg(FileFailureReason(info.isDir() ? EISDIR : EACCES)));
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        refuse(0, QString(), t::CannotRead.arg(FileFailureReason(EIO)));
+    return ParseExercise(bytes);
+}
+
+namespace {
+const QString &fieldOf(const EmailRec &m, Field field)
+{
+    switch (field) {
+    case Field::From: return m.from;
+    case Field::To: return m.to;
+    case Field::Cc: return m.alsoto;
+    case Field::Subject: return m.subject;
+    case Field::Attachment: return m.attachment;
+    case Field::Body: break;
+    }
+    return m.content;
+}
+
+bool meets(const Task &task, const EmailRec &m)
+{
+    for (const Condition &c : task.conditions) {
+        if (c.matcher.indexIn(fieldOf(m, c.field)) < 0)
+            return false;
+    }
+    return true;
+}
+}  // namespace
+
+bool TaskDone(const Task &task, const QList<EmailRec> &folder)
+{
+    int found = 0;
+    for (const EmailRec &m : folder) {
+        if (meets(task, m) && ++found >= task.count)
+            return true;
+    }
+    return false;
+}
+
+bool TaskDone(const Task &task, const QList<MailBoxRec> &accounts)
+{
+    return std::any_of(accounts.begin(), accounts.end(), [&task](const MailBoxRec &a) {
+        return TrimSpaces(a.address).compare(task.account, Qt::CaseInsensitive) == 0;
+    });
+}
+
+QList<bool> CheckTasks(const Exercise &exercise,
+                       const std::function<QList<EmailRec>(int folder)> &folder,
+                       const std::function<QList<MailBoxRec>()> &accounts)
+{
+    std::map<int, QList<EmailRec>> folders;
+    std::optional<QList<MailBoxRec>> accountList;
+    QList<bool> done;
+    for (const Task &task : exercise.tasks) {
+        if (task.folder < 0) {
+            if (!accountList)
+                accountList = accounts();
+            done.append(TaskDone(task, *accountList));
+            continue;
+        }
+        auto it = folders.find(task.folder);
+        if (it == folders.end())
+            it = folders.emplace(task.folder, folder(task.folder)).first;
+        done.append(TaskDone(task, it->second));
+    }
+    return done;
+}
+
+namespace {
+// A file of the data folder as the program will find it: the new file of
+// a standing change, else the file itself.
+ProfileFile readAsItStands(const QString &dataDir, const QString &name, const QStringList &standing)
+{
+    const QString path = QDir(dataDir).filePath(name);
+    if (standing.contains(name)) {
+        const QString newer = path + QLatin1StringView(NewFileSuffix);
+        ProfileFile file = ProfileFile::load(newer);
+        // Nothing read of a file that is gone: the change was moved into
+        // place meanwhile.
+        if (!file.isBlank() || QFileInfo::exists(newer))
+            return file;
+    }
+    return ProfileFile::load(path);
+}
+}  // namespace
+
+QList<bool> CheckDataFolder(const Exercise &exercise, const QString &dataDir)
+{
+    const QStringList standing = StandingChange(dataDir);
+    return CheckTasks(
+        exercise,
+        [&](int folder) {
+            return ParseFolder(folder, readAsItStands(dataDir, FolderFile::fileName(folder), standing));
+        },
+        [&] { return ParseAccounts(readAsItStands(dataDir, MailBoxFileName, standing), 0); });
+}
+
+QString CheckReport(const Exercise &exercise, const QList<bool> &done)
+{
+    QString report;
+    for (int i = 0; i < exercise.tasks.size(); ++i) {
+        const Task &task = exercise.tasks.at(i);
+        report += (done.value(i) ? t::CheckDone : t::CheckOpen) + u'\t' + QString::number(task.number)
+            + u'\t' + task.text + u'\n';
+    }
+    return report + QString::number(done.count(true)) + u'/' + QString::number(exercise.tasks.size())
+        + u'\n';
+}
+
+Progress ProgressIn(const QString &exerciseFile, const QString &dataDir)
+{
+    const Exercise exercise = ReadExercise(exerciseFile);
+    const QList<bool> done = CheckDataFolder(exercise, dataDir);
+    return {exercise.title, int(done.count(true)), int(exercise.tasks.size())};
+}
+
+}  // namespace exercise
