@@ -501,6 +501,14 @@ inline const QString PrintDataDirOption = u"显示本程序使用的数据文件
 inline const QString VersionLine = u"Quillpost Express %1"_s;  // %1: version
 inline const QString UnexpectedArgument = u"多余的参数：%1"_s;
 inline const QString TryHelp = u"可用的选项请看 quillpost --help。"_s;
+inline const QString ExerciseOption =
+    u"在主窗口旁边显示<练习文件>中的任务，做完的任务自动打勾。"_s;
+inline const QString CheckOption =
+    u"检查数据文件夹里做完了<练习文件>中的哪些任务，显示结果后退出。"
+    u"退出码：0 全部完成，1 还有未完成的任务，2 练习文件不能使用，3 数据文件夹无法读取。"_s;
+inline const QString ExerciseValue = u"练习文件"_s;
+// Two options that ask for different things: %1 and %2 the options.
+inline const QString OptionsConflict = u"选项“%1”和“%2”不能同时使用。"_s;
 // The command-line parser's own words, by the English it is written with.
 struct ParserWord
 {
