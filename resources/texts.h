@@ -144,6 +144,8 @@ inline const QString MenuNext = u"下一封(&N)"_s;
 inline const QString MenuGoToFolder = u"转到文件夹(&F)..."_s;
 inline const QString MenuStop = u"停止(&P)"_s;
 inline const QString MenuRefresh = u"刷新(&R)"_s;
+// Shown only when the program was started with an exercise; CTRL+E works.
+inline const QString MenuExercise = u"练习(&E)  CTRL+E"_s;
 inline const QString MenuTools = u"工具(&T)"_s;
 inline const QString MenuSendReceive = u"发送和接收(&S)"_s;
 inline const QString MenuRSMail = u"发送和接收全部邮件(&A)  CTRL+M"_s;

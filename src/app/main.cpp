@@ -86,6 +86,8 @@ int main(int argc, char *argv[])
     }
 
     forms::Main()->show();
+    if (!cmd.exercise.isEmpty())
+        forms::Main()->startExercise(cmd.exercise);
     const int rc = app.exec();
     forms::destroyAll();
     setPrompter(nullptr);
