@@ -13,9 +13,11 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <map>
 #include <optional>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -115,6 +117,25 @@ bool isText(const QString &line)
     return true;
 }
 
+// Whether no letter case changes c and no other character folds to it.
+bool caseless(char16_t u)
+{
+    if (u < 0x80)
+        return !((u >= u'A' && u <= u'Z') || (u >= u'a' && u <= u'z'));
+    if (u >= 0xFF00 && u <= 0xFFEF)
+        return !((u >= 0xFF21 && u <= 0xFF3A) || (u >= 0xFF41 && u <= 0xFF5A));
+    return (u >= 0x3000 && u <= 0x9FFF) || (u >= 0x2000 && u <= 0x206F);
+}
+
+qsizetype anchorOf(const QString &text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (caseless(text.at(i).unicode()))
+            return i;
+    }
+    return -1;
+}
+
 Task taskOf(const Section &s)
 {
     Task task;
@@ -162,14 +183,12 @@ Task taskOf(const Section &s)
         if (task.count < 1)
             refuse(count->number, count->text, t::BadCount);
     }
-    // The short fields first, so that a long body is searched only in the
-    // messages that already meet the rest.
     for (const Key &key : TaskKeys) {
         if (!key.field)
             continue;
         if (const Line *line = s.find(key.name)) {
             const QString text = valueOf(*line);
-            task.conditions.append({*key.field, text, QStringMatcher(text, Qt::CaseInsensitive)});
+            task.conditions.append({*key.field, text, anchorOf(text)});
         }
     }
     return task;
@@ -309,24 +328,94 @@ const QString &fieldOf(const EmailRec &m, Field field)
     return m.content;
 }
 
-bool meets(const Task &task, const EmailRec &m)
+// The conditions of some tasks on one field, all looked for in one pass
+// over the field's text: a character that is some condition's anchor is
+// marked in a bitmap, and only there is a condition compared, ignoring
+// letter case. A condition of letters alone has no anchor and is searched
+// for by itself. So a check costs one reading of each field it looks at,
+// however many tasks look for something in it.
+struct FieldSearch
 {
-    for (const Condition &c : task.conditions) {
-        if (c.matcher.indexIn(fieldOf(m, c.field)) < 0)
-            return false;
+    QList<int> anchored;  // the conditions, by their index in the folder's list
+    QList<int> letters;
+    std::array<quint64, 1 << 10> marked{};  // anchor characters, by UTF-16 unit
+
+    void add(int index, const Condition &c)
+    {
+        if (c.anchor < 0) {
+            letters.append(index);
+            return;
+        }
+        anchored.append(index);
+        const char16_t u = c.text.at(c.anchor).unicode();
+        marked[u >> 6] |= quint64(1) << (u & 63);
     }
-    return true;
-}
+
+    void find(QStringView text, const QList<const Condition *> &conditions, std::vector<char> &met) const
+    {
+        for (int k : letters)
+            met[k] = met[k] || text.contains(conditions.at(k)->text, Qt::CaseInsensitive);
+        if (anchored.isEmpty())
+            return;
+        const char16_t *units = text.utf16();
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            const char16_t u = units[i];
+            if (!(marked[u >> 6] >> (u & 63) & 1))
+                continue;
+            for (int k : anchored) {
+                const Condition &c = *conditions.at(k);
+                const qsizetype start = i - c.anchor;
+                if (!met[k] && c.text.at(c.anchor) == u && start >= 0
+                    && start + c.text.size() <= text.size()
+                    && text.sliced(start, c.text.size()).compare(c.text, Qt::CaseInsensitive) == 0)
+                    met[k] = 1;
+            }
+        }
+    }
+};
 }  // namespace
 
-bool TaskDone(const Task &task, const QList<EmailRec> &folder)
+QList<bool> TasksDone(const QList<Task> &tasks, const QList<EmailRec> &folder)
 {
-    int found = 0;
-    for (const EmailRec &m : folder) {
-        if (meets(task, m) && ++found >= task.count)
-            return true;
+    // Each condition once, however many tasks ask for it.
+    QList<const Condition *> conditions;
+    QList<QList<int>> asked(tasks.size());
+    std::array<FieldSearch, 6> fields;
+    for (int t = 0; t < tasks.size(); ++t) {
+        for (const Condition &c : tasks.at(t).conditions) {
+            qsizetype k = 0;
+            while (k < conditions.size()
+                   && !(conditions.at(k)->field == c.field
+                        && conditions.at(k)->text.compare(c.text, Qt::CaseInsensitive) == 0))
+                ++k;
+            if (k == conditions.size()) {
+                conditions.append(&c);
+                fields[int(c.field)].add(int(k), c);
+            }
+            asked[t].append(int(k));
+        }
     }
-    return false;
+
+    QList<bool> done(tasks.size(), false);
+    QList<int> found(tasks.size(), 0);
+    qsizetype open = tasks.size();
+    std::vector<char> met(conditions.size());
+    for (const EmailRec &m : folder) {
+        std::fill(met.begin(), met.end(), 0);
+        for (int f = 0; f < int(fields.size()); ++f)
+            fields[f].find(fieldOf(m, Field(f)), conditions, met);
+        for (int t = 0; t < tasks.size(); ++t) {
+            if (done.at(t) || !std::all_of(asked.at(t).begin(), asked.at(t).end(), [&met](int k) { return met[k]; }))
+                continue;
+            if (++found[t] >= tasks.at(t).count) {
+                done[t] = true;
+                --open;
+            }
+        }
+        if (open == 0)
+            break;
+    }
+    return done;
 }
 
 bool TaskDone(const Task &task, const QList<MailBoxRec> &accounts)
@@ -340,20 +429,24 @@ QList<bool> CheckTasks(const Exercise &exercise,
                        const std::function<QList<EmailRec>(int folder)> &folder,
                        const std::function<QList<MailBoxRec>()> &accounts)
 {
-    std::map<int, QList<EmailRec>> folders;
-    std::optional<QList<MailBoxRec>> accountList;
-    QList<bool> done;
-    for (const Task &task : exercise.tasks) {
-        if (task.folder < 0) {
-            if (!accountList)
-                accountList = accounts();
-            done.append(TaskDone(task, *accountList));
+    QList<bool> done(exercise.tasks.size(), false);
+    // The accounts are read once, each folder once for all its tasks.
+    std::map<int, QList<int>> byFolder;
+    for (int i = 0; i < exercise.tasks.size(); ++i)
+        byFolder[exercise.tasks.at(i).folder].append(i);
+    for (const auto &[number, indices] : byFolder) {
+        if (number < 0) {
+            const QList<MailBoxRec> accountList = accounts();
+            for (int i : indices)
+                done[i] = TaskDone(exercise.tasks.at(i), accountList);
             continue;
         }
-        auto it = folders.find(task.folder);
-        if (it == folders.end())
-            it = folders.emplace(task.folder, folder(task.folder)).first;
-        done.append(TaskDone(task, it->second));
+        QList<Task> tasks;
+        for (int i : indices)
+            tasks.append(exercise.tasks.at(i));
+        const QList<bool> folderDone = TasksDone(tasks, folder(number));
+        for (int k = 0; k < indices.size(); ++k)
+            done[indices.at(k)] = folderDone.at(k);
     }
     return done;
 }

@@ -5,7 +5,6 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
-#include <QStringMatcher>
 
 #include <functional>
 #include <stdexcept>
@@ -39,7 +38,11 @@ struct Condition
 {
     Field field = Field::Subject;
     QString text;
-    QStringMatcher matcher;
+    // A character of text that no letter case changes, nor any other
+    // character's (a digit, "@", a Chinese character), and its place:
+    // found fast, it shows where text could stand. -1 when text is all
+    // letters.
+    qsizetype anchor = -1;
 };
 
 struct Task
@@ -52,7 +55,7 @@ struct Task
     // A folder task: done when at least count messages of the folder (a
     // FolderFile number) meet every condition.
     int folder = -1;
-    QList<Condition> conditions;  // the short fields first, the body last
+    QList<Condition> conditions;
     int count = 1;
 };
 
@@ -83,9 +86,9 @@ private:
 Exercise ParseExercise(const QByteArray &bytes);
 Exercise ReadExercise(const QString &path);
 
-// Whether a task is done by these messages of its folder, or by these
-// accounts.
-bool TaskDone(const Task &task, const QList<EmailRec> &folder);
+// Which of tasks, all of one folder, the folder's messages show done.
+QList<bool> TasksDone(const QList<Task> &tasks, const QList<EmailRec> &folder);
+// Whether an account task is done by these accounts.
 bool TaskDone(const Task &task, const QList<MailBoxRec> &accounts);
 
 // Every task of the exercise, each folder and the accounts asked for at

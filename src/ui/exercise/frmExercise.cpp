@@ -158,43 +158,62 @@ void frmExercise::openBeside(QWidget *mainWindow, int narrowestMain, bool activa
 void frmExercise::Form_Load()
 {
     m_unreadable.clear();
-    check([](const exercise::Task &) { return true; });
+    QList<int> sources;
+    for (const exercise::Task &task : m_exercise.tasks) {
+        if (!sources.contains(task.folder))
+            sources.append(task.folder);
+    }
+    for (int source : sources)
+        check(source);
+    showProgress();
 }
 
 void frmExercise::folderChanged(int folder)
 {
-    if (isVisible())
-        check([folder](const exercise::Task &task) { return task.folder == folder; });
+    if (isVisible()) {
+        check(folder);
+        showProgress();
+    }
 }
 
 void frmExercise::accountsChanged()
 {
-    if (isVisible())
-        check([](const exercise::Task &task) { return task.folder < 0; });
+    folderChanged(-1);
 }
 
-void frmExercise::check(const std::function<bool(const exercise::Task &)> &which)
+void frmExercise::check(int source)
 {
+    QList<int> indices;
+    QList<exercise::Task> tasks;
     for (int i = 0; i < m_exercise.tasks.size(); ++i) {
-        const exercise::Task &task = m_exercise.tasks.at(i);
-        if (!which(task))
-            continue;
-        bool done = false;
-        try {
-            done = task.folder < 0 ? exercise::TaskDone(task, store::Accounts())
-                                   : exercise::TaskDone(task, store::Folder(task.folder));
-            m_unreadable.remove(task.folder);
-        } catch (const StoreError &) {
-            // The main window's box has said why; the task waits until the
-            // folder can be read.
-            m_unreadable.insert(task.folder);
+        if (m_exercise.tasks.at(i).folder == source) {
+            indices.append(i);
+            tasks.append(m_exercise.tasks.at(i));
         }
-        m_done[i] = done;
-        QListWidgetItem *row = Tasks->item(i);
-        row->setIcon(mark(done));
-        row->setData(Qt::AccessibleTextRole, QString((done ? t::SaidDone : t::SaidOpen) + row->text()));
     }
-    showProgress();
+    if (tasks.isEmpty())
+        return;
+    QList<bool> done(tasks.size(), false);
+    try {
+        if (source < 0) {
+            const AccountList accounts = store::Accounts();
+            for (int k = 0; k < tasks.size(); ++k)
+                done[k] = exercise::TaskDone(tasks.at(k), accounts);
+        } else {
+            done = exercise::TasksDone(tasks, store::Folder(source));
+        }
+        m_unreadable.remove(source);
+    } catch (const StoreError &) {
+        // The main window's box has said why; the tasks wait until the
+        // folder can be read.
+        m_unreadable.insert(source);
+    }
+    for (int k = 0; k < indices.size(); ++k) {
+        m_done[indices.at(k)] = done.at(k);
+        QListWidgetItem *row = Tasks->item(indices.at(k));
+        row->setIcon(mark(done.at(k)));
+        row->setData(Qt::AccessibleTextRole, QString((done.at(k) ? t::SaidDone : t::SaidOpen) + row->text()));
+    }
 }
 
 void frmExercise::showProgress()

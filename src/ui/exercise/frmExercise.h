@@ -52,8 +52,9 @@ private:
     void Form_Load();
     void folderChanged(int folder);
     void accountsChanged();
-    // Checks the tasks that pass, against what the store holds now.
-    void check(const std::function<bool(const exercise::Task &)> &which);
+    // Checks the tasks of a folder (-1: the accounts) against what the
+    // store holds now.
+    void check(int source);
     void showProgress();
 
     exercise::Exercise m_exercise;
