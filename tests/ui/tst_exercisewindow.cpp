@@ -1,0 +1,111 @@
+// The exercise window on a 1024x768 screen: beside the main window, which
+// keeps its whole tool bar; a task ticked by the real command that does it,
+// through the compose window; closed and reopened from the keyboard; and a
+// file it cannot use, explained. It never writes a file.
+
+#include "ui/exercise/frmExercise.h"
+#include "windows.h"
+
+using namespace Qt::Literals::StringLiterals;
+using namespace testsupport;
+namespace t = texts::exercise;
+
+namespace {
+// What the window shows: each task as a screen reader says it, then the count.
+QString shown(const frmExercise *x)
+{
+    QStringList rows;
+    for (int i = 0; i < x->Tasks->count(); ++i)
+        rows << x->Tasks->item(i)->data(Qt::AccessibleTextRole).toString();
+    return rows.join(u" | "_s) + u" | "_s + x->Progress->text();
+}
+
+// Chinese arrives as an input method commits it.
+void commit(QWidget *field, const QString &text)
+{
+    QInputMethodEvent typed;
+    typed.setCommitString(text);
+    QCoreApplication::sendEvent(field, &typed);
+}
+}  // namespace
+
+class tst_exercisewindow : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void aTaskTicksAfterTheCommandThatDoesIt()
+    {
+        putAccounts(*dir, {u"zhangsan@example.cn"_s});
+        dir->writeBytes(u"lesson.ini"_s, u"[exercise]\ntitle=第三课\n[task1]\ntext=发会议通知\nfolder=sent\n"
+                                         "to=lisi@example.cn\nsubject=Meeting 会议\n[task2]\ntext=存草稿\nfolder=drafts\n"_s
+                                             .toUtf8());
+        frmMain *w = mainOn(Node::Inbox);
+        w->startExercise(dir->filePath(u"lesson.ini"_s));
+        frmExercise *x = forms::Exercise();
+        QVERIFY(x->isVisible());
+        QCOMPARE(x->Title->text(), u"第三课"_s);
+        QCOMPARE(shown(x), u"未完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成 0/2"_s);
+        // Side by side on the screen, the main window's tool bar whole.
+        const QRect screen = w->screen()->availableGeometry();
+        QVERIFY(screen.contains(w->frameGeometry()) && screen.contains(x->frameGeometry()));
+        QVERIFY(!w->frameGeometry().intersects(x->frameGeometry()));
+        QVERIFY(w->Toolbar1->sizeHint().width() <= w->Toolbar1->width());
+        QVERIFY(w->Toolbar1->width() <= w->centralWidget()->width());
+
+        const QByteArray before = allFiles(*dir);
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        press(u"Ctrl+E"_s);
+        QVERIFY(!x->isVisible());
+        press(u"Alt+V E"_s);
+        QVERIFY(x->isVisible() && QTest::qWaitForWindowActive(x));
+        press(u"Escape"_s);
+        QVERIFY(!x->isVisible());
+        QCOMPARE(allFiles(*dir), before);
+        w->activateWindow();  // offscreen, a closed window does not hand it back
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        press(u"Ctrl+E"_s);
+        QVERIFY(x->isVisible());
+
+        clickButton(w->Toolbar1, w->toolbarButton(frmMain::tbNewMail));
+        frmMailEdit *e = forms::MailEdit();
+        QVERIFY(QTest::qWaitForWindowActive(e));
+        QTest::keyClicks(e->Text3, u"LiSi@Example.cn"_s);
+        QTest::keyClicks(e->Text5, u"Meeting "_s);
+        commit(e->Text5, u"会议通知"_s);
+        clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
+        QTRY_COMPARE(shown(x), u"已完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成 1/2"_s);
+        QCOMPARE(stored(FolderFile::SentItems).value(0).subject, u"meeting 会议通知"_s);
+    }
+
+    void aFileItCannotUse()
+    {
+        dir->writeBytes(u"lesson.ini"_s, "[exercise]\ntitle=x\n[task1]\ntext=a\nfoldr=sent\n");
+        const QString path = dir->filePath(u"lesson.ini"_s);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             t::CannotUse.arg(path, t::AtLine.arg(5).arg(u"foldr=sent"_s, t::UnknownKey.arg(u"foldr"_s)))
+                                 + u"\r\r"_s + t::StartsWithout);
+        frmMain *w = mainOn();
+        w->startExercise(path);
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        press(u"Ctrl+E"_s);
+        QVERIFY(!forms::Exercise()->isVisible() && !w->mnuExercise->isVisible());
+    }
+};
+
+// A screen of 1024x768, the smallest the two windows are laid out for.
+int main(int argc, char *argv[])
+{
+    QTemporaryFile screen;
+    if (!screen.open()
+        || screen.write(R"({"screens": [{"name": "s", "x": 0, "y": 0, "width": 1024, "height": 768,
+                            "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+               < 0)
+        return 1;
+    screen.flush();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
+    QApplication app(argc, argv);
+    tst_exercisewindow test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_exercisewindow.moc"
