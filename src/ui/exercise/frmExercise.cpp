@@ -140,6 +140,8 @@ void frmExercise::openBeside(QWidget *mainWindow, int narrowestMain, bool activa
     // is taken to be the main window's.
     const QSize frame = mainFrame.size() - mainWindow->size();
     if (p.main != mainFrame) {
+        // A maximised window would keep the whole screen.
+        mainWindow->setWindowState(mainWindow->windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
         mainWindow->move(p.main.topLeft());
         mainWindow->resize(p.main.size() - frame);
     }
