@@ -34,6 +34,32 @@ class tst_exercisewindow : public WindowTest
     Q_OBJECT
 
 private slots:
+    // Frames on a screen's free area: the main window (tool bar 523 wide with
+    // its frame) and the exercise window (300 wide, 220 at the least).
+    void placement_data()
+    {
+        QTest::addColumn<QRect>("area");
+        QTest::addColumn<QRect>("main");
+        QTest::addColumn<QRect>("exercise");
+        QTest::newRow("room beside: the main window as it was") << QRect(0, 0, 1920, 1080)
+                                                                 << QRect(1, 1, 904, 624) << QRect(909, 1, 300, 624);
+        QTest::newRow("1024 wide: the main window moves left and gives up width")
+            << QRect(0, 0, 1024, 768) << QRect(0, 1, 720, 624) << QRect(724, 1, 300, 624);
+        QTest::newRow("800 wide: the main window at its narrowest, the exercise narrower")
+            << QRect(0, 0, 800, 600) << QRect(0, 1, 523, 624) << QRect(527, 1, 273, 599);
+        QTest::newRow("too small for both: the exercise over the main window's edge")
+            << QRect(0, 0, 640, 480) << QRect(0, 1, 523, 624) << QRect(420, 1, 220, 479);
+    }
+    void placement()
+    {
+        QFETCH(QRect, area);
+        QFETCH(QRect, main);
+        QFETCH(QRect, exercise);
+        const SideBySide p = PlaceSideBySide(area, QRect(1, 1, 904, 624), 523, 300, 220);
+        QCOMPARE(p.main, main);
+        QCOMPARE(p.exercise, exercise);
+    }
+
     void aTaskTicksAfterTheCommandThatDoesIt()
     {
         putAccounts(*dir, {u"zhangsan@example.cn"_s});
