@@ -100,12 +100,17 @@ QString valueOf(const Line &line)
     return value;
 }
 
-// The text of a file in either encoding, as the data files are taken: a
-// byte-order mark or bytes that can only be UTF-8 decide, else GB18030.
+// The text of a file in either encoding: a byte-order mark decides, and so
+// do bytes that are all valid UTF-8, which Chinese text in GB18030 nearly
+// never is; anything else is GB18030. A trainer's symbols (①, →) count as
+// UTF-8 as well as Chinese does.
 QString decode(const QByteArray &bytes)
 {
-    QStringDecoder gb18030("GB18030");
-    return gb18030.decode(ToGb18030(bytes));
+    if (const auto marked = QStringConverter::encodingForData(bytes))
+        return QStringDecoder(*marked).decode(bytes);
+    QStringDecoder utf8(QStringConverter::Utf8);
+    const QString text = utf8.decode(bytes);
+    return utf8.hasError() ? QStringDecoder("GB18030").decode(bytes) : text;
 }
 
 bool isText(const QString &line)

@@ -92,7 +92,7 @@ private slots:
     void encodings_data()
     {
         QTest::addColumn<QByteArray>("file");
-        const QString text = u"[exercise]\r\ntitle=第三课\r\n[task1]\r\ntext=发通知\r\nfolder=sent\r\nsubject=会议通知\r\n"_s;
+        const QString text = u"[exercise]\r\ntitle=第三课\r\n[task1]\r\ntext=①发通知\r\nfolder=sent\r\nsubject=会议通知\r\n"_s;
         QTest::newRow("UTF-8 with a byte-order mark, CR LF") << "\xEF\xBB\xBF" + text.toUtf8();
         QTest::newRow("UTF-8 without one, LF") << QString(text).remove(u'\r').toUtf8();
         QTest::newRow("GB18030, CR LF") << gb(text);
@@ -103,7 +103,7 @@ private slots:
         DataDir dir;
         put(dir, FolderFile::SentItems, {full(u"x"_s, u"会议通知"_s)});
         const exercise::Exercise e = exercise::ParseExercise(file);
-        QCOMPARE(e.title + e.tasks.value(0).text, u"第三课发通知"_s);
+        QCOMPARE(e.title + e.tasks.value(0).text, u"第三课①发通知"_s);
         QCOMPARE(exercise::CheckDataFolder(e, dir.path()), QList<bool>{true});
     }
 
