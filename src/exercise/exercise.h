@@ -38,10 +38,10 @@ struct Condition
 {
     Field field = Field::Subject;
     QString text;
-    // A character of text that no letter case changes, nor any other
-    // character's (a digit, "@", a Chinese character), and its place:
-    // found fast, it shows where text could stand. -1 when text is all
-    // letters.
+    // The place in text of a character that letter case leaves alone and
+    // that no other character folds to (a digit, "@", a Chinese character):
+    // where it is found, text may stand. -1 when text has none, as a word
+    // of letters alone.
     qsizetype anchor = -1;
 };
 

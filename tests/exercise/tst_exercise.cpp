@@ -58,10 +58,11 @@ private slots:
                 + task(5, u"folder=sent\nbody=周一"_s) + task(6, u"folder=sent\nattachment=周报.doc"_s)
                 + task(7, u"folder=sent\nsubject=周一"_s),
             one, {true, true, true, true, true, true, false});
-        row("letter case ignored both ways, full-width letters alike but not as ASCII",
-            task(1, u"folder=sent\nsubject=MEETING"_s) + task(2, u"folder=sent\nto=LiSi@Example.CN"_s)
-                + task(3, u"folder=sent\nsubject=ｑｕｉｚ"_s) + task(4, u"folder=sent\nsubject=ＭＥＥＴＩＮＧ"_s),
-            {full(u"lisi@example.cn"_s, u"ＱＵＩＺ Meeting"_s)}, {true, true, true, false});
+        row("letter case ignored both ways, accented and full-width letters alike but not as ASCII",
+            task(1, u"folder=sent\nsubject=MEETING"_s) + task(2, u"folder=sent\nto=ADA@Example.CN"_s)
+                + task(3, u"folder=sent\nsubject=ｑｕｉｚ"_s) + task(4, u"folder=sent\nsubject=ÉTUDE 2"_s)
+                + task(5, u"folder=sent\nsubject=ＭＥＥＴＩＮＧ"_s),
+            {full(u"ada@example.cn"_s, u"ＱＵＩＺ Meeting étude 2"_s)}, {true, true, true, true, false});
         row("a Chinese text matches characters, never the bytes across two",
             task(1, u"folder=sent\nsubject=形"_s), {full(u"x"_s, u"中文"_s)}, {false});
         row("every condition in one message, not spread over two",
@@ -125,6 +126,10 @@ private slots:
         row("a task number written with a zero", Header + u"[task01]\n"_s, 3, t::UnknownSection);
         row("a gap in the numbers", Header + ok + u"[task3]\n"_s, 6, t::TaskMissing.arg(2));
         row("a task twice", Header + ok + ok, 6, t::TaskAgain.arg(1).arg(2));
+        QString ten = Header;
+        for (int n = 1; n <= 10; ++n)
+            ten += QString(ok).replace(u"task1"_s, u"task%1"_s.arg(n));
+        row("a gap after task 10", ten + u"[task12]\n"_s, 33, t::TaskMissing.arg(11));
         row("a second [exercise]", Header + ok + u"[Exercise]\n"_s, 6, t::ExerciseTwice);
         row("a line without =", Header + u"[task1]\ntext a\n"_s, 4, t::NotKeyValue);
         row("an unknown key", Header + ok + u"foldr=sent\n"_s, 6, t::UnknownKey.arg(u"foldr"_s));
@@ -201,6 +206,21 @@ private slots:
         QVERIFY2(r.err.contains(err) && r.err.isEmpty() == err.isEmpty(), qPrintable(r.err));
         QCOMPARE(dir.entries(), entries);
         QCOMPARE(allFiles(dir), bytes);
+    }
+
+    // Without --data-dir, the folder the program would use: a copy in a
+    // folder of its own that it may write keeps its files beside it.
+    void checkBesideAPortableCopy()
+    {
+        DataDir dir;
+        QVERIFY(QFile::copy(QStringLiteral(BUILT_EXE), dir.filePath(u"quillpost"_s)));
+        QFile(dir.filePath(u"quillpost"_s)).setPermissions(QFileDevice::ExeOwner | QFileDevice::ReadOwner);
+        put(dir, FolderFile::SentItems, {full(u"x"_s, u"会议通知"_s)});
+        dir.writeBytes(u"lesson.ini"_s, (Header + u"[task1]\ntext=a\nfolder=sent\n"_s).toUtf8());
+        QProcess p;
+        p.start(dir.filePath(u"quillpost"_s), {u"--check"_s, dir.filePath(u"lesson.ini"_s)});
+        QVERIFY(p.waitForFinished());
+        QCOMPARE(p.readAllStandardOutput(), QByteArray("完成\t1\ta\n1/1\n"));
     }
 
     // A copy of the program open on the folder, as in a lesson, does not stop the check.

@@ -3,6 +3,7 @@
 // through the compose window; closed and reopened from the keyboard; and a
 // file it cannot use, explained. It never writes a file.
 
+#include "store/errors.h"
 #include "ui/exercise/frmExercise.h"
 #include "windows.h"
 
@@ -43,6 +44,8 @@ private slots:
         QTest::addColumn<QRect>("exercise");
         QTest::newRow("room beside: the main window as it was") << QRect(0, 0, 1920, 1080)
                                                                  << QRect(1, 1, 904, 624) << QRect(909, 1, 300, 624);
+        QTest::newRow("room for just the exercise window") << QRect(0, 0, 1209, 800) << QRect(1, 1, 904, 624)
+                                                          << QRect(909, 1, 300, 624);
         QTest::newRow("1024 wide: the main window moves left and gives up width")
             << QRect(0, 0, 1024, 768) << QRect(0, 1, 720, 624) << QRect(724, 1, 300, 624);
         QTest::newRow("800 wide: the main window at its narrowest, the exercise narrower")
@@ -64,14 +67,16 @@ private slots:
     {
         putAccounts(*dir, {u"zhangsan@example.cn"_s});
         dir->writeBytes(u"lesson.ini"_s, u"[exercise]\ntitle=第三课\n[task1]\ntext=发会议通知\nfolder=sent\n"
-                                         "to=lisi@example.cn\nsubject=Meeting 会议\n[task2]\ntext=存草稿\nfolder=drafts\n"_s
+                                         "to=lisi@example.cn\nsubject=Meeting 会议\n[task2]\ntext=存草稿\nfolder=drafts\n"
+                                         "[task3]\ntext=加账号\naccount=zhangsan@example.cn\n"_s
                                              .toUtf8());
         frmMain *w = mainOn(Node::Inbox);
         w->startExercise(dir->filePath(u"lesson.ini"_s));
         frmExercise *x = forms::Exercise();
         QVERIFY(x->isVisible());
         QCOMPARE(x->Title->text(), u"第三课"_s);
-        QCOMPARE(shown(x), u"未完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成 0/2"_s);
+        QCOMPARE(shown(x), u"未完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成：3. 加账号 | 已完成 1/3"_s);
+        QVERIFY(x->Tasks->y() > x->Title->geometry().bottom() && x->Progress->y() > x->Tasks->geometry().bottom());
         // Side by side on the screen, the main window's tool bar whole.
         const QRect screen = w->screen()->availableGeometry();
         QVERIFY(screen.contains(w->frameGeometry()) && screen.contains(x->frameGeometry()));
@@ -100,8 +105,26 @@ private slots:
         QTest::keyClicks(e->Text5, u"Meeting "_s);
         commit(e->Text5, u"会议通知"_s);
         clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
-        QTRY_COMPARE(shown(x), u"已完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成 1/2"_s);
+        QTRY_COMPARE(shown(x), u"已完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成：3. 加账号 | 已完成 2/3"_s);
+        QVERIFY(x->Note->isHidden());
         QCOMPARE(stored(FolderFile::SentItems).value(0).subject, u"meeting 会议通知"_s);
+    }
+
+    // A folder the program cannot read: its task waits, and the window says why
+    // once, beside the box the main window showed.
+    void aFolderItCannotRead()
+    {
+        QVERIFY(QDir(dir->path()).mkdir(FolderFile::fileName(FolderFile::SentItems)));
+        dir->writeBytes(u"lesson.ini"_s, "[exercise]\ntitle=x\n[task1]\ntext=a\nfolder=sent\n"
+                                         "[task2]\ntext=b\nfolder=inbox\n");
+        const QString why = ErrorBoxText(FileError(texts::CannotReadFile.arg(
+            dir->filePath(FolderFile::fileName(FolderFile::SentItems)), texts::ReasonIsFolder)));
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, why);
+        frmMain *w = mainOn();
+        w->startExercise(dir->filePath(u"lesson.ini"_s));
+        QCOMPARE(shown(forms::Exercise()), u"未完成：1. a | 未完成：2. b | 已完成 0/2"_s);
+        QCOMPARE(forms::Exercise()->Note->text(), t::Unreadable.arg(texts::SentItemsName));
+        QVERIFY(forms::Exercise()->Note->isVisible());
     }
 
     void aFileItCannotUse()
