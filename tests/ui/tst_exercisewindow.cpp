@@ -4,6 +4,7 @@
 // file it cannot use, explained. It never writes a file.
 
 #include "store/errors.h"
+#include "store/mailstore.h"
 #include "ui/exercise/frmExercise.h"
 #include "windows.h"
 
@@ -107,7 +108,25 @@ private slots:
         clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
         QTRY_COMPARE(shown(x), u"已完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成：3. 加账号 | 已完成 2/3"_s);
         QVERIFY(x->Note->isHidden());
+        QVERIFY(x->Tasks->item(0)->icon().pixmap(16).toImage() != x->Tasks->item(1)->icon().pixmap(16).toImage());
         QCOMPARE(stored(FolderFile::SentItems).value(0).subject, u"meeting 会议通知"_s);
+    }
+
+    // The first task of a lesson: an account set up with the wizard.
+    void anAccountTicksAfterTheWizard()
+    {
+        dir->writeBytes(u"lesson.ini"_s, "[exercise]\ntitle=x\n[task1]\ntext=a\naccount=New.Office@Example.com\n");
+        frmMain *w = mainOn();
+        w->startExercise(dir->filePath(u"lesson.ini"_s));
+        QCOMPARE(shown(forms::Exercise()), u"未完成：1. a | 已完成 0/1"_s);
+        ModalScript script;
+        walkWizard(script);
+        script.start();
+        w->T9->trigger();
+        forms::MailBox()->mnuEmail_Click();
+        QVERIFY2(script.finished(), script.report());
+        QCOMPARE(shown(forms::Exercise()), u"已完成：1. a | 已完成 1/1"_s);
+        QCOMPARE(store::Accounts().value(0).address, u"new.office@example.com"_s);
     }
 
     // A folder the program cannot read: its task waits, and the window says why
