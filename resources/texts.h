@@ -177,6 +177,8 @@ inline const QString MenuNext = u"下一封(&N)"_s;
 inline const QString MenuGoToFolder = u"转到文件夹(&F)..."_s;
 inline const QString MenuStop = u"停止(&P)"_s;
 inline const QString MenuRefresh = u"刷新(&R)"_s;
+// Shown only when the program was started with an exercise; CTRL+E works.
+inline const QString MenuExercise = u"练习(&E)  CTRL+E"_s;
 inline const QString MenuTools = u"工具(&T)"_s;
 inline const QString MenuSendReceive = u"发送和接收(&S)"_s;
 inline const QString MenuRSMail = u"发送和接收全部邮件(&A)  CTRL+M"_s;
@@ -534,6 +536,14 @@ inline const QString PrintDataDirOption = u"显示本程序使用的数据文件
 inline const QString VersionLine = u"Quillpost Express %1"_s;  // %1: version
 inline const QString UnexpectedArgument = u"多余的参数：%1"_s;
 inline const QString TryHelp = u"可用的选项请看 quillpost --help。"_s;
+inline const QString ExerciseOption =
+    u"在主窗口旁边显示<练习文件>中的任务，做完的任务自动打勾。"_s;
+inline const QString CheckOption =
+    u"检查数据文件夹里做完了<练习文件>中的哪些任务，显示结果后退出。"
+    u"退出码：0 全部完成，1 还有未完成的任务，2 练习文件不能使用，3 数据文件夹无法读取。"_s;
+inline const QString ExerciseValue = u"练习文件"_s;
+// Two options that ask for different things: %1 and %2 the options.
+inline const QString OptionsConflict = u"选项“%1”和“%2”不能同时使用。"_s;
 // The command-line parser's own words, by the English it is written with.
 struct ParserWord
 {
@@ -551,5 +561,66 @@ inline constexpr ParserWord ParserWords[] = {
     {"Unexpected value after '%1'.", u"选项“%1”后面不能带值。"},
 };
 }  // namespace cli
+
+// ---- Exercises: the window beside the main window, --check, the file ----
+namespace exercise {
+inline const QString Caption = u"练习"_s;
+inline const QString Progress = u"已完成 %1/%2"_s;  // %1 tasks done, %2 tasks
+inline const QString TaskLine = u"%1. %2"_s;  // %1 the task's number, %2 its text
+// What a screen reader says of a task: TaskLine after one of these.
+inline const QString SaidDone = u"已完成："_s;
+inline const QString SaidOpen = u"未完成："_s;
+inline const QString TaskList = u"练习任务"_s;
+inline const QString TaskListHelp = u"做完的任务前面有一个勾。"_s;
+// A folder (or the accounts) the program cannot read just now; the box
+// that said why came from the main window. %1: the folder's name.
+inline const QString Unreadable = u"“%1”暂时无法读取，与它有关的任务先算作未完成。"_s;
+inline const QString AccountsName = u"账号"_s;
+
+// What --check prints per task, tab-separated: one of these, the task's
+// number, its text; then a last line "done/tasks".
+inline const QString CheckDone = u"完成"_s;
+inline const QString CheckOpen = u"未完成"_s;
+// --check's reasons on standard error. %1: the data folder.
+inline const QString NoDataFolder = u"数据文件夹“%1”不存在。"_s;
+inline const QString CannotCheck = u"无法检查数据文件夹“%1”。\r\r%2"_s;  // %2: why
+
+// An exercise file that cannot be used: %1 the file, %2 AtLine or one of
+// the reasons about the whole file.
+inline const QString CannotUse = u"练习文件“%1”不能使用。\r\r%2"_s;
+// %1 the line's number, %2 the line as written, %3 one of the reasons below.
+inline const QString AtLine = u"第 %1 行“%2”：%3"_s;
+// After CannotUse, when the program starts anyway.
+inline const QString StartsWithout =
+    u"程序照常启动，但不显示练习窗口；做过的任务照样会记在数据文件里。请把这个问题告诉老师。"_s;
+inline const QString NoSuchFile = u"找不到这个文件。"_s;
+inline const QString CannotRead = u"无法读取这个文件：%1"_s;  // %1: why
+inline const QString EmptyFile = u"文件是空的。"_s;
+inline const QString NotText =
+    u"这一行有无法识别的字符。练习文件应当是 UTF-8 或 GB18030 编码的文本文件。"_s;
+inline const QString ExerciseFirst = u"练习文件要以 [exercise] 开头。"_s;
+inline const QString BadHeader = u"节名要写成 [名称] 的样子，“]”后面不能再有别的内容。"_s;
+inline const QString UnknownSection =
+    u"不认识的节名。只能写 [exercise]，以及按顺序编号的 [task1]、[task2]……"_s;
+inline const QString ExerciseTwice = u"[exercise] 只能写一次。"_s;
+inline const QString TaskMissing = u"缺少 [task%1]：任务要从 1 开始按顺序编号。"_s;
+inline const QString TaskAgain = u"[task%1] 前面已经有了，这里应当是 [task%2]。"_s;
+inline const QString NotKeyValue = u"这一行不是“名称=内容”的样子。"_s;
+inline const QString ExerciseKeys = u"[exercise] 里只能写 title=（练习的标题）。"_s;
+inline const QString UnknownKey =
+    u"不认识“%1=”。任务里可以写：text、account、folder、from、to、cc、subject、body、attachment、count。"_s;
+inline const QString KeyAgain = u"这一节里已经写过“%1=”了。"_s;
+inline const QString EmptyValue = u"“%1=”后面没有内容。"_s;
+inline const QString UnknownFolder =
+    u"不认识的文件夹。可以写：inbox（收件箱）、outbox（发件箱）、sent（已发送邮件）、deleted（已删除邮件）、drafts（草稿）。"_s;
+inline const QString BadCount = u"count= 后面要写 1 到 99999 之间的整数。"_s;
+inline const QString NoTitle = u"[exercise] 里缺少 title=（练习的标题）。"_s;
+inline const QString NoTasks = u"练习里还没有任务：请在 [exercise] 后面写 [task1]、[task2]……"_s;
+inline const QString NoText = u"这个任务缺少 text=（学员看到的任务说明）。"_s;
+inline const QString NoCondition =
+    u"这个任务没有写怎样算完成：请写 account=，或者写 folder= 和要查找的内容。"_s;
+inline const QString AccountAlone = u"account= 只检查账号，不能和“%1=”写在同一个任务里。"_s;
+inline const QString NeedsFolder = u"“%1=”要和 folder= 一起写，说明到哪个文件夹里找。"_s;
+}  // namespace exercise
 
 }  // namespace texts

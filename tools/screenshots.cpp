@@ -5,7 +5,8 @@
 // on a message with an attachment (readwindow), the send-and-receive
 // dialog half-way through a run (sendreceive), the about box (about), the
 // accounts dialog, the wizard's address page and the account properties
-// (accounts-*).
+// (accounts-*), and the exercise window beside the main window on a
+// 1024x768 screen (exercise-1024x768).
 
 #include "sendrecv/engine.h"
 #include "store/appdir.h"
@@ -22,6 +23,8 @@
 #include "ui/common/fonts.h"
 #include "ui/common/forms.h"
 #include "ui/common/msgboxprompter.h"
+#include "ui/common/twips.h"
+#include "ui/exercise/frmExercise.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
@@ -30,6 +33,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QPainter>
 #include <QLineEdit>
 #include <QPixmap>
 #include <QPlainTextEdit>
@@ -92,6 +96,26 @@ void writeSampleData()
     deleted[0] = mail(u"news@example.com"_s, u"zhangwei@example.com"_s, u"每周新闻摘要"_s,
                       u"本周新闻摘要。"_s, u"24-05-06 08:00"_s, true);
     SaveEmails(FolderFile::DeletedItems, deleted, 1);
+}
+
+// The windows as they lie on a screen of the given size, each in a thin
+// frame on the desktop's colour.
+bool saveScreen(QSize screen, const QList<QWidget *> &windows, const QString &path)
+{
+    QCoreApplication::processEvents();
+    const qreal ratio = windows.first()->devicePixelRatioF();
+    QImage shot(screen * ratio, QImage::Format_RGB32);
+    shot.setDevicePixelRatio(ratio);
+    shot.fill(QColor(0x3b, 0x6e, 0x8f));
+    QPainter p(&shot);
+    for (QWidget *w : windows) {
+        p.fillRect(w->frameGeometry(), QColor(0x55, 0x55, 0x55));
+        p.drawPixmap(w->geometry().topLeft(), w->grab());
+    }
+    p.end();
+    const bool ok = shot.save(path);
+    std::printf("%s %s\n", ok ? "wrote" : "FAILED", qPrintable(path));
+    return ok;
 }
 
 bool save(QWidget *window, const QString &path)
@@ -204,6 +228,19 @@ int main(int argc, char *argv[])
     QTest::qWait(500);  // the folder is read in the background
     ok &= save(&chooser, outDir + u"/filechooser"_s + suffix + u".png"_s);
     chooser.hide();
+
+    // The sample exercise of the README beside the Inbox, on the smallest
+    // screen it is made for: the main window gives up width, its whole
+    // tool bar still in view.
+    const QSize screen(1024, 768), design(frmMain::DesignWidth, frmMain::DesignHeight);
+    const QPoint corner = twips::nearTopLeft(
+        QSize(int(twips::fromPixels(screen.width())), int(twips::fromPixels(screen.height()))), design);
+    w->resize(twips::toPixels(design.width()), twips::toPixels(design.height()));
+    w->move(twips::toPixels(corner.x()), twips::toPixels(corner.y()));
+    frmExercise *exercise = forms::Exercise();
+    exercise->setExercise(exercise::ReadExercise(QStringLiteral(SAMPLE_EXERCISE)));
+    exercise->openBeside(w, w->narrowestWidth(), false, QRect(QPoint(0, 0), screen));
+    ok &= saveScreen(screen, {w, exercise}, outDir + u"/exercise-1024x768"_s + suffix + u".png"_s);
 
     forms::destroyAll();
     return ok ? 0 : 1;

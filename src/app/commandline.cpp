@@ -30,6 +30,23 @@ public:
     }
 };
 
+// Every option, made alike for the full reading and for the first look
+// that only asks whether this is a check.
+struct Options
+{
+    QCommandLineOption help{{u"h"_s, u"help"_s}, texts::cli::HelpOption};
+    QCommandLineOption version{{u"v"_s, u"version"_s}, texts::cli::VersionOption};
+    QCommandLineOption dataDir{u"data-dir"_s, texts::cli::DataDirOption, texts::cli::DataDirValue};
+    QCommandLineOption printDataDir{u"print-data-dir"_s, texts::cli::PrintDataDirOption};
+    QCommandLineOption exercise{u"exercise"_s, texts::cli::ExerciseOption, texts::cli::ExerciseValue};
+    QCommandLineOption check{u"check"_s, texts::cli::CheckOption, texts::cli::ExerciseValue};
+
+    void addTo(QCommandLineParser &parser) const
+    {
+        parser.addOptions({help, version, dataDir, printDataDir, exercise, check});
+    }
+};
+
 CommandLine badUsage(const QString &why)
 {
     CommandLine c;
@@ -52,12 +69,8 @@ CommandLine ParseCommandLine(const QStringList &arguments)
 
     QCommandLineParser parser;
     parser.setApplicationDescription(texts::cli::Description);
-    const QCommandLineOption help({u"h"_s, u"help"_s}, texts::cli::HelpOption);
-    const QCommandLineOption version({u"v"_s, u"version"_s}, texts::cli::VersionOption);
-    const QCommandLineOption dataDir(u"data-dir"_s, texts::cli::DataDirOption,
-                                     texts::cli::DataDirValue);
-    const QCommandLineOption printDataDir(u"print-data-dir"_s, texts::cli::PrintDataDirOption);
-    parser.addOptions({help, version, dataDir, printDataDir});
+    const Options o;
+    o.addTo(parser);
 
     if (!parser.parse(arguments))
         return badUsage(parser.errorText());
@@ -65,22 +78,56 @@ CommandLine ParseCommandLine(const QStringList &arguments)
         return badUsage(texts::cli::UnexpectedArgument.arg(parser.positionalArguments().join(u' ')));
 
     CommandLine c;
-    if (parser.isSet(help) || parser.isSet(version)) {
+    if (parser.isSet(o.help) || parser.isSet(o.version)) {
         c.action = CommandLine::Action::Exit;
-        c.out = parser.isSet(help)
+        c.out = parser.isSet(o.help)
                     ? parser.helpText()
                     : texts::cli::VersionLine.arg(QCoreApplication::applicationVersion()) + u'\n';
         return c;
     }
-    if (parser.isSet(dataDir)) {
-        const QString value = parser.value(dataDir);
+    if (parser.isSet(o.dataDir)) {
+        const QString value = parser.value(o.dataDir);
         if (value.isEmpty()) {
             return badUsage(QCoreApplication::translate("QCommandLineParser", "Missing value after '%1'.")
                                 .arg(u"--data-dir"_s));
         }
         c.dataDir = QDir::cleanPath(QDir::current().absoluteFilePath(value));
     }
-    if (parser.isSet(printDataDir))
+    // Each of these asks for something else of the one run.
+    const QCommandLineOption *asks[] = {&o.printDataDir, &o.exercise, &o.check};
+    for (int a = 0; a < 3; ++a) {
+        for (int b = a + 1; b < 3; ++b) {
+            if (parser.isSet(*asks[a]) && parser.isSet(*asks[b]))
+                return badUsage(texts::cli::OptionsConflict.arg(u"--"_s + asks[a]->names().constFirst(),
+                                                                u"--"_s + asks[b]->names().constFirst()));
+        }
+    }
+    if (parser.isSet(o.printDataDir))
         c.action = CommandLine::Action::PrintDataDir;
+    if (parser.isSet(o.check)) {
+        c.action = CommandLine::Action::Check;
+        c.exercise = parser.value(o.check);
+    }
+    if (parser.isSet(o.exercise))
+        c.exercise = parser.value(o.exercise);
     return c;
+}
+
+bool IsCheckCommand(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    QCommandLineParser parser;
+    const Options o;
+    o.addTo(parser);
+    return parser.parse(arguments) && parser.isSet(o.check);
+}
+
+void NameApplication()
+{
+    // The application name gives the per-user data folder its name
+    // (~/.local/share/quillpost-express).
+    QCoreApplication::setApplicationName(u"quillpost-express"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLPOST_VERSION));
 }

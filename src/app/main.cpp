@@ -1,4 +1,6 @@
+#include "check.h"
 #include "commandline.h"
+#include "datafolder.h"
 #include "store/appdir.h"
 #include "store/commit.h"
 #include "store/datadir.h"
@@ -11,8 +13,6 @@
 #include "ui/main/frmMain.h"
 
 #include <QDir>
-#include <QFileInfo>
-#include <QStandardPaths>
 #include <QTemporaryFile>
 
 #include <cstdio>
@@ -21,20 +21,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 const QString AppId = QStringLiteral(QUILLPOST_APP_ID);
-
-// Where an installed copy may live. Besides the system's prefixes, a copy
-// installed anywhere else (cmake --install --prefix ~/programs, or staged
-// into a DESTDIR) is known by the menu entry installed next to its bin/.
-QStringList installPrefixes(const QString &exeDir)
-{
-    QStringList prefixes = {u"/usr"_s, u"/usr/local"_s, u"/opt"_s};
-    const QFileInfo bin(exeDir);
-    const QString prefix = bin.absolutePath();
-    if (bin.fileName() == u"bin"
-        && QFileInfo::exists(prefix + u"/share/applications/"_s + AppId + u".desktop"_s))
-        prefixes.append(prefix);
-    return prefixes;
-}
 
 // Tries for real, because a permission check can be wrong (read-only
 // mounts, root on a network share). A missing folder is created here, at
@@ -55,12 +41,13 @@ void print(FILE *stream, const QString &text)
 
 int main(int argc, char *argv[])
 {
+    if (IsCheckCommand(argc, argv))
+        return RunCheckWithoutDisplay(argc, argv);
+
     QuillpostApplication app(argc, argv);
-    // The application name gives the per-user data folder its name
-    // (~/.local/share/quillpost-express); the desktop file name ties the
-    // windows to the menu entry, so the desktop shows its icon for them.
-    QCoreApplication::setApplicationName(u"quillpost-express"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLPOST_VERSION));
+    NameApplication();
+    // The desktop file name ties the windows to the menu entry, so the
+    // desktop shows its icon for them.
     QGuiApplication::setDesktopFileName(AppId);
     InstallChineseTranslations();
 
@@ -70,11 +57,10 @@ int main(int argc, char *argv[])
         print(stderr, cmd.err);
         return cmd.exitCode;
     }
+    if (cmd.action == CommandLine::Action::Check)
+        return RunCheck(cmd);
 
-    const QString exeDir = QCoreApplication::applicationDirPath();
-    const DataDirChoice data = ChooseDataDir(
-        {exeDir, installPrefixes(exeDir), cmd.dataDir,
-         QStandardPaths::writableLocation(QStandardPaths::AppDataLocation), canWrite});
+    const DataDirChoice data = ChooseDataDir(DataDirFactsHere(cmd.dataDir, canWrite));
     SetAppDir(data.dir);
     SetDataReadOnly(data.readOnly);
 
@@ -105,6 +91,8 @@ int main(int argc, char *argv[])
     }
 
     forms::Main()->show();
+    if (!cmd.exercise.isEmpty())
+        forms::Main()->startExercise(cmd.exercise);
     const int rc = app.exec();
     forms::destroyAll();
     setPrompter(nullptr);

@@ -404,4 +404,10 @@ QString WriteAside(const QString &stem, const QByteArray &bytes)
         fail(name, error);
     }
     return name;
+QStringList StandingChange(const QString &dir)
+{
+    QFile journal(QDir(dir).filePath(QLatin1StringView(JournalName)));
+    if (!journal.open(QIODevice::ReadOnly))
+        return {};
+    return journalNames(journal.read(64 * 1024));
 }

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -52,6 +53,11 @@ void RecoverDataFolder();
 // written, so that a start after a kill does not keep a second copy.
 // Throws FileError.
 QString WriteAside(const QString &stem, const QByteArray &bytes);
+// The files a journal standing in dir names: a change that counts as made,
+// whose NAME.new files hold what the folder says until the next start
+// moves them into place. Empty when no whole journal stands there. Reads
+// only, for a look at a folder that another copy may hold.
+QStringList StandingChange(const QString &dir);
 
 // The Chinese reason for a failed file operation, by errno: what the user
 // can act on (disk full, no permission, a folder in the file's place).

@@ -6,6 +6,7 @@
 #include "store/clock.h"
 #include "ui/common/application.h"
 #include "ui/common/msgboxprompter.h"
+#include "ui/exercise/frmExercise.h"
 #include "windows.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -55,7 +56,7 @@ QWidget *shown(const QString &name)
     } else {
         for (QWidget *d : QWidgetList{forms::MailBox(), forms::About(), forms::MailBoxProp(),
                                       forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
-                                      forms::MainBoxAdd4(), forms::MainBoxAdd5()})
+                                      forms::MainBoxAdd4(), forms::MainBoxAdd5(), forms::Exercise()})
             w = d->objectName() == name ? d : w;
         w->show();
     }
@@ -136,7 +137,7 @@ private slots:
         QTest::addColumn<QString>("window");
         for (const char *name : {"frmMain", "frmMailEdit", "frmMailRead", "frmSendAndReceive",
                                  "frmMailBox", "frmMainBoxAdd1", "frmMainBoxAdd2", "frmMainBoxAdd3",
-                                 "frmMainBoxAdd4", "frmMainBoxAdd5", "frmMailBoxProp", "frmAbout"})
+                                 "frmMainBoxAdd4", "frmMainBoxAdd5", "frmMailBoxProp", "frmAbout", "frmExercise"})
             QTest::newRow(name) << QString::fromLatin1(name);
     }
 

@@ -2,6 +2,7 @@
 
 #include "foldernodes.h"
 #include "mainlayout.h"
+#include "exercise/exercise.h"
 #include "sendrecv/engine.h"
 #include "store/errors.h"
 #include "store/folders.h"
@@ -18,6 +19,7 @@
 #include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/common/widgets.h"
+#include "ui/exercise/frmExercise.h"
 #include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
 #include "ui/sendrecv/frmSendAndReceive.h"
@@ -136,6 +138,8 @@ void frmMain::buildMenus()
         {1, nullptr, nullptr},
         {1, "mnuStop", &t::MenuStop},
         {1, "mnuRefresh", &t::MenuRefresh},
+        {1, nullptr, nullptr},
+        {1, "mnuExercise", &t::MenuExercise},
         {0, "mnuTools", &t::MenuTools},
         {1, "mnuSendReceive", &t::MenuSendReceive, "mail-send-receive"},
         {2, "mnuRSMail", &t::MenuRSMail},
@@ -173,6 +177,9 @@ void frmMain::buildMenus()
     mnuSendMail = scaffold::action(this, "mnuSendMail");
     T9 = scaffold::action(this, "T9");
     H6 = scaffold::action(this, "H6");
+    mnuExercise = scaffold::action(this, "mnuExercise");
+    mnuExercise->setCheckable(true);
+    mnuExercise->setVisible(false);
 }
 
 void frmMain::buildToolbar()
@@ -440,6 +447,13 @@ void frmMain::connectHandlers()
     // of the window rather than one the menu would print a second time.
     auto *ctrlM = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_M), this);
     connect(ctrlM, &QShortcut::activated, this, &frmMain::mnuRSMail_Click);
+    connect(mnuExercise, &QAction::triggered, this, &frmMain::mnuExercise_Click);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_E), this), &QShortcut::activated, this,
+            &frmMain::mnuExercise_Click);
+    connect(findChild<QMenu *>(u"mnuView"_s), &QMenu::aboutToShow, this, [this] {
+        if (mnuExercise->isVisible())
+            mnuExercise->setChecked(forms::Exercise()->isVisible());
+    });
 
     connect(&storeEvents(), &StoreEvents::folderChanged, this, &frmMain::folderChanged);
     connect(&storeEvents(), &StoreEvents::accountsChanged, this, [this] {
@@ -775,4 +789,47 @@ void frmMain::Command11_Click()
 void frmMain::F20_Click()
 {
     close();
+}
+
+// ---- The exercise beside the window ----------------------------------------
+
+void frmMain::startExercise(const QString &path)
+{
+    try {
+        forms::Exercise()->setExercise(exercise::ReadExercise(path));
+    } catch (const exercise::ExerciseError &error) {
+        // The trainee came to work with the program, and what they do still
+        // lands in the files a trainer checks: it starts all the same.
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           error.text(path) + u"\r\r"_s + texts::exercise::StartsWithout);
+        return;
+    }
+    mnuExercise->setVisible(true);
+    openExercise(false);
+}
+
+void frmMain::openExercise(bool activate)
+{
+    forms::Exercise()->openBeside(this, narrowestWidth(), activate);
+}
+
+int frmMain::narrowestWidth() const
+{
+    // Every button counts, shown or not: a page shown later shows them all.
+    int buttons = 0;
+    for (QAction *a : Toolbar1->actions()) {
+        if (const QWidget *b = Toolbar1->widgetForAction(a))
+            buttons += b->sizeHint().width();
+    }
+    return buttons + 2 + frameGeometry().width() - width();
+}
+
+void frmMain::mnuExercise_Click()
+{
+    if (!mnuExercise->isVisible())
+        return;  // no exercise in this run
+    if (forms::Exercise()->isVisible())
+        forms::Exercise()->close();
+    else
+        openExercise(true);
 }

@@ -89,6 +89,16 @@ public:
     // The message the preview shows; unset when it shows none.
     MailRef previewedMail() const;
 
+    // Reads an exercise and shows it beside this window, the View menu
+    // offering to close and reopen it; a file that cannot be used is
+    // explained in a box, and the program goes on without it.
+    void startExercise(const QString &path);
+    // The exercise window beside this one; activate gives it the keyboard.
+    void openExercise(bool activate);
+    // The narrowest this window may be with its whole tool bar in view,
+    // frame included.
+    int narrowestWidth() const;
+
     // ---- Fields other windows read -------------------------------------
     qint16 InboxUnread = 0;
     qint16 DeletedUnread = 0;
@@ -107,6 +117,7 @@ public:
     QAction *mnuSendMail = nullptr;
     QAction *T9 = nullptr;
     QAction *H6 = nullptr;
+    QAction *mnuExercise = nullptr;  // hidden unless an exercise was started
 
     // ---- Child widgets ---------------------------------------------------
     QFrame *CoolBar1 = nullptr;
@@ -183,6 +194,7 @@ private:
     void H6_Click();
     void Command11_Click();
     void Delete_Click();
+    void mnuExercise_Click();
 
     // Opens the compose window for a mode, on the previewed message for a
     // reply or a forward.

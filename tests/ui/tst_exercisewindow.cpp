@@ -1,0 +1,179 @@
+// The exercise window on a 1024x768 screen: beside the main window, which
+// keeps its whole tool bar; a task ticked by the real command that does it,
+// through the compose window; closed and reopened from the keyboard; and a
+// file it cannot use, explained. It never writes a file.
+
+#include "store/errors.h"
+#include "store/mailstore.h"
+#include "ui/exercise/frmExercise.h"
+#include "windows.h"
+
+using namespace Qt::Literals::StringLiterals;
+using namespace testsupport;
+namespace t = texts::exercise;
+
+namespace {
+// What the window shows: each task as a screen reader says it, then the count.
+QString shown(const frmExercise *x)
+{
+    QStringList rows;
+    for (int i = 0; i < x->Tasks->count(); ++i)
+        rows << x->Tasks->item(i)->data(Qt::AccessibleTextRole).toString();
+    return rows.join(u" | "_s) + u" | "_s + x->Progress->text();
+}
+
+// Chinese arrives as an input method commits it.
+void commit(QWidget *field, const QString &text)
+{
+    QInputMethodEvent typed;
+    typed.setCommitString(text);
+    QCoreApplication::sendEvent(field, &typed);
+}
+}  // namespace
+
+class tst_exercisewindow : public WindowTest
+{
+    Q_OBJECT
+
+private slots:
+    // Frames on a screen's free area: the main window (tool bar 523 wide with
+    // its frame) and the exercise window (300 wide, 220 at the least).
+    void placement_data()
+    {
+        QTest::addColumn<QRect>("area");
+        QTest::addColumn<QRect>("main");
+        QTest::addColumn<QRect>("exercise");
+        QTest::newRow("room beside: the main window as it was") << QRect(0, 0, 1920, 1080)
+                                                                 << QRect(1, 1, 904, 624) << QRect(909, 1, 300, 624);
+        QTest::newRow("room for just the exercise window") << QRect(0, 0, 1209, 800) << QRect(1, 1, 904, 624)
+                                                          << QRect(909, 1, 300, 624);
+        QTest::newRow("1024 wide: the main window moves left and gives up width")
+            << QRect(0, 0, 1024, 768) << QRect(0, 1, 720, 624) << QRect(724, 1, 300, 624);
+        QTest::newRow("800 wide: the main window at its narrowest, the exercise narrower")
+            << QRect(0, 0, 800, 600) << QRect(0, 1, 523, 624) << QRect(527, 1, 273, 599);
+        QTest::newRow("too small for both: the exercise over the main window's edge")
+            << QRect(0, 0, 640, 480) << QRect(0, 1, 523, 624) << QRect(420, 1, 220, 479);
+    }
+    void placement()
+    {
+        QFETCH(QRect, area);
+        QFETCH(QRect, main);
+        QFETCH(QRect, exercise);
+        const SideBySide p = PlaceSideBySide(area, QRect(1, 1, 904, 624), 523, 300, 220);
+        QCOMPARE(p.main, main);
+        QCOMPARE(p.exercise, exercise);
+    }
+
+    void aTaskTicksAfterTheCommandThatDoesIt()
+    {
+        putAccounts(*dir, {u"zhangsan@example.cn"_s});
+        dir->writeBytes(u"lesson.ini"_s, u"[exercise]\ntitle=第三课\n[task1]\ntext=发会议通知\nfolder=sent\n"
+                                         "to=lisi@example.cn\nsubject=Meeting 会议\n[task2]\ntext=存草稿\nfolder=drafts\n"
+                                         "[task3]\ntext=加账号\naccount=zhangsan@example.cn\n"_s
+                                             .toUtf8());
+        frmMain *w = mainOn(Node::Inbox);
+        w->startExercise(dir->filePath(u"lesson.ini"_s));
+        frmExercise *x = forms::Exercise();
+        QVERIFY(x->isVisible());
+        QCOMPARE(x->Title->text(), u"第三课"_s);
+        QCOMPARE(shown(x), u"未完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成：3. 加账号 | 已完成 1/3"_s);
+        QVERIFY(x->Tasks->y() > x->Title->geometry().bottom() && x->Progress->y() > x->Tasks->geometry().bottom());
+        // Side by side on the screen, the main window's tool bar whole.
+        const QRect screen = w->screen()->availableGeometry();
+        QVERIFY(screen.contains(w->frameGeometry()) && screen.contains(x->frameGeometry()));
+        QVERIFY(!w->frameGeometry().intersects(x->frameGeometry()));
+        QVERIFY(w->Toolbar1->sizeHint().width() <= w->Toolbar1->width());
+        QVERIFY(w->Toolbar1->width() <= w->centralWidget()->width());
+
+        const QByteArray before = allFiles(*dir);
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        press(u"Ctrl+E"_s);
+        QVERIFY(!x->isVisible());
+        press(u"Alt+V E"_s);
+        QVERIFY(x->isVisible() && QTest::qWaitForWindowActive(x));
+        press(u"Escape"_s);
+        QVERIFY(!x->isVisible());
+        QCOMPARE(allFiles(*dir), before);
+        w->activateWindow();  // offscreen, a closed window does not hand it back
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        press(u"Ctrl+E"_s);
+        QVERIFY(x->isVisible());
+
+        clickButton(w->Toolbar1, w->toolbarButton(frmMain::tbNewMail));
+        frmMailEdit *e = forms::MailEdit();
+        QVERIFY(QTest::qWaitForWindowActive(e));
+        QTest::keyClicks(e->Text3, u"LiSi@Example.cn"_s);
+        QTest::keyClicks(e->Text5, u"Meeting "_s);
+        commit(e->Text5, u"会议通知"_s);
+        clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
+        QTRY_COMPARE(shown(x), u"已完成：1. 发会议通知 | 未完成：2. 存草稿 | 已完成：3. 加账号 | 已完成 2/3"_s);
+        QVERIFY(x->Note->isHidden());
+        QVERIFY(x->Tasks->item(0)->icon().pixmap(16).toImage() != x->Tasks->item(1)->icon().pixmap(16).toImage());
+        QCOMPARE(stored(FolderFile::SentItems).value(0).subject, u"meeting 会议通知"_s);
+    }
+
+    // The first task of a lesson: an account set up with the wizard.
+    void anAccountTicksAfterTheWizard()
+    {
+        dir->writeBytes(u"lesson.ini"_s, "[exercise]\ntitle=x\n[task1]\ntext=a\naccount=New.Office@Example.com\n");
+        frmMain *w = mainOn();
+        w->startExercise(dir->filePath(u"lesson.ini"_s));
+        QCOMPARE(shown(forms::Exercise()), u"未完成：1. a | 已完成 0/1"_s);
+        ModalScript script;
+        walkWizard(script);
+        script.start();
+        w->T9->trigger();
+        forms::MailBox()->mnuEmail_Click();
+        QVERIFY2(script.finished(), script.report());
+        QCOMPARE(shown(forms::Exercise()), u"已完成：1. a | 已完成 1/1"_s);
+        QCOMPARE(store::Accounts().value(0).address, u"new.office@example.com"_s);
+    }
+
+    // A folder the program cannot read: its task waits, and the window says why
+    // once, beside the box the main window showed.
+    void aFolderItCannotRead()
+    {
+        QVERIFY(QDir(dir->path()).mkdir(FolderFile::fileName(FolderFile::SentItems)));
+        dir->writeBytes(u"lesson.ini"_s, "[exercise]\ntitle=x\n[task1]\ntext=a\nfolder=sent\n"
+                                         "[task2]\ntext=b\nfolder=inbox\n");
+        const QString why = ErrorBoxText(FileError(texts::CannotReadFile.arg(
+            dir->filePath(FolderFile::fileName(FolderFile::SentItems)), texts::ReasonIsFolder)));
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, why);
+        frmMain *w = mainOn();
+        w->startExercise(dir->filePath(u"lesson.ini"_s));
+        QCOMPARE(shown(forms::Exercise()), u"未完成：1. a | 未完成：2. b | 已完成 0/2"_s);
+        QCOMPARE(forms::Exercise()->Note->text(), t::Unreadable.arg(texts::SentItemsName));
+        QVERIFY(forms::Exercise()->Note->isVisible());
+    }
+
+    void aFileItCannotUse()
+    {
+        dir->writeBytes(u"lesson.ini"_s, "[exercise]\ntitle=x\n[task1]\ntext=a\nfoldr=sent\n");
+        const QString path = dir->filePath(u"lesson.ini"_s);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             t::CannotUse.arg(path, t::AtLine.arg(5).arg(u"foldr=sent"_s, t::UnknownKey.arg(u"foldr"_s)))
+                                 + u"\r\r"_s + t::StartsWithout);
+        frmMain *w = mainOn();
+        w->startExercise(path);
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        press(u"Ctrl+E"_s);
+        QVERIFY(!forms::Exercise()->isVisible() && !w->mnuExercise->isVisible());
+    }
+};
+
+// A screen of 1024x768, the smallest the two windows are laid out for.
+int main(int argc, char *argv[])
+{
+    QTemporaryFile screen;
+    if (!screen.open()
+        || screen.write(R"({"screens": [{"name": "s", "x": 0, "y": 0, "width": 1024, "height": 768,
+                            "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+               < 0)
+        return 1;
+    screen.flush();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
+    QApplication app(argc, argv);
+    tst_exercisewindow test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_exercisewindow.moc"
