@@ -8,6 +8,7 @@
 #include <QTranslator>
 
 #include <cstring>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -57,7 +58,10 @@ CommandLine ParseCommandLine(const QStringList &arguments)
     const QCommandLineOption dataDir(u"data-dir"_s, texts::cli::DataDirOption,
                                      texts::cli::DataDirValue);
     const QCommandLineOption printDataDir(u"print-data-dir"_s, texts::cli::PrintDataDirOption);
-    parser.addOptions({help, version, dataDir, printDataDir});
+    const QCommandLineOption classDir(u"class-dir"_s, texts::cli::ClassDirOption,
+                                      texts::cli::DataDirValue);
+    const QCommandLineOption classStatus(u"class-status"_s, texts::cli::ClassStatusOption);
+    parser.addOptions({help, version, dataDir, printDataDir, classDir, classStatus});
 
     if (!parser.parse(arguments))
         return badUsage(parser.errorText());
@@ -72,15 +76,20 @@ CommandLine ParseCommandLine(const QStringList &arguments)
                     : texts::cli::VersionLine.arg(QCoreApplication::applicationVersion()) + u'\n';
         return c;
     }
-    if (parser.isSet(dataDir)) {
-        const QString value = parser.value(dataDir);
+    for (const auto &[option, name, target] :
+         {std::tuple(&dataDir, u"--data-dir"_s, &c.dataDir), std::tuple(&classDir, u"--class-dir"_s, &c.classDir)}) {
+        if (!parser.isSet(*option))
+            continue;
+        const QString value = parser.value(*option);
         if (value.isEmpty()) {
             return badUsage(QCoreApplication::translate("QCommandLineParser", "Missing value after '%1'.")
-                                .arg(u"--data-dir"_s));
+                                .arg(name));
         }
-        c.dataDir = QDir::cleanPath(QDir::current().absoluteFilePath(value));
+        *target = QDir::cleanPath(QDir::current().absoluteFilePath(value));
     }
     if (parser.isSet(printDataDir))
         c.action = CommandLine::Action::PrintDataDir;
+    if (parser.isSet(classStatus))
+        c.action = CommandLine::Action::ClassStatus;
     return c;
 }

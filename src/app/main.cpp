@@ -1,4 +1,5 @@
 #include "commandline.h"
+#include "sendrecv/classroom.h"
 #include "store/appdir.h"
 #include "store/commit.h"
 #include "store/datadir.h"
@@ -12,6 +13,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
@@ -51,6 +53,24 @@ void print(FILE *stream, const QString &text)
 {
     std::fputs(text.toLocal8Bit().constData(), stream);
 }
+
+// The trainer's overview of the class folder, on standard output.
+int printClassStatus(const QString &classDir)
+{
+    if (classDir.isEmpty()) {
+        const QSettings settings(QSettings::NativeFormat, QSettings::SystemScope,
+                                 classroom::SettingsName);
+        print(stderr, texts::cli::NoClassDir.arg(settings.fileName()) + u'\n');
+        return 2;
+    }
+    QString table, why;
+    if (!classroom::StatusTable(classDir, &table, &why)) {
+        print(stderr, why + u'\n');
+        return 1;
+    }
+    print(stdout, table);
+    return 0;
+}
 }  // namespace
 
 int main(int argc, char *argv[])
@@ -70,6 +90,12 @@ int main(int argc, char *argv[])
         print(stderr, cmd.err);
         return cmd.exitCode;
     }
+
+    // The class folder: --class-dir for this start, else the administrator's.
+    const QString classDir = cmd.classDir.isEmpty() ? classroom::ConfiguredClassDir() : cmd.classDir;
+    if (cmd.action == CommandLine::Action::ClassStatus)
+        return printClassStatus(classDir);
+    classroom::SetClassDir(classDir);
 
     const QString exeDir = QCoreApplication::applicationDirPath();
     const DataDirChoice data = ChooseDataDir(
@@ -101,6 +127,9 @@ int main(int argc, char *argv[])
 
     forms::Main()->show();
     const int rc = app.exec();
+    // Mail on its way into the class folder gets a moment to arrive; what
+    // does not is sent again by the next run.
+    classroom::WaitForShare(5000);
     forms::destroyAll();
     setPrompter(nullptr);
     return rc;

@@ -275,6 +275,11 @@ AccountList &FolderSet::changeAccounts()
     return m_accounts;
 }
 
+void FolderSet::alsoWrite(const QString &fileName, const QByteArray &bytes)
+{
+    m_alsoWritten[fileName] = bytes;
+}
+
 void FolderSet::commit()
 {
     for (int folder : m_changed) {
@@ -295,6 +300,8 @@ void FolderSet::commit()
         accountBytes = AccountBytes(m_accounts);
         files.add(MailBoxFileName, accountBytes);
     }
+    for (const auto &[fileName, bytes] : m_alsoWritten)
+        files.add(fileName, bytes);
 
     const auto tell = [this] {
         for (int folder : m_changed)
