@@ -71,10 +71,9 @@ bool exists(const QString &path)
     return ::stat(native(path).constData(), &st) == 0;
 }
 
-// Writes dir/name.part, every byte checked and synced, and renames it to
-// dir/name. Returns 0 or the errno of the first failure, with the part
-// removed.
-int putInPlace(const QString &dir, const QString &name, const QByteArray &bytes)
+// Writes dir/name.part, every byte checked and synced. Returns 0 or the
+// errno of the first failure, with the part removed.
+int writePart(const QString &dir, const QString &name, const QByteArray &bytes)
 {
     const QByteArray part = native(dir + u'/' + name + QLatin1StringView(PartSuffix));
     const int fd = ::open(part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
@@ -97,20 +96,31 @@ int putInPlace(const QString &dir, const QString &name, const QByteArray &bytes)
         error = errno;
     if (::close(fd) != 0 && error == 0)
         error = errno;
-    if (error == 0 && ::rename(part.constData(), native(dir + u'/' + name).constData()) != 0)
-        error = errno;
-    if (error != 0) {
+    if (error != 0)
         ::unlink(part.constData());
-        return error;
-    }
-    // Some network file systems cannot sync a folder; the rename stands
-    // on the server all the same.
+    return error;
+}
+
+// Renames dir/name.part to dir/name: the file appears whole.
+int placePart(const QString &dir, const QString &name)
+{
+    const QByteArray part = native(dir + u'/' + name + QLatin1StringView(PartSuffix));
+    if (::rename(part.constData(), native(dir + u'/' + name).constData()) == 0)
+        return 0;
+    const int error = errno;
+    ::unlink(part.constData());
+    return error;
+}
+
+// Some network file systems cannot sync a folder; the renames stand on the
+// server all the same.
+void syncFolder(const QString &dir)
+{
     const int folder = ::open(native(dir).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder >= 0) {
         ::fsync(folder);
         ::close(folder);
     }
-    return 0;
 }
 
 // 0 with the bytes, or an errno.
@@ -246,19 +256,36 @@ ShareOutcome RunShareJob(const ShareJob &job)
 
     if (ownThere) {
         ::unlink(native(own + u'/' + StatusFileName + QLatin1StringView(PartSuffix)).constData());
-        // A number already in place was put there by a run killed before
-        // its data folder learnt of it: the same message, left as it is.
-        for (const QByteArray &bytes : job.outgoing) {
-            const QString name = MessageFileName(job.first + out.published);
-            if (!exists(own + u'/' + name)) {
-                const int error = putInPlace(own, name, bytes);
-                if (error != 0) {
-                    out.away = reason(error);
-                    break;
-                }
-            }
-            ++out.published;
+        // Every file is written and synced first, then they are renamed in
+        // their order and the folder synced once: a reader sees a number
+        // only with all those before it. A number already in place was put
+        // there by a run killed before its data folder learnt of it: the
+        // same message, left as it is.
+        QList<bool> written;
+        int writeError = 0;
+        for (qsizetype i = 0; i < job.outgoing.size(); ++i) {
+            const QString name = MessageFileName(job.first + i);
+            const bool there = exists(own + u'/' + name);
+            writeError = there ? 0 : writePart(own, name, job.outgoing[i]);
+            if (writeError != 0)
+                break;
+            written.append(!there);
         }
+        int placeError = 0;
+        for (qsizetype i = 0; i < written.size(); ++i) {
+            const QString name = MessageFileName(job.first + i);
+            if (placeError == 0 && written[i])
+                placeError = placePart(own, name);
+            else if (placeError != 0 && written[i])
+                ::unlink(native(own + u'/' + name + QLatin1StringView(PartSuffix)).constData());
+            if (placeError == 0)
+                ++out.published;
+        }
+        const int error = writeError != 0 ? writeError : placeError;
+        if (out.published > 0)
+            syncFolder(own);
+        if (error != 0)
+            out.away = reason(error);
     }
     if (!job.scan)
         return out;
@@ -295,7 +322,11 @@ QString WriteStatus(const QString &classDir, const QString &member, const QByteA
     const QString own = classDir + u'/' + member;
     if (!isFolder(own))
         return reason(ENOENT);
-    const int error = putInPlace(own, StatusFileName, bytes);
+    int error = writePart(own, StatusFileName, bytes);
+    if (error == 0)
+        error = placePart(own, StatusFileName);
+    if (error == 0)
+        syncFolder(own);
     return error == 0 ? QString() : reason(error);
 }
 
