@@ -86,6 +86,9 @@ private slots:
 
         const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
         const double writeChance = 12.0 / trials;
+        // What the kills interrupted: mail numbered but not yet in the class
+        // folder, a commit past its journal, a file half written there.
+        int waiting = 0, journals = 0, parts = 0;
         QElapsedTimer clock;
         clock.start();
         for (int trial = 0; trial < trials; ++trial) {
@@ -106,6 +109,12 @@ private slots:
                 ::waitpid(pid, &status, 0);
                 QVERIFY2(WIFSIGNALED(status), "a machine's run failed");
             }
+            for (int i = 0; i < 3; ++i) {
+                journals += QFile::exists(data[i].filePath(u"quillpost.journal"_s));
+                waiting += ProfileFile::load(data[i].filePath(classroom::StateFileName)).bytes().contains("[email-1]");
+            }
+            for (QDirIterator it(share.path(), {u"*.part"_s}, QDir::Files, QDirIterator::Subdirectories); it.hasNext(); it.next())
+                ++parts;
         }
         const double killing = clock.elapsed() / 1000.0;
 
@@ -150,9 +159,10 @@ private slots:
             files.append(it.next());
         QCOMPARE(files.filter(u".part"_s), QStringList());
         QCOMPARE(files.filter(u"/0"_s).size(), sent.size());
-        qInfo("kill trials %d (3 machines each) in %.1f s: %d messages sent, %d Inbox copies, "
+        qInfo("kill trials %d (3 machines each) in %.1f s; after a kill, mail waiting to go out %d "
+              "times, a journal %d, a half-written file %d; %d messages sent, %d Inbox copies, "
               "each exactly once",
-              trials, killing, int(sent.size()), copies);
+              trials, killing, waiting, journals, parts, int(sent.size()), copies);
     }
 };
 
