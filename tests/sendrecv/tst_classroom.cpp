@@ -34,11 +34,7 @@ struct Machine
     QTemporaryDir data;
     QString name;
 
-    void use() const
-    {
-        SetAppDir(data.path());
-        classroom::SetMachineName(name);
-    }
+    void use() const { SetAppDir(data.path()), classroom::SetMachineName(name); }
     void accounts(const QStringList &addresses) const
     {
         use();
@@ -48,24 +44,21 @@ struct Machine
             set.changeAccounts().append({a, u"p"_s, u"s"_s, a, u"pw"_s, a});
         set.commit();
     }
-    // Writes a message from the first account into the Outbox.
+    // A message from the first account into the Outbox.
     void compose(const QString &to, const QString &subject) const
     {
         use();
         FolderSet set;
-        EmailRec m = mail(QString::number(10000000 + subject.size()), set.accounts().value(0).address,
-                          to, subject, true);
-        AppendMail(set.change(FolderFile::Outbox), m);
+        AppendMail(set.change(FolderFile::Outbox), mail(u"1"_s, set.accounts().value(0).address, to, subject, true));
         set.commit();
     }
-    QStringList run(qint16 mode = 0) const
+    // What the run would tell the user.
+    QStringList run() const
     {
         use();
         QStringList notices;
-        const RunResult r = classroom::ClassRun::runHere(mode, &notices);
-        if (!r.errorText.isEmpty())
-            notices.append(r.errorText);
-        return notices;
+        const QString error = classroom::ClassRun::runHere(0, &notices).errorText;
+        return error.isEmpty() ? notices : notices << error;
     }
     QStringList inbox() const
     {
