@@ -163,7 +163,7 @@ private slots:
             files.append(it.next());
         QCOMPARE(files.filter(u".part"_s), QStringList());
         QCOMPARE(files.filter(u"/0"_s).size(), sent.size());
-        qInfo("kill trials %d (3 machines each, each killed within %.0f ms) in %.1f s; after a kill, mail waiting "
+        qInfo("kill trials %d (3 machines each, killed one after another up to %.0f ms apart) in %.1f s; after a kill, mail waiting "
               "to go out %d times, a journal %d, a half-written file %d; %d messages sent, %d Inbox "
               "copies, each exactly once",
               trials, 2 * cycleUs / 1000.0, killing, waiting, journals, parts, int(sent.size()), copies);
