@@ -92,7 +92,7 @@ int writePart(const QString &dir, const QString &name, const QByteArray &bytes)
             left -= n;
         }
     }
-    if (error == 0 && ::fsync(fd) != 0)
+    if (error == 0 && Syncing() && ::fsync(fd) != 0)
         error = errno;
     if (::close(fd) != 0 && error == 0)
         error = errno;
@@ -116,6 +116,8 @@ int placePart(const QString &dir, const QString &name)
 // server all the same.
 void syncFolder(const QString &dir)
 {
+    if (!Syncing())
+        return;
     const int folder = ::open(native(dir).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder >= 0) {
         ::fsync(folder);

@@ -133,6 +133,11 @@ void SetSyncing(bool on)
     syncing = on;
 }
 
+bool Syncing()
+{
+    return syncing;
+}
+
 QString FileFailureReason(int error)
 {
     switch (error) {

@@ -48,6 +48,7 @@ QString FileFailureReason(int error);
 // Whether commits sync files and folder to the disk (they do); off only
 // for a benchmark that measures what the syncs cost.
 void SetSyncing(bool on);
+bool Syncing();
 
 // The name of the journal in the data folder, and the suffix of a file
 // being written; for the tests that look at what a kill left behind.
