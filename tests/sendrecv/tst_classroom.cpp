@@ -192,11 +192,8 @@ private slots:
         QCOMPARE(a.run(), QStringList());
         const QString off = share.filePath(u"off"_s);
         const auto away = [&] {
-            QVERIFY(QDir().rename(classDir(), off));
-            if (fileInPlace) {
-                QFile f(classDir());
-                QVERIFY(f.open(QIODevice::WriteOnly));
-            }
+            QFile f(classDir());
+            QVERIFY(QDir().rename(classDir(), off) && (!fileInPlace || f.open(QIODevice::WriteOnly)));
         };
         const auto back = [&] { QVERIFY(QFile::remove(classDir()) || !fileInPlace); QVERIFY(QDir().rename(off, classDir())); };
         const QString told = texts::classroom::ShareAway.arg(
@@ -256,13 +253,10 @@ private slots:
         const QString member = classDir() + u"/pc-9-0000000%1/"_s.arg(++row);
         QVERIFY(QDir().mkpath(member));
         const auto put = [&](int n, const QByteArray &content) {
-            QFile::remove(member + classroom::MessageFileName(n));
-            QDir(member).rmdir(classroom::MessageFileName(n));
-            QFile f(member + classroom::MessageFileName(n));
-            if (content.isEmpty())
-                QVERIFY(QDir(member).mkdir(classroom::MessageFileName(n)));
-            else
-                QVERIFY(f.open(QIODevice::WriteOnly) && f.write(content) == content.size());
+            const QString path = member + classroom::MessageFileName(n);
+            QFile f(path);
+            QVERIFY((f.remove() || QDir().rmdir(path) || true)
+                    && (content.isEmpty() ? QDir().mkdir(path) : f.open(QIODevice::WriteOnly) && f.write(content)));
         };
         const auto message = [](const QString &subject) {
             return classroom::MessageFileBytes(mail(u"1"_s, u"x@c.cn"_s, u"b@c.cn"_s, subject));
