@@ -345,7 +345,12 @@ void ClassRun::take(const ShareOutcome &outcome)
             QMap<std::pair<QString, QString>, Cursor> before;
             for (const Cursor &c : state.cursors)
                 before[{c.member, c.address}] = c;
-            for (const ShareFile &f : outcome.files) {
+            for (ShareFile f : outcome.files) {
+                EmailRec mail;
+                if (f.kind == ShareFile::Mail && !ParseMessageFile(f.bytes, &mail)) {
+                    f.kind = ShareFile::Damaged;
+                    f.why = texts::classroom::NotAMessage;
+                }
                 for (const QString &address : m_addresses) {
                     const Cursor old = before.value({f.member, address});
                     const bool inRange = f.number >= old.next
@@ -353,7 +358,7 @@ void ClassRun::take(const ShareOutcome &outcome)
                     const bool retried = old.retry.contains(f.number);
                     if (!inRange && !retried)
                         continue;
-                    if (f.kind == ShareFile::Mail && !give(f.mail, address)) {
+                    if (f.kind == ShareFile::Mail && !give(mail, address)) {
                         full = true;
                         break;
                     }

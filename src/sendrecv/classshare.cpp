@@ -152,25 +152,6 @@ int readWhole(const QString &path, QByteArray *bytes)
     return error;
 }
 
-ShareFile parsed(const QString &member, qint64 number, const QByteArray &bytes)
-{
-    ShareFile file{member, number, ShareFile::Damaged, {}, texts::classroom::NotAMessage};
-    if (bytes.size() > LargestFile || !bytes.endsWith(EndLine))
-        return file;
-    const ProfileFile f = ProfileFile::parse(bytes);
-    if (f.isBinary() || !f.hasSection("email") || LeadingNumber(f.value("email", "number")) != 1)
-        return file;
-    try {
-        const QList<EmailRec> mails = ParseFolder(FolderFile::ServerQueue, f);
-        file.mail = mails.first();
-    } catch (const StoreError &) {
-        return file;
-    }
-    file.kind = ShareFile::Mail;
-    file.why.clear();
-    return file;
-}
-
 ShareFile read(const QString &dir, const QString &member, qint64 number, int *error)
 {
     QByteArray bytes;
@@ -179,7 +160,9 @@ ShareFile read(const QString &dir, const QString &member, qint64 number, int *er
         return {member, number, ShareFile::Unreadable, {},
                 *error == ENOENT ? texts::classroom::FileMissing : reason(*error)};
     }
-    return parsed(member, number, bytes);
+    if (bytes.size() > LargestFile)
+        return {member, number, ShareFile::Damaged, {}, texts::classroom::NotAMessage};
+    return {member, number, ShareFile::Mail, bytes, {}};
 }
 
 // How many messages a member says it has put in its folder: a number
@@ -189,7 +172,12 @@ qint64 publishedBy(const QString &memberDir)
     QByteArray bytes;
     if (readWhole(memberDir + u'/' + StatusFileName, &bytes) != 0)
         return 0;
-    return qMax<qint64>(0, ProfileFile::parse(bytes).value("status", "published").toLongLong());
+    // Read by hand: the profile reader's decoder belongs to the window's thread.
+    const qsizetype at = bytes.indexOf("\npublished=");
+    if (at < 0)
+        return 0;
+    const QByteArray value = bytes.mid(at + 11, bytes.indexOf('\r', at + 11) - at - 11);
+    return qMax<qint64>(0, value.trimmed().toLongLong());
 }
 
 QStringList members(const QString &dir)
@@ -212,6 +200,21 @@ QString MessageFileName(qint64 number)
 QByteArray MessageFileBytes(const EmailRec &m)
 {
     return FolderBytes({m}) + EndLine;
+}
+
+bool ParseMessageFile(const QByteArray &bytes, EmailRec *m)
+{
+    if (!bytes.endsWith(EndLine))
+        return false;
+    const ProfileFile f = ProfileFile::parse(bytes);
+    if (f.isBinary() || !f.hasSection("email") || LeadingNumber(f.value("email", "number")) != 1)
+        return false;
+    try {
+        *m = ParseFolder(FolderFile::ServerQueue, f).first();
+    } catch (const StoreError &) {
+        return false;
+    }
+    return true;
 }
 
 void SetShareHook(std::function<void()> h)

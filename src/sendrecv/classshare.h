@@ -28,6 +28,10 @@ inline constexpr char PartSuffix[] = ".part";
 // "00000042.dat": the number, so that a listing sorts as the sending did.
 QString MessageFileName(qint64 number);
 QByteArray MessageFileBytes(const EmailRec &m);
+// The message of a file's bytes; false for a file that is not one, or is
+// cut short. Not for the class folder's thread: the text decoder it reads
+// with is the window thread's.
+bool ParseMessageFile(const QByteArray &bytes, EmailRec *m);
 
 struct ShareJob
 {
@@ -51,8 +55,8 @@ struct ShareFile
     QString member;
     qint64 number = 0;
     Kind kind = Mail;
-    EmailRec mail;
-    QString why;  // for Damaged and Unreadable: the path and the reason
+    QByteArray bytes;  // as read; a Mail until ParseMessageFile says otherwise
+    QString why;  // for Damaged and Unreadable: the reason
 };
 
 struct ShareOutcome
