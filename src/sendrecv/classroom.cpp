@@ -345,12 +345,7 @@ void ClassRun::take(const ShareOutcome &outcome)
             QMap<std::pair<QString, QString>, Cursor> before;
             for (const Cursor &c : state.cursors)
                 before[{c.member, c.address}] = c;
-            for (ShareFile f : outcome.files) {
-                EmailRec mail;
-                if (f.kind == ShareFile::Mail && !ParseMessageFile(f.bytes, &mail)) {
-                    f.kind = ShareFile::Damaged;
-                    f.why = texts::classroom::NotAMessage;
-                }
+            for (const ShareFile &f : outcome.files) {
                 for (const QString &address : m_addresses) {
                     const Cursor old = before.value({f.member, address});
                     const bool inRange = f.number >= old.next
@@ -358,7 +353,7 @@ void ClassRun::take(const ShareOutcome &outcome)
                     const bool retried = old.retry.contains(f.number);
                     if (!inRange && !retried)
                         continue;
-                    if (f.kind == ShareFile::Mail && !give(mail, address)) {
+                    if (f.kind == ShareFile::Mail && !give(f.mail, address)) {
                         full = true;
                         break;
                     }

@@ -160,9 +160,10 @@ ShareFile read(const QString &dir, const QString &member, qint64 number, int *er
         return {member, number, ShareFile::Unreadable, {},
                 *error == ENOENT ? texts::classroom::FileMissing : reason(*error)};
     }
-    if (bytes.size() > LargestFile)
-        return {member, number, ShareFile::Damaged, {}, texts::classroom::NotAMessage};
-    return {member, number, ShareFile::Mail, bytes, {}};
+    ShareFile file{member, number, ShareFile::Mail, {}, {}};
+    if (bytes.size() > LargestFile || !ParseMessageFile(bytes, &file.mail))
+        file = {member, number, ShareFile::Damaged, {}, texts::classroom::NotAMessage};
+    return file;
 }
 
 // How many messages a member says it has put in its folder: a number
@@ -172,7 +173,6 @@ qint64 publishedBy(const QString &memberDir)
     QByteArray bytes;
     if (readWhole(memberDir + u'/' + StatusFileName, &bytes) != 0)
         return 0;
-    // Read by hand: the profile reader's decoder belongs to the window's thread.
     const qsizetype at = bytes.indexOf("\npublished=");
     if (at < 0)
         return 0;

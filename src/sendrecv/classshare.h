@@ -29,8 +29,7 @@ inline constexpr char PartSuffix[] = ".part";
 QString MessageFileName(qint64 number);
 QByteArray MessageFileBytes(const EmailRec &m);
 // The message of a file's bytes; false for a file that is not one, or is
-// cut short. Not for the class folder's thread: the text decoder it reads
-// with is the window thread's.
+// cut short.
 bool ParseMessageFile(const QByteArray &bytes, EmailRec *m);
 
 struct ShareJob
@@ -55,7 +54,7 @@ struct ShareFile
     QString member;
     qint64 number = 0;
     Kind kind = Mail;
-    QByteArray bytes;  // as read; a Mail until ParseMessageFile says otherwise
+    EmailRec mail;
     QString why;  // for Damaged and Unreadable: the reason
 };
 
