@@ -544,6 +544,13 @@ inline const QString CheckOption =
 inline const QString ExerciseValue = u"练习文件"_s;
 // Two options that ask for different things: %1 and %2 the options.
 inline const QString OptionsConflict = u"选项“%1”和“%2”不能同时使用。"_s;
+inline const QString ClassDirOption =
+    u"把<文件夹>当作班级文件夹，与全班的机器互相收发邮件（不用管理员设置的文件夹）。"_s;
+inline const QString ClassStatusOption =
+    u"列出班级文件夹中每台机器、每个账号收发邮件的情况，然后退出。"_s;
+// --class-status without a class folder; %1: the settings file.
+inline const QString NoClassDir =
+    u"没有设置班级文件夹。请用 --class-dir 指定，或由管理员在 %1 中设置。"_s;
 // The command-line parser's own words, by the English it is written with.
 struct ParserWord
 {
@@ -622,5 +629,35 @@ inline const QString NoCondition =
 inline const QString AccountAlone = u"account= 只检查账号，不能和“%1=”写在同一个任务里。"_s;
 inline const QString NeedsFolder = u"“%1=”要和 folder= 一起写，说明到哪个文件夹里找。"_s;
 }  // namespace exercise
+// ---- Classroom: mail through a folder on the school's file share ----------
+namespace classroom {
+// Why the class folder or one of its files cannot be used, beside the
+// reasons of the data files.
+inline const QString FolderMissing = u"找不到这个文件夹，可能是网络共享没有连接。"_s;
+inline const QString NotAFolder = u"这个位置上不是文件夹。"_s;
+inline const QString FileMissing = u"文件不见了。"_s;
+inline const QString NotAMessage = u"它不是本程序的邮件文件，或者已经损坏。"_s;
+// Once per outage; %1 the class folder, %2 the reason.
+inline const QString ShareAway =
+    u"暂时无法使用班级文件夹“%1”：%2\r\r要发出的邮件已经保存在本机，班级文件夹恢复后，下一次收发时会自动发出。本机账号之间的邮件照常收发。"_s;
+// %1: one line per file, each SkippedFile or RetriedFile, joined by CR.
+inline const QString BadFiles = u"班级文件夹中有些文件无法使用：\r\r%1"_s;
+inline const QString SkippedFile = u"“%1”：%2已跳过。"_s;  // %1 the file, %2 the reason
+inline const QString RetriedFile = u"“%1”：%2下次收发时再试。"_s;
+inline const QString InboxFull =
+    u"收件箱已满（最多 101 封邮件），班级中其余的邮件留到以后接收。请删除一些邮件后再收发。"_s;
+// The trainer's overview.
+inline const QString HeadMachine = u"机器"_s;
+inline const QString HeadAddress = u"账号"_s;
+inline const QString HeadSent = u"已发送"_s;
+inline const QString HeadReceived = u"已接收"_s;
+inline const QString HeadLastRun = u"最近收发"_s;
+inline const QString HeadExercise = u"练习"_s;
+inline const QString HeadTasks = u"完成任务"_s;
+inline const QString NeverRan = u"从未收发"_s;
+inline const QString NoMembers = u"班级文件夹“%1”中还没有机器收发过邮件。"_s;
+// %1 the folder, %2 the reason.
+inline const QString CannotReadClassDir = u"无法读取班级文件夹“%1”：%2"_s;
+}  // namespace classroom
 
 }  // namespace texts

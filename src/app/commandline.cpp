@@ -8,6 +8,7 @@
 #include <QTranslator>
 
 #include <cstring>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -40,10 +41,12 @@ struct Options
     QCommandLineOption printDataDir{u"print-data-dir"_s, texts::cli::PrintDataDirOption};
     QCommandLineOption exercise{u"exercise"_s, texts::cli::ExerciseOption, texts::cli::ExerciseValue};
     QCommandLineOption check{u"check"_s, texts::cli::CheckOption, texts::cli::ExerciseValue};
+    QCommandLineOption classDir{u"class-dir"_s, texts::cli::ClassDirOption, texts::cli::DataDirValue};
+    QCommandLineOption classStatus{u"class-status"_s, texts::cli::ClassStatusOption};
 
     void addTo(QCommandLineParser &parser) const
     {
-        parser.addOptions({help, version, dataDir, printDataDir, exercise, check});
+        parser.addOptions({help, version, dataDir, printDataDir, exercise, check, classDir, classStatus});
     }
 };
 
@@ -85,18 +88,23 @@ CommandLine ParseCommandLine(const QStringList &arguments)
                     : texts::cli::VersionLine.arg(QCoreApplication::applicationVersion()) + u'\n';
         return c;
     }
-    if (parser.isSet(o.dataDir)) {
-        const QString value = parser.value(o.dataDir);
+    for (const auto &[option, name, target] :
+         {std::tuple(&o.dataDir, u"--data-dir"_s, &c.dataDir),
+          std::tuple(&o.classDir, u"--class-dir"_s, &c.classDir)}) {
+        if (!parser.isSet(*option))
+            continue;
+        const QString value = parser.value(*option);
         if (value.isEmpty()) {
             return badUsage(QCoreApplication::translate("QCommandLineParser", "Missing value after '%1'.")
-                                .arg(u"--data-dir"_s));
+                                .arg(name));
         }
-        c.dataDir = QDir::cleanPath(QDir::current().absoluteFilePath(value));
+        *target = QDir::cleanPath(QDir::current().absoluteFilePath(value));
     }
     // Each of these asks for something else of the one run.
-    const QCommandLineOption *asks[] = {&o.printDataDir, &o.exercise, &o.check};
-    for (int a = 0; a < 3; ++a) {
-        for (int b = a + 1; b < 3; ++b) {
+    const QCommandLineOption *asks[] = {&o.printDataDir, &o.exercise, &o.check, &o.classStatus};
+    const int count = int(std::size(asks));
+    for (int a = 0; a < count; ++a) {
+        for (int b = a + 1; b < count; ++b) {
             if (parser.isSet(*asks[a]) && parser.isSet(*asks[b]))
                 return badUsage(texts::cli::OptionsConflict.arg(u"--"_s + asks[a]->names().constFirst(),
                                                                 u"--"_s + asks[b]->names().constFirst()));
@@ -110,6 +118,8 @@ CommandLine ParseCommandLine(const QStringList &arguments)
     }
     if (parser.isSet(o.exercise))
         c.exercise = parser.value(o.exercise);
+    if (parser.isSet(o.classStatus))
+        c.action = CommandLine::Action::ClassStatus;
     return c;
 }
 

@@ -8,13 +8,14 @@
 // window, or ask for a short answer.
 struct CommandLine
 {
-    enum class Action { Run, PrintDataDir, Check, Exit };
+    enum class Action { Run, PrintDataDir, Check, ClassStatus, Exit };
     Action action = Action::Run;
     int exitCode = 0;  // for Exit: 0 after --help or --version, 2 after a bad option
     QString out;       // printed on standard output before exiting
     QString err;       // printed on standard error before exiting
     QString dataDir;   // --data-dir made absolute; empty when not given
     QString exercise;  // the file of --exercise or --check, as given
+    QString classDir;  // --class-dir made absolute; empty when not given
 };
 
 // Reads QCoreApplication's arguments (the toolkit's own options already

@@ -1,6 +1,7 @@
 #include "check.h"
 #include "commandline.h"
 #include "datafolder.h"
+#include "sendrecv/classroom.h"
 #include "store/appdir.h"
 #include "store/commit.h"
 #include "store/datadir.h"
@@ -13,6 +14,9 @@
 #include "ui/main/frmMain.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryFile>
 
 #include <cstdio>
@@ -37,6 +41,24 @@ void print(FILE *stream, const QString &text)
 {
     std::fputs(text.toLocal8Bit().constData(), stream);
 }
+
+// The trainer's overview of the class folder, on standard output.
+int printClassStatus(const QString &classDir)
+{
+    if (classDir.isEmpty()) {
+        const QSettings settings(QSettings::NativeFormat, QSettings::SystemScope,
+                                 classroom::SettingsName);
+        print(stderr, texts::cli::NoClassDir.arg(settings.fileName()) + u'\n');
+        return 2;
+    }
+    QString table, why;
+    if (!classroom::StatusTable(classDir, &table, &why)) {
+        print(stderr, why + u'\n');
+        return 1;
+    }
+    print(stdout, table);
+    return 0;
+}
 }  // namespace
 
 int main(int argc, char *argv[])
@@ -59,6 +81,12 @@ int main(int argc, char *argv[])
     }
     if (cmd.action == CommandLine::Action::Check)
         return RunCheck(cmd);
+
+    // The class folder: --class-dir for this start, else the administrator's.
+    const QString classDir = cmd.classDir.isEmpty() ? classroom::ConfiguredClassDir() : cmd.classDir;
+    if (cmd.action == CommandLine::Action::ClassStatus)
+        return printClassStatus(classDir);
+    classroom::SetClassDir(classDir);
 
     const DataDirChoice data = ChooseDataDir(DataDirFactsHere(cmd.dataDir, canWrite));
     SetAppDir(data.dir);
@@ -94,6 +122,9 @@ int main(int argc, char *argv[])
     if (!cmd.exercise.isEmpty())
         forms::Main()->startExercise(cmd.exercise);
     const int rc = app.exec();
+    // Mail on its way into the class folder gets a moment to arrive; what
+    // does not is sent again by the next run.
+    classroom::WaitForShare(5000);
     forms::destroyAll();
     setPrompter(nullptr);
     return rc;

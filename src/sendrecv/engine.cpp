@@ -118,6 +118,11 @@ ReceiveResult receive(FolderSet &set)
 
 }  // namespace
 
+SendResult SendInto(FolderSet &set)
+{
+    return send(set);
+}
+
 SendResult SendStep()
 {
     FolderSet set;

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class FolderSet;
+
 // The send-and-receive engine. There is no network: sending copies the
 // Outbox into Sent Items and the server queue, receiving moves queued mail
 // into the Inbox. A step loads the folders it needs whole and changes them
@@ -89,6 +91,10 @@ SendResult SendStep();
 // messages that match no account stay queued in order. Throws IndexError,
 // before writing anything, when the Inbox would exceed 101 messages.
 ReceiveResult ReceiveStep();
+
+// The send step on folders that the caller commits, so that a class run
+// saves its own record in the same unit.
+SendResult SendInto(FolderSet &set);
 
 // The steps of one dialog load: mode 0 send then receive, 1 receive, 2
 // send, any other mode neither. A failed send does not keep mode 0 from

@@ -221,6 +221,11 @@ int InjectedFault(FileOp op, const QByteArray &path)
                                                   : QFileInfo(QFile::decodeName(path)).fileName());
 }
 
+bool Syncing()
+{
+    return syncing;
+}
+
 QString FileFailureReason(int error)
 {
     switch (error) {
@@ -366,7 +371,7 @@ void RecoverDataFolder()
     // (receive_c.dat.backup, draft.dat.202401), which must be kept; the
     // older version's random ones nearly always mix.
     static const QRegularExpression leftover(
-        u"^(mailbox|receive_c|send_c|receive_s|deleted_c|draft|send_s)\\.dat"
+        u"^(mailbox|receive_c|send_c|receive_s|deleted_c|draft|send_s|class)\\.dat"
         u"(\\.new|\\.damaged-[0-9-]+\\.new|\\.(?![a-z]{6}$|[A-Z]{6}$|[0-9]{6}$)[A-Za-z0-9]{6})$"_s);
     const QDir dir(AppDir());
     const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);

@@ -66,6 +66,7 @@ QString FileFailureReason(int error);
 // Whether commits sync files and folder to the disk (they do); off only
 // for a benchmark that measures what the syncs cost.
 void SetSyncing(bool on);
+bool Syncing();
 
 // The file operations of the store, by kind. A fault, set by a test, is
 // asked before each one with the operation and the file's name in the data

@@ -341,6 +341,11 @@ AccountList &FolderSet::changeAccounts()
     return m_accounts;
 }
 
+void FolderSet::alsoWrite(const QString &fileName, const QByteArray &bytes)
+{
+    m_alsoWritten[fileName] = bytes;
+}
+
 void FolderSet::commit()
 {
     for (int folder : m_changed) {
@@ -361,6 +366,8 @@ void FolderSet::commit()
         accountBytes = AccountBytes(m_accounts, m_accountsFrame);
         files.add(MailBoxFileName, accountBytes);
     }
+    for (const auto &[fileName, bytes] : m_alsoWritten)
+        files.add(fileName, bytes);
 
     try {
         files.run();

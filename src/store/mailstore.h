@@ -58,6 +58,9 @@ public:
     MailList &change(int folder);
     const AccountList &accounts();
     AccountList &changeAccounts();
+    // Another file of the data folder (the class record), replaced in the
+    // same unit as the folders.
+    void alsoWrite(const QString &fileName, const QByteArray &bytes);
 
     // Throws IndexError (a folder above 101 messages, 21 accounts) or
     // FileError before anything is written; then tells the windows. A
@@ -72,6 +75,7 @@ private:
     AccountList m_accounts;
     bool m_accountsRead = false;
     bool m_accountsChanged = false;
+    std::map<QString, QByteArray> m_alsoWritten;
 };
 
 // Appends m to a folder being changed; a 102nd message ends the command

@@ -80,8 +80,9 @@ QString decode(QByteArrayView bytes)
     if (ascii)
         return QString::fromLatin1(bytes.data(), bytes.size());
     // One decoder for the whole run; opening a converter costs more than a
-    // short value takes to decode.
-    static QStringDecoder decoder(Gb18030, QStringConverter::Flag::Stateless);
+    // short value takes to decode. One per thread: the class folder's thread
+    // reads message files while the window reads folders.
+    static thread_local QStringDecoder decoder(Gb18030, QStringConverter::Flag::Stateless);
     return decoder.decode(bytes);
 }
 

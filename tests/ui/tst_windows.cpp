@@ -1,10 +1,15 @@
 // The read window, the send-and-receive dialog's endings, the about box
 // and the guard of last resort.
 
+#include "sendrecv/classroom.h"
 #include "sendrecv/engine.h"
 #include "store/errors.h"
 #include "ui/common/application.h"
 #include "windows.h"
+
+#include <QSignalSpy>
+
+#include <thread>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
@@ -170,6 +175,88 @@ private slots:
         const QTreeWidgetItem *row = w->ListView2->topLevelItem(0);
         QTEST(QString(row->text(1) + u' ' + row->text(2)), "summary");
         QCOMPARE(w->node(Node::Inbox)->text(0).endsWith(u')'), row->text(1) != u"0");
+    }
+
+    void classRunThroughASlowShare_data()
+    {
+        QTest::addColumn<bool>("away");
+        QTest::newRow("a slow share: the bar keeps moving, mail comes and goes") << false;
+        QTest::newRow("the share away: said once, mail on this machine still arrives") << true;
+    }
+
+    // The class folder's part runs behind the bar: the dialog shows at once
+    // and keeps painting, the main window keeps answering.
+    void classRunThroughASlowShare()
+    {
+        QFETCH(bool, away);
+        QTemporaryDir share;
+        const QString classDir = share.filePath(u"class"_s);
+        if (!away) {  // a classmate's message, waiting for a@x.com
+            QVERIFY(QDir().mkpath(classDir + u"/pc-2-0000abcd"_s));
+            QFile f(classDir + u"/pc-2-0000abcd/"_s + classroom::MessageFileName(0));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(classroom::MessageFileBytes(mail(u"7"_s, u"b@y.cn"_s, u"a@x.com"_s, u"from pc-2"_s, true)));
+        }
+        classroom::SetClassDir(classDir);
+        static std::atomic<bool> busy = false;  // the class folder is at work
+        classroom::SetShareHook([] {
+            busy = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            busy = false;
+        });
+        putAccounts(*dir, {u"a@x.com"_s, u"y@x.com"_s});
+        put(*dir, FolderFile::Outbox, {mail(u"1"_s, u"a@x.com"_s, u"b@y.cn;y@x.com"_s, u"out"_s)});
+        if (away) {
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                                 texts::classroom::ShareAway.arg(classDir, texts::classroom::FolderMissing));
+        }
+        frmMain *w = mainOn(Node::Inbox);
+        frmSendAndReceive *run = forms::SendAndReceive();
+        struct Paints : QObject
+        {
+            int count = 0;
+            bool eventFilter(QObject *, QEvent *e) override { return count += e->type() == QEvent::Paint && busy, false; }
+        } paints;
+        run->Text2->installEventFilter(&paints);
+        // While the class folder works, the main window's own timer fires
+        // and sees the bar at one width after another.
+        QSet<int> widths;
+        QTimer tick;
+        connect(&tick, &QTimer::timeout, [&] { busy ? widths.insert(run->Text2Width()) : widths.end(); });
+        tick.start(20);
+
+        QSignalSpy over(run, &frmSendAndReceive::runsOver);
+        QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);
+        QVERIFY(run->isVisible());
+        QElapsedTimer took;
+        took.start();
+        // Asked again meanwhile, the run follows the first, never beside it.
+        put(*dir, FolderFile::Outbox, {mail(u"2"_s, u"a@x.com"_s, u"b@y.cn"_s, u"later"_s)});
+        QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);
+        QTRY_COMPARE_WITH_TIMEOUT(over.size(), 1, 10000);
+        QVERIFY(!run->isVisible());
+        classroom::SetShareHook({});
+        classroom::SetClassDir(QString());
+        QVERIFY(took.elapsed() >= 300);
+        QVERIFY2(paints.count >= 5 && widths.size() >= 5,
+                 qPrintable(u"%1 paints, %2 widths"_s.arg(paints.count).arg(widths.size())));
+        QTRY_VERIFY(boxes->done());
+
+        // y@x.com has its copy through the class folder or, with the share
+        // away, straight from this machine; the classmate's arrives with the share.
+        const QString inbox = away ? u"out"_s : u"from pc-2|out"_s;
+        QStringList subjects;
+        for (int i = 0; i < w->ListView1->topLevelItemCount(); ++i)
+            subjects.append(w->ListView1->topLevelItem(i)->text(3));
+        subjects.sort();
+        QCOMPARE(subjects.join(u'|'), inbox);
+        QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(%1)"_s.arg(subjects.size()));
+        QCOMPARE(stored(FolderFile::Inbox).size(), subjects.size());
+        QCOMPARE(stored(FolderFile::SentItems).size(), 2);
+        int files = 0;
+        for (const QString &member : QDir(classDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            files += QDir(classDir + u'/' + member).entryList({u"0*.dat"_s}).size();
+        QCOMPARE(files, away ? 0 : 3);
     }
 
     void lastResortGuard()

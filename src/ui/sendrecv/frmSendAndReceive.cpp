@@ -1,5 +1,6 @@
 #include "frmSendAndReceive.h"
 
+#include "sendrecv/classroom.h"
 #include "sendrecv/engine.h"
 #include "store/prompter.h"
 #include "texts.h"
@@ -9,6 +10,7 @@
 #include "ui/common/widgets.h"
 
 #include <QCloseEvent>
+#include <QEventLoop>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -86,6 +88,18 @@ void frmSendAndReceive::setText2Width(int tw)
 void frmSendAndReceive::start(qint16 mode, bool modal)
 {
     frmSendAndReceive *run = forms::SendAndReceive();
+    if (run->running()) {
+        // Two requests that ask for different things together ask for both.
+        run->m_followUp = run->m_followUp < 0 || run->m_followUp == mode
+                              ? mode
+                              : SendReceiveModes::SendAndReceive;
+        if (modal) {
+            QEventLoop wait;
+            connect(run, &frmSendAndReceive::runsOver, &wait, &QEventLoop::quit);
+            wait.exec();
+        }
+        return;
+    }
     run->SendReceiveMode = mode;
     if (modal) {
         run->exec();
@@ -107,19 +121,23 @@ void frmSendAndReceive::Form_Load()
     m_why.clear();
     scaffold::placeOnFreeSpace(this, QSize(DesignWidth, DesignHeight), 1, 2);
 
-    // Every file is written here, before the dialog is first painted; the
-    // timers only present the run.
-    const RunResult run = RunSendReceive(SendReceiveMode);
-    SendFailed = run.sendFailed();
-    if (!run.errorText.isEmpty()) {
-        m_whyIsError = true;
-        m_whyTitle = texts::AppTitle;
-        m_why = run.errorText;
-    } else if (SendFailed) {
-        m_whyIsError = false;
-        m_whyTitle = texts::NameCheckTitle;
-        m_why = texts::NameCheckFailed;
+    // Without a class folder every file is written here, before the dialog
+    // is first painted, and the timers only present the run. With one, the
+    // local part is written here and the class folder's part goes on behind
+    // the bar, which keeps moving until it is done.
+    RunResult run;
+    m_classRun.reset();
+    if (classroom::ClassDir().isEmpty()) {
+        run = RunSendReceive(SendReceiveMode);
+    } else {
+        m_classRun = std::make_unique<classroom::ClassRun>(SendReceiveMode);
+        run = m_classRun->begin();
     }
+    SendFailed = run.sendFailed();
+    if (!run.errorText.isEmpty())
+        m_why.append({true, texts::AppTitle, run.errorText});
+    else if (SendFailed)
+        m_why.append({false, texts::NameCheckTitle, texts::NameCheckFailed});
     if (run.barStarts())
         Timer2->start();
     else
@@ -132,17 +150,33 @@ void frmSendAndReceive::endFailedRun()
         return;
     close();
     tellWhy();
+    ended();
+}
+
+bool frmSendAndReceive::running() const
+{
+    return isVisible() || Timer1->isActive() || Timer2->isActive();
 }
 
 void frmSendAndReceive::tellWhy()
 {
-    if (m_why.isEmpty())
-        return;
-    const QString title = m_whyTitle;
-    const QString why = m_why;
+    const QList<Why> boxes = m_why;
     m_why.clear();
-    prompter().message(m_whyIsError ? Prompter::Icon::Exclamation : Prompter::Icon::Information,
-                       title, why);
+    for (const Why &why : boxes) {
+        prompter().message(why.isError ? Prompter::Icon::Exclamation : Prompter::Icon::Information,
+                           why.title, why.text);
+    }
+}
+
+void frmSendAndReceive::ended()
+{
+    if (m_followUp < 0) {
+        emit runsOver();
+        return;
+    }
+    const qint16 mode = m_followUp;
+    m_followUp = -1;
+    QTimer::singleShot(0, this, [mode] { start(mode, false); });
 }
 
 void frmSendAndReceive::Timer2_Timer()
@@ -157,22 +191,39 @@ void frmSendAndReceive::Timer2_Timer()
 
 void frmSendAndReceive::Timer1_Timer()
 {
+    const bool working = m_classRun && !m_classRun->poll();
     if (m_text2Width < BarGrowsBelow)
         setText2Width(m_text2Width + BarStep);
     if (m_text2Width < BarFinishesAt)
         return;
+    // A slow class folder: the bar goes round again until its part is done.
+    if (working) {
+        setText2Width(0);
+        return;
+    }
 
     // The windows showing the folders were brought up to date when the
     // files changed; the run only has to go, and to say why when its send
-    // did not go through.
+    // did not go through or the class folder had something to tell.
     Timer1->stop();
+    if (m_classRun) {
+        if (!m_classRun->result().errorText.isEmpty())
+            m_why.append({true, texts::AppTitle, m_classRun->result().errorText});
+        for (const QString &notice : m_classRun->notices())
+            m_why.append({true, texts::AppTitle, notice});
+        m_classRun.reset();
+    }
     close();
     tellWhy();
+    ended();
 }
 
 void frmSendAndReceive::closeEvent(QCloseEvent *event)
 {
     Timer1->stop();
     Timer2->stop();
+    // Closed before its end, a run leaves its work in the class folder to
+    // finish alone; what it found is found again by the next run.
+    m_classRun.reset();
     QDialog::closeEvent(event);
 }

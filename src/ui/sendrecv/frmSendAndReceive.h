@@ -4,10 +4,15 @@
 
 #include <QDialog>
 
+#include <memory>
+
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTimer;
+namespace classroom {
+class ClassRun;
+}
 
 // The progress dialog of a send-and-receive run. All moving of mail happens
 // while it loads; its two timers then only animate the bar, bring the main
@@ -31,6 +36,8 @@ public:
 
     // Runs the dialog in a mode (see SendReceiveModes): modeless, as the
     // main window's commands do, or modal, returning when the run is over.
+    // Asked while a run is going on, it runs once that one is over: two
+    // runs never overlap.
     static void start(qint16 mode, bool modal);
 
     // Set before showing: 0 send and receive, 1 receive only, 2 send only.
@@ -63,6 +70,13 @@ public:
     QTimer *Timer1 = nullptr;
     QTimer *Timer2 = nullptr;
 
+    // Whether a run is shown or still at work.
+    bool running() const;
+
+signals:
+    // A run ended and none is waiting to follow it.
+    void runsOver();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 
@@ -70,13 +84,22 @@ private:
     void Form_Load();
     void setText2Width(int tw);
     void tellWhy();
+    void ended();
 
     int m_text2Width = 0;
-    // The box a run owes its user once the dialog has gone: why the send
-    // or a step failed. Empty when the run went well.
-    QString m_whyTitle;
-    QString m_why;
-    bool m_whyIsError = false;
+    // The boxes a run owes its user once the dialog has gone: why the send
+    // or a step failed, what the class folder said. Empty when all went well.
+    struct Why
+    {
+        bool isError;
+        QString title;
+        QString text;
+    };
+    QList<Why> m_why;
+    // With a class folder, the part of the run that goes on in it.
+    std::unique_ptr<classroom::ClassRun> m_classRun;
+    // The mode of a run asked for while this one goes on; -1: none.
+    qint16 m_followUp = -1;
 };
 
 namespace forms {

@@ -1,0 +1,312 @@
+// A class mailing itself through a class folder: several data folders, each
+// its own machine, run one after another in this process.
+
+#include "sendrecv/classroom.h"
+#include "sendrecv/classstate.h"
+#include "store/appdir.h"
+#include "store/clock.h"
+#include "store/folders.h"
+#include "store/mailboxes.h"
+#include "store/mailstore.h"
+#include "testsupport.h"
+#include "texts.h"
+
+#include <QProcess>
+#include <QSettings>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace testsupport;
+
+namespace {
+
+struct Send
+{
+    int machine;
+    QString to;
+};
+using Sends = QList<Send>;
+using PerMachine = QList<QStringList>;
+
+// A data folder of its own on a machine of its own name.
+struct Machine
+{
+    QTemporaryDir data;
+    QString name;
+
+    void use() const { SetAppDir(data.path()), classroom::SetMachineName(name); }
+    void accounts(const QStringList &addresses) const
+    {
+        use();
+        FolderSet set;
+        set.changeAccounts().clear();
+        for (const QString &a : addresses)
+            set.changeAccounts().append({a, u"p"_s, u"s"_s, a, u"pw"_s, a});
+        set.commit();
+    }
+    // A message from the first account into the Outbox.
+    void compose(const QString &to, const QString &subject) const
+    {
+        use();
+        FolderSet set;
+        AppendMail(set.change(FolderFile::Outbox), mail(u"1"_s, set.accounts().value(0).address, to, subject, true));
+        set.commit();
+    }
+    // What the run would tell the user.
+    QStringList run() const
+    {
+        use();
+        QStringList notices;
+        const QString error = classroom::ClassRun::runHere(0, &notices).errorText;
+        return error.isEmpty() ? notices : notices << error;
+    }
+    QStringList inbox() const
+    {
+        use();
+        QStringList subjects;
+        for (const EmailRec &m : store::Folder(FolderFile::Inbox))
+            subjects.append(m.subject);
+        subjects.sort();
+        return subjects;
+    }
+};
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Sends)
+
+class tst_classroom : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir share;
+    std::unique_ptr<Machine> machines[3];
+    QString classDir() const { return share.filePath(u"class"_s); }
+
+private slots:
+    void initTestCase() { SetClock([] { return QDateTime({2024, 2, 3}, {4, 5}); }); }
+
+    void init()
+    {
+        QVERIFY(QDir(share.path()).mkpath(u"class"_s));
+        classroom::SetClassDir(classDir());
+        for (int i = 0; i < 3; ++i) {
+            machines[i] = std::make_unique<Machine>();
+            machines[i]->name = u"PC-%1"_s.arg(i + 1);
+        }
+    }
+
+    void cleanup()
+    {
+        QDir(share.path()).removeRecursively();
+        QDir().mkpath(share.path());
+        classroom::SetClassDir(QString());
+    }
+
+    void delivery_data()
+    {
+        QTest::addColumn<PerMachine>("accounts");
+        QTest::addColumn<Sends>("sends");  // message k is subject "mk"
+        QTest::addColumn<int>("late");  // a machine that starts only in the second round; -1 none
+        QTest::addColumn<QString>("added");  // an account machine 2 sets up in the second round
+        QTest::addColumn<PerMachine>("inboxes");
+        const PerMachine one{{u"a@c.cn"_s}, {u"b@c.cn"_s}, {u"z@c.cn"_s}};
+        QTest::newRow("to a classmate on another machine")
+            << one << Sends{{0, u"b@c.cn"_s}} << -1 << QString() << PerMachine{{}, {u"m0"_s}, {}};
+        QTest::newRow("each way, and a copy to oneself once")
+            << one << Sends{{0, u"b@c.cn;a@c.cn"_s}, {1, u"a@c.cn"_s}} << -1 << QString()
+            << PerMachine{{u"m0"_s, u"m1"_s}, {u"m0"_s}, {}};
+        QTest::newRow("the same address on two machines reaches both")
+            << PerMachine{{u"a@c.cn"_s}, {u"z@c.cn"_s}, {u"z@c.cn"_s}} << Sends{{0, u"z@c.cn"_s}} << -1
+            << QString() << PerMachine{{}, {u"m0"_s}, {u"m0"_s}};
+        QTest::newRow("two accounts on one machine, a copy each")
+            << PerMachine{{u"a@c.cn"_s}, {u"b@c.cn"_s, u"y@c.cn"_s}, {}} << Sends{{0, u"y@c.cn,b@c.cn"_s}}
+            << -1 << QString() << PerMachine{{}, {u"m0"_s, u"m0"_s}, {}};
+        QTest::newRow("two accounts of one address on one machine, a copy each")
+            << PerMachine{{u"a@c.cn"_s}, {u"b@c.cn"_s, u"b@c.cn"_s}, {}} << Sends{{0, u"b@c.cn"_s}} << -1
+            << QString() << PerMachine{{}, {u"m0"_s, u"m0"_s}, {}};
+        QTest::newRow("between two accounts of the sending machine")
+            << PerMachine{{u"a@c.cn"_s, u"y@c.cn"_s}, {}, {}} << Sends{{0, u"y@c.cn"_s}} << -1 << QString()
+            << PerMachine{{u"m0"_s}, {}, {}};
+        QTest::newRow("an address inside a longer one matches")
+            << one << Sends{{0, u"xb@c.cnx"_s}} << -1 << QString() << PerMachine{{}, {u"m0"_s}, {}};
+        QTest::newRow("mail to nobody waits for an account set up later")
+            << one << Sends{{0, u"new@c.cn"_s}, {1, u"new@c.cn"_s}} << -1 << u"new@c.cn"_s
+            << PerMachine{{}, {}, {u"m0"_s, u"m1"_s}};
+        QTest::newRow("a machine that was off gets its mail when it runs")
+            << one << Sends{{0, u"z@c.cn"_s}, {1, u"z@c.cn;a@c.cn"_s}} << 2 << QString()
+            << PerMachine{{u"m1"_s}, {}, {u"m0"_s, u"m1"_s}};
+    }
+
+    // Everyone sends, then everyone runs twice (the second run takes what
+    // others sent after one's first); then the late changes and two more
+    // rounds. Each account has each message meant for it exactly once.
+    void delivery()
+    {
+        QFETCH(PerMachine, accounts);
+        QFETCH(Sends, sends);
+        QFETCH(int, late);
+        QFETCH(QString, added);
+        for (int i = 0; i < 3; ++i)
+            machines[i]->accounts(accounts[i]);
+        for (int k = 0; k < sends.size(); ++k)
+            machines[sends[k].machine]->compose(sends[k].to, u"m%1"_s.arg(k));
+        for (int round = 0; round < 4; ++round) {
+            if (round == 2 && !added.isEmpty())
+                machines[2]->accounts(accounts[2] + QStringList{added});
+            for (int i = 0; i < 3; ++i) {
+                if (round >= 2 || i != late)
+                    QCOMPARE(machines[i]->run(), QStringList());
+            }
+        }
+        PerMachine inboxes;
+        for (const auto &m : machines)
+            inboxes.append(m->inbox());
+        QTEST(inboxes, "inboxes");
+        // Each message once in the class folder, its sender's Sent Items and nowhere else.
+        int files = 0;
+        for (const QString &member : QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            files += QDir(classDir() + u'/' + member).entryList({u"0*.dat"_s}, QDir::Files).size();
+        QCOMPARE(files, sends.size());
+        for (int i = 0; i < 3; ++i) {
+            machines[i]->use();
+            QVERIFY(stored(FolderFile::Outbox).isEmpty() && stored(FolderFile::ServerQueue).isEmpty());
+        }
+    }
+
+    void shareAwayAndBack_data()
+    {
+        QTest::addColumn<bool>("fileInPlace");  // else the folder is missing, as when not mounted
+        QTest::newRow("the share is not mounted") << false;
+        QTest::newRow("a file stands where the class folder was") << true;
+    }
+
+    // Away, the local part goes on and the user hears of it once per outage;
+    // back, the waiting mail goes out, once.
+    void shareAwayAndBack()
+    {
+        QFETCH(bool, fileInPlace);
+        const Machine &a = *machines[0], &b = *machines[1];
+        a.accounts({u"a@c.cn"_s, u"y@c.cn"_s});
+        b.accounts({u"b@c.cn"_s});
+        QCOMPARE(a.run(), QStringList());
+        const QString off = share.filePath(u"off"_s);
+        const auto away = [&] {
+            QFile f(classDir());
+            QVERIFY(QDir().rename(classDir(), off) && (!fileInPlace || f.open(QIODevice::WriteOnly)));
+        };
+        const auto back = [&] { QVERIFY(QFile::remove(classDir()) || !fileInPlace); QVERIFY(QDir().rename(off, classDir())); };
+        const QString told = texts::classroom::ShareAway.arg(
+            classDir(), fileInPlace ? texts::classroom::NotAFolder : texts::classroom::FolderMissing);
+
+        away();
+        a.compose(u"b@c.cn;y@c.cn"_s, u"m0"_s);
+        QCOMPARE(a.run(), QStringList{told});
+        QCOMPARE(a.inbox(), QStringList{u"m0"_s});  // y, on the same machine
+        a.compose(u"y@c.cn"_s, u"m1"_s);
+        QCOMPARE(a.run(), QStringList());  // told once
+        QCOMPARE(a.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
+        back();
+        QCOMPARE(a.run(), QStringList());
+        QCOMPARE(b.run(), QStringList());
+        QCOMPARE(a.run(), QStringList());
+        QCOMPARE(a.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
+        QCOMPARE(b.inbox(), QStringList{u"m0"_s});
+        away();
+        QCOMPARE(a.run(), QStringList{told});  // a new outage is told again
+        back();
+
+        // The trainer's overview, as the program prints it.
+        QProcess p;
+        p.start(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
+        QVERIFY(p.waitForFinished(30000));
+        QCOMPARE(p.exitCode(), 0);
+        QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n');
+        for (QString &line : lines)
+            line = line.simplified();
+        QCOMPARE(lines, (QStringList{u"机器 账号 已发送 已接收 最近收发"_s,
+                                     u"PC-1 a@c.cn 2 0 2024-02-03 04:05"_s,
+                                     u"PC-1 y@c.cn 0 2 2024-02-03 04:05"_s,
+                                     u"PC-2 b@c.cn 0 1 2024-02-03 04:05"_s, QString()}));
+    }
+
+    void badFiles_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");  // empty: a folder in the file's place
+        QTest::addColumn<bool>("triedAgain");
+        const QByteArray good = classroom::MessageFileBytes(mail(u"1"_s, u"x@c.cn"_s, u"b@c.cn"_s, u"first"_s));
+        QTest::newRow("binary bytes are skipped") << QByteArray("\x7f" "ELF\0\0\1", 7) << false;
+        QTest::newRow("a copy cut short is skipped") << good.left(good.size() - 3) << false;
+        QTest::newRow("a file that cannot be read is tried again") << QByteArray() << true;
+    }
+
+    // A file that cannot be used keeps nothing after it from arriving, is
+    // told once, and is taken when it can be read, if it could not be.
+    void badFiles()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, triedAgain);
+        const Machine &b = *machines[1];
+        b.accounts({u"b@c.cn"_s});
+        // Each row its own member: a file is told once while the program runs.
+        static int row = 0;
+        const QString member = classDir() + u"/pc-9-0000000%1/"_s.arg(++row);
+        QVERIFY(QDir().mkpath(member));
+        const auto put = [&](int n, const QByteArray &content) {
+            const QString path = member + classroom::MessageFileName(n);
+            QFile f(path);
+            QVERIFY((f.remove() || QDir().rmdir(path) || true)
+                    && (content.isEmpty() ? QDir().mkdir(path) : f.open(QIODevice::WriteOnly) && f.write(content)));
+        };
+        const auto message = [](const QString &subject) {
+            return classroom::MessageFileBytes(mail(u"1"_s, u"x@c.cn"_s, u"b@c.cn"_s, subject));
+        };
+        put(0, bytes);
+        put(1, message(u"second"_s));
+
+        const QStringList notices = b.run();
+        QCOMPARE(notices.size(), 1);
+        QVERIFY(notices[0].startsWith(texts::classroom::BadFiles.arg(QString())));
+        QVERIFY(notices[0].endsWith(triedAgain ? u"下次收发时再试。"_s : u"已跳过。"_s));
+        QCOMPARE(b.inbox(), QStringList{u"second"_s});
+        QCOMPARE(b.run(), QStringList());  // told once
+        put(0, message(u"first"_s));
+        QCOMPARE(b.run(), QStringList());
+        QCOMPARE(b.run(), QStringList());
+        QCOMPARE(b.inbox(), triedAgain ? (QStringList{u"first"_s, u"second"_s}) : QStringList{u"second"_s});
+    }
+
+    // A copy of a data folder, handed out or opened elsewhere, writes into
+    // a member folder of its own and keeps what was taken as taken.
+    void copiedDataFolderTakesItsOwnMemberFolder()
+    {
+        const Machine &a = *machines[0];
+        a.accounts({u"a@c.cn"_s});
+        a.compose(u"a@c.cn"_s, u"m0"_s);
+        QCOMPARE(a.run(), QStringList());
+        const Machine &copy = *machines[1];
+        for (const QString &name : QDir(a.data.path()).entryList(QDir::Files))
+            QVERIFY(QFile::copy(a.data.filePath(name), copy.data.filePath(name)));
+        copy.compose(u"a@c.cn"_s, u"m1"_s);
+        QCOMPARE(copy.run(), QStringList());
+        QCOMPARE(a.run(), QStringList());
+        QCOMPARE(QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 2);
+        QCOMPARE(a.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
+        QCOMPARE(copy.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
+    }
+
+    // The administrator's file, as the README names it.
+    void classFolderFromSettings()
+    {
+        QTemporaryDir etc;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, etc.path());
+        QFile conf(etc.filePath(u"quillpost-express.conf"_s));
+        QVERIFY(conf.open(QIODevice::WriteOnly));
+        conf.write("[classroom]\nfolder=/mnt/school/class\n");
+        conf.close();
+        QCOMPARE(classroom::ConfiguredClassDir(), u"/mnt/school/class"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_classroom)
+#include "tst_classroom.moc"
