@@ -409,6 +409,8 @@ QString WriteAside(const QString &stem, const QByteArray &bytes)
         fail(name, error);
     }
     return name;
+}
+
 QStringList StandingChange(const QString &dir)
 {
     QFile journal(QDir(dir).filePath(QLatin1StringView(JournalName)));

@@ -3,6 +3,8 @@
 // through the compose window; closed and reopened from the keyboard; and a
 // file it cannot use, explained. It never writes a file.
 
+#include "sendrecv/classroom.h"
+#include "sendrecv/engine.h"
 #include "store/errors.h"
 #include "store/mailstore.h"
 #include "ui/exercise/frmExercise.h"
@@ -127,6 +129,24 @@ private slots:
         QVERIFY2(script.finished(), script.report());
         QCOMPARE(shown(forms::Exercise()), u"已完成：1. a | 已完成 1/1"_s);
         QCOMPARE(store::Accounts().value(0).address, u"new.office@example.com"_s);
+    }
+
+    // The class folder's overview of this machine names the exercise and how
+    // far it is, with the window closed too.
+    void theClassOverviewShowsHowFar()
+    {
+        putAccounts(*dir, {u"zhangsan@example.cn"_s});
+        dir->writeBytes(u"lesson.ini"_s, u"[exercise]\ntitle=第三课\n[task1]\ntext=a\naccount=zhangsan@example.cn\n"
+                                         "[task2]\ntext=b\nfolder=drafts\n"_s.toUtf8());
+        mainOn()->startExercise(dir->filePath(u"lesson.ini"_s));
+        forms::Exercise()->close();
+        QTemporaryDir share;
+        classroom::SetClassDir(share.path());
+        classroom::ClassRun::runHere(SendReceiveModes::ReceiveOnly);
+        classroom::SetClassDir(QString());
+        QString table, why;
+        QVERIFY(classroom::StatusTable(share.path(), &table, &why));
+        QVERIFY2(table.contains(u"第三课"_s) && table.contains(u" 1/2"_s), qPrintable(table));
     }
 
     // A folder the program cannot read: its task waits, and the window says why

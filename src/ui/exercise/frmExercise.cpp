@@ -1,5 +1,6 @@
 #include "frmExercise.h"
 
+#include "sendrecv/classroom.h"
 #include "store/errors.h"
 #include "store/mailstore.h"
 #include "texts.h"
@@ -118,6 +119,11 @@ frmExercise::frmExercise()
     scaffold::loadOnShow(this, [this] { Form_Load(); });
 }
 
+frmExercise::~frmExercise()
+{
+    classroom::SetExerciseProgress({});
+}
+
 void frmExercise::setExercise(const exercise::Exercise &exercise)
 {
     m_exercise = exercise;
@@ -128,6 +134,11 @@ void frmExercise::setExercise(const exercise::Exercise &exercise)
         Tasks->addItem(t::TaskLine.arg(task.number).arg(task.text));
     if (isVisible())
         Form_Load();
+    // The trainer's overview of the class shows how far this machine is.
+    classroom::SetExerciseProgress([this] {
+        const exercise::Progress p = progress();
+        return classroom::ExerciseProgress{p.title, QString::number(p.done) + u'/' + QString::number(p.tasks)};
+    });
 }
 
 void frmExercise::openBeside(QWidget *mainWindow, int narrowestMain, bool activate, const QRect &area)
@@ -158,6 +169,19 @@ void frmExercise::openBeside(QWidget *mainWindow, int narrowestMain, bool activa
 }
 
 void frmExercise::Form_Load()
+{
+    checkAll();
+}
+
+exercise::Progress frmExercise::progress()
+{
+    // A closed window is not kept up to date.
+    if (!isVisible())
+        checkAll();
+    return {m_exercise.title, int(m_done.count(true)), int(m_done.size())};
+}
+
+void frmExercise::checkAll()
 {
     m_unreadable.clear();
     QList<int> sources;

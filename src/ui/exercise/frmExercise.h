@@ -34,6 +34,7 @@ class frmExercise final : public QDialog
 
 public:
     frmExercise();
+    ~frmExercise() override;
 
     void setExercise(const exercise::Exercise &exercise);
     bool hasExercise() const { return !m_exercise.tasks.isEmpty(); }
@@ -43,6 +44,10 @@ public:
     void openBeside(QWidget *mainWindow, int narrowestMain, bool activate,
                     const QRect &area = QRect());
 
+    // The exercise's title and the tasks the files show done now, shown or
+    // not: for the class folder's overview of this machine.
+    exercise::Progress progress();
+
     QLabel *Title = nullptr;
     QListWidget *Tasks = nullptr;  // one row per task, a tick on the done ones
     QLabel *Progress = nullptr;    // "已完成 N/M"
@@ -50,6 +55,7 @@ public:
 
 private:
     void Form_Load();
+    void checkAll();
     void folderChanged(int folder);
     void accountsChanged();
     // Checks the tasks of a folder (-1: the accounts) against what the
