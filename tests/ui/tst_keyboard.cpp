@@ -291,10 +291,11 @@ private slots:
         QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
         QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
 
-        // 5. Into the tree, down to the Inbox, into its list, open the message.
+        // 5. Into the tree, down to the Inbox, into its list, choose the
+        // message and open it.
         QVERIFY(activate(w));
         w->TreeView1->setFocus();
-        press(u"Home Down Down Return Return"_s);
+        press(u"Home Down Down Return Down Return"_s);
         frmMailRead *r = forms::MailRead();
         QTRY_VERIFY(r->isActiveWindow());
         QVERIFY(r->Label8->text() == u"hello" && !r->lvAddfile->isVisible());  // no attachment row
