@@ -470,6 +470,9 @@ inline const QString AccountKinds = u"账号类别"_s;
 inline const QString AccountLabel = u"账号名称"_s;
 inline const QString SignUpService = u"申请新账号的服务"_s;
 inline const QString Components = u"组件列表"_s;
+// An editable box whose caption the toolkit does not give the field inside.
+inline const QString Sender = u"发件人"_s;
+inline const QString SenderHelp = u"选择用哪个账号发送这封邮件。"_s;
 }  // namespace a11y
 
 }  // namespace texts

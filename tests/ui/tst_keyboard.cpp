@@ -147,10 +147,14 @@ private slots:
         QVERIFY(w->isVisible());
         const QList<QWidget *> all = inputs(w);
 
-        // A name for every control a screen reader can land on.
+        // A name for every control a screen reader can land on, and for the
+        // field inside an editable box, where it lands then.
         for (QWidget *c : all) {
             QAccessibleInterface *a = QAccessible::queryAccessibleInterface(c);
-            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(c->objectName()));
+            QAccessibleInterface *inside = a ? a->focusChild() : nullptr;
+            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty()
+                         && (!inside || !inside->text(QAccessible::Name).isEmpty()),
+                     qPrintable(c->objectName()));
         }
         buttonsSpeakChinese(w);
 
