@@ -247,6 +247,37 @@ private slots:
         QCOMPARE(dir->readBytes(MailBoxFileName), present || finish ? AccountBytes(expected) : QByteArray());
     }
 
+    // The account file holds the change before the Inbox is read: an Inbox
+    // that cannot be read is reported beside what was stored, and the
+    // command that wanted an account goes on with it.
+    void storedThoughTheInboxIsDamaged_data()
+    {
+        QTest::addColumn<bool>("adding");
+        QTest::newRow("added for a command") << true;
+        QTest::newRow("removed") << false;
+    }
+    void storedThoughTheInboxIsDamaged()
+    {
+        QFETCH(bool, adding);
+        dir->writeBytes(u"receive_c.dat"_s, FolderBytes({mail(u"1"_s)}).replace("content=[body]", "content=x"));
+        const QString why = u"\r\r"_s + texts::BadStoredContent;
+        ModalScript script;
+        if (adding) {
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::AddedButInboxUnread.arg(u"NewLogon"_s) + why);
+            walkWizard(script);
+            script.start();
+            QVERIFY(!EnsureMailBox());
+            QVERIFY2(script.finished(), script.report());
+        } else {
+            boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon1"_s), true);
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::RemovedButInboxUnread.arg(u"logon1"_s) + why);
+            walk(openDialog(*dir, 2), u"row0 btnDelete -> logon2 EDDDDDEE"_s);
+        }
+        const MailBoxRec added{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
+                               u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(adding ? QList{added} : accounts(2).mid(1)));
+    }
+
     // Next on page 3 while page 4, just left by Back, is still closing, as a
     // user typing ahead gives it: page 4 comes back.
     void nextTypedAhead()
