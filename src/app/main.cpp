@@ -1,8 +1,8 @@
 #include "commandline.h"
+#include "onecopy.h"
 #include "store/appdir.h"
-#include "store/commit.h"
 #include "store/datadir.h"
-#include "store/errors.h"
+#include "store/folderlock.h"
 #include "store/prompter.h"
 #include "texts.h"
 #include "ui/common/application.h"
@@ -88,20 +88,17 @@ int main(int argc, char *argv[])
     app.setFont(fonts::uiFont());
     MessageBoxPrompter boxes;
     setPrompter(&boxes);
-    if (!data.problem.isEmpty())
-        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, data.problem);
-    // A change a kill interrupted is completed before anything is read.
-    if (!data.readOnly) {
-        try {
-            RecoverDataFolder();
-        } catch (const StoreError &error) {
-            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, ErrorBoxText(error));
-        }
+    // Nothing in the folder is read or written before this copy holds it.
+    DataFolderLock lock(data.dir);
+    FrontDoor door(LocalServerName(data.dir));
+    int rc = 0;
+    if (OpenDataFolderOrHandOver(lock, door)) {
+        if (!data.problem.isEmpty())
+            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, data.problem);
+        forms::Main()->show();
+        rc = app.exec();
+        forms::destroyAll();
     }
-
-    forms::Main()->show();
-    const int rc = app.exec();
-    forms::destroyAll();
     setPrompter(nullptr);
     return rc;
 }
