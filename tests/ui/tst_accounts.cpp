@@ -262,17 +262,17 @@ private slots:
         dir->writeBytes(u"receive_c.dat"_s, FolderBytes({mail(u"1"_s)}).replace("content=[body]", "content=x"));
         const QString why = u"\r\r"_s + texts::BadStoredContent;
         ModalScript script;
-        if (adding) {
-            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::AddedButInboxUnread.arg(u"NewLogon"_s) + why);
-            walkWizard(script);
-            script.start();
-            QVERIFY(!EnsureMailBox());
-            QVERIFY2(script.finished(), script.report());
-        } else {
+        walkWizard(script, adding ? 5 : 0);
+        script.start();
+        if (!adding)
             boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon1"_s), true);
-            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::RemovedButInboxUnread.arg(u"logon1"_s) + why);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             (adding ? t::AddedButInboxUnread.arg(u"NewLogon"_s) : t::RemovedButInboxUnread.arg(u"logon1"_s)) + why);
+        if (adding)
+            QVERIFY(!EnsureMailBox());
+        else
             walk(openDialog(*dir, 2), u"row0 btnDelete -> logon2 EDDDDDEE"_s);
-        }
+        QVERIFY2(script.finished(), script.report());
         const MailBoxRec added{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
                                u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(adding ? QList{added} : accounts(2).mid(1)));

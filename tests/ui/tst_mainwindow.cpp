@@ -405,9 +405,7 @@ private slots:
         QFETCH(QString, keys);
         put(*dir, FolderFile::Inbox, mails(4));
         frmMain *w = mainOn(Node::Inbox);
-        w->TreeView1->setFocus();
-        QVERIFY(QTest::qWaitForWindowActive(w));
-        press(u"Return"_s);
+        act(w, u"tree: Return"_s);
         QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
         press(keys);
         QTEST(w->Label9->text(), "previewed");
