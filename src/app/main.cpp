@@ -11,11 +11,13 @@
 #include "ui/main/frmMain.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
 #include <cstdio>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -38,11 +40,16 @@ QStringList installPrefixes(const QString &exeDir)
 
 // Tries for real, because a permission check can be wrong (read-only
 // mounts, root on a network share). A missing folder is created here, at
-// the first start, so a trainer finds it before any mail is written.
+// the first start, so a trainer finds it before any mail is written. A
+// folder with a lock file in it is likely open in another copy, where a
+// start must not touch anything: there the permissions are asked, and the
+// lock this copy then tries to make is the real test.
 bool canWrite(const QString &dir)
 {
     if (!QDir().mkpath(dir))
         return false;
+    if (QFileInfo::exists(QDir(dir).filePath(QLatin1StringView(LockFileName))))
+        return ::access(QFile::encodeName(dir).constData(), W_OK | X_OK) == 0;
     QTemporaryFile probe(QDir(dir).filePath(u".write-test-XXXXXX"_s));
     return probe.open();
 }

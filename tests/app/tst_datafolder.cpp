@@ -32,10 +32,10 @@ class tst_datafolder : public WindowTest
         QLockFile(lockPath()).getLockInfo(&pid, &machine, &program);
         return pid;
     }
-    // Every entry of the folder: name, time of its last change, bytes.
+    // The folder's last change, and every entry: name, last change, bytes.
     QStringList snapshot() const
     {
-        QStringList all;
+        QStringList all{QString::number(QFileInfo(dir->path()).lastModified().toMSecsSinceEpoch())};
         for (const QFileInfo &f : QDir(dir->path()).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
             all << f.fileName() + QString::number(f.lastModified().toMSecsSinceEpoch()) + QString::fromLatin1(dir->readBytes(f.fileName()).toBase64());
         return all;
