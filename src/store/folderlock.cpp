@@ -11,7 +11,9 @@
 #include <QList>
 #include <QLockFile>
 #include <QSysInfo>
+#include <QThread>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <signal.h>
@@ -52,6 +54,28 @@ bool runsHere(qint64 pid)
     return pid > 0 && (::kill(pid_t(pid), 0) == 0 || errno == EPERM);
 }
 
+// A copy killed between making its lock file and writing it leaves it
+// empty, and QLockFile can tell neither its process nor its age from it.
+// Once its maker cannot still be about to write it, it is removed, under the
+// guard QLockFile removes stale locks with, and only if it is still the same
+// empty file: two starts that found it cannot both remove it, the second
+// then removing the first one's new lock.
+bool removeUnfinishedLock(const QString &path)
+{
+    constexpr qint64 MakingMs = 2000;
+    const QByteArray name = QFile::encodeName(path);
+    struct stat seen, now;
+    if (::stat(name.constData(), &seen) != 0 || !S_ISREG(seen.st_mode) || seen.st_size != 0)
+        return false;
+    const qint64 made = qint64(seen.st_mtim.tv_sec) * 1000 + seen.st_mtim.tv_nsec / 1000000;
+    const qint64 age = QDateTime::currentMSecsSinceEpoch() - made;
+    if (age < MakingMs)
+        QThread::msleep(std::min(MakingMs, MakingMs - age));
+    QLockFile guard(path + u".rmlock"_s);
+    return guard.tryLock(0) && ::stat(name.constData(), &now) == 0 && now.st_dev == seen.st_dev
+        && now.st_ino == seen.st_ino && now.st_size == 0 && QFile::remove(path);
+}
+
 // Unlocking removes the lock file by its name, which after a takeover is
 // the new holder's file: a lock this copy lost is kept, never unlocked.
 void abandon(std::unique_ptr<QLockFile> &lock)
@@ -85,9 +109,9 @@ DataFolderLock::State DataFolderLock::tryHold()
 {
     if (m_held)
         return State::Held;
-    // A holder that quits between the try and the look at its lock has
-    // left the folder free: one more try takes it.
-    for (int attempt = 0; attempt < 2; ++attempt) {
+    // A holder that quits between the try and the look at its lock, or an
+    // empty lock removed, leaves the folder free: one more try takes it.
+    for (int attempt = 0; attempt < 3; ++attempt) {
         if (m_lock->tryLock(0)) {
             hold();
             return State::Held;
@@ -104,7 +128,7 @@ DataFolderLock::State DataFolderLock::tryHold()
             return minutesUnrenewed() >= StalePeriod.count() ? State::StaleElsewhere
                                                               : State::HeldElsewhere;
         }
-        if (QFileInfo::exists(m_path))
+        if (QFileInfo::exists(m_path) && !removeUnfinishedLock(m_path))
             break;
     }
     return State::Unavailable;

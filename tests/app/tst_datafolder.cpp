@@ -88,6 +88,16 @@ private slots:
         QVERIFY(holder() == QCoreApplication::applicationPid() && !dir->exists(u"send_c.dat.new"_s));
     }
 
+    // A copy killed while it made its lock leaves it empty; the next start
+    // takes the folder all the same.
+    void emptyLockOfAKilledCopy()
+    {
+        QFile made(lockPath());
+        QVERIFY(made.open(QIODevice::WriteOnly)
+                && made.setFileTime(QDateTime::currentDateTime().addSecs(-60), QFileDevice::FileModificationTime));
+        QVERIFY(start() && holder() == QCoreApplication::applicationPid());
+    }
+
     // A copy on this machine holds the folder but does not answer: the start
     // ends with a box naming its process.
     void copyHereDoesNotAnswer()
