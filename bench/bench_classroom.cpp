@@ -8,6 +8,7 @@
 #include "benchutil.h"
 
 #include "sendrecv/classroom.h"
+#include "store/folderlock.h"
 #include "sendrecv/classstate.h"
 #include "store/appdir.h"
 #include "store/commit.h"
@@ -60,7 +61,7 @@ struct Class
     {
         classroom::SetClassDir(share.path());
         SetAppDir(data[i]->path());
-        classroom::SetMachineName(u"pc%1"_s.arg(i, 2, 10, QChar(u'0')));
+        SetMachineName(u"pc%1"_s.arg(i, 2, 10, QChar(u'0')));
     }
 
     Class()

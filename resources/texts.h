@@ -420,6 +420,10 @@ inline const QString AddMail = u"邮件(&M)..."_s;
 inline const QString AddNews = u"新闻(&N)..."_s;
 inline const QString AddDirectory = u"目录服务(&D)..."_s;
 inline const QString AskDeleteAccount = u"您确信要删除'%1'账号吗?"_s;  // %1: logon name
+// The account file holds the change, and the Inbox read after it failed;
+// %1: the logon name. The reason follows after CR CR.
+inline const QString AddedButInboxUnread = u"账号“%1”已经添加并保存，但随后读取收件箱时出错。"_s;
+inline const QString RemovedButInboxUnread = u"账号“%1”已经删除，但随后读取收件箱时出错。"_s;
 
 // The new-account wizard, all five pages.
 inline const QString WizardCaption = u"Internet 连接向导"_s;
@@ -505,6 +509,9 @@ inline const QString AccountKinds = u"账号类别"_s;
 inline const QString AccountLabel = u"账号名称"_s;
 inline const QString SignUpService = u"申请新账号的服务"_s;
 inline const QString Components = u"组件列表"_s;
+// An editable box whose caption the toolkit does not give the field inside.
+inline const QString Sender = u"发件人"_s;
+inline const QString SenderHelp = u"选择用哪个账号发送这封邮件。"_s;
 }  // namespace a11y
 
 }  // namespace texts
@@ -524,6 +531,26 @@ inline const QString SaveRefused =
 inline const QString AboutTip = u"数据文件夹：%1"_s;
 inline const QString AboutTipReadOnly = u"数据文件夹（只读）：%1"_s;
 }  // namespace datadir
+
+// One copy of the program per data folder; %1 is always the folder.
+namespace lock {
+// A copy on another machine holds it; %2: that machine's name.
+inline const QString HeldElsewhere =
+    u"数据文件夹“%1”正在计算机“%2”上的 Quillpost Express 中打开。\r\r一个数据文件夹同一时间只能由一个程序打开，否则邮件可能丢失。请先关闭“%2”上的程序，再重新启动。"_s;
+// Its lock has not been renewed for a while; %2: the machine, %3: minutes.
+// Enter answers No.
+inline const QString AskTakeOver =
+    u"数据文件夹“%1”被计算机“%2”上的 Quillpost Express 占用，但它已经 %3 分钟没有动静，那里的程序可能已经意外退出。\r\r如果它其实还在运行，两边同时修改会丢失邮件。确定“%2”上已经没有打开这个文件夹，要在本机打开它吗？"_s;
+// A copy on this machine holds it and did not answer; %2: its process number.
+inline const QString HeldHereNoAnswer =
+    u"数据文件夹“%1”已经在本机的另一个 Quillpost Express 中打开（进程号 %2），但它没有响应。\r\r请切换到那个窗口；如果它已经不能使用，请先结束它，再重新启动。"_s;
+// No lock can be made in a folder that can be written.
+inline const QString Unavailable =
+    u"无法在数据文件夹“%1”中建立锁定文件，不能保证只有本程序在修改其中的邮件。\r\r本次以只读方式启动：可以查看已有的邮件和账号，但所做的更改都不会保存。"_s;
+// Another machine took the folder over while this copy ran; %2: the machine.
+inline const QString TakenOver =
+    u"计算机“%2”上的 Quillpost Express 已经接管了数据文件夹“%1”。\r\r本程序从现在起以只读方式运行，所做的更改都不会保存。请关闭本程序。"_s;
+}  // namespace lock
 
 namespace cli {
 inline const QString Description = u"Quillpost Express：不需要邮件服务器的电子邮件练习程序。"_s;

@@ -2,10 +2,10 @@
 #include "commandline.h"
 #include "datafolder.h"
 #include "sendrecv/classroom.h"
+#include "onecopy.h"
 #include "store/appdir.h"
-#include "store/commit.h"
 #include "store/datadir.h"
-#include "store/errors.h"
+#include "store/folderlock.h"
 #include "store/prompter.h"
 #include "texts.h"
 #include "ui/common/application.h"
@@ -14,12 +14,14 @@
 #include "ui/main/frmMain.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
 #include <cstdio>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,11 +30,16 @@ const QString AppId = QStringLiteral(QUILLPOST_APP_ID);
 
 // Tries for real, because a permission check can be wrong (read-only
 // mounts, root on a network share). A missing folder is created here, at
-// the first start, so a trainer finds it before any mail is written.
+// the first start, so a trainer finds it before any mail is written. A
+// folder with a lock file in it is likely open in another copy, where a
+// start must not touch anything: there the permissions are asked, and the
+// lock this copy then tries to make is the real test.
 bool canWrite(const QString &dir)
 {
     if (!QDir().mkpath(dir))
         return false;
+    if (QFileInfo::exists(QDir(dir).filePath(QLatin1StringView(LockFileName))))
+        return ::access(QFile::encodeName(dir).constData(), W_OK | X_OK) == 0;
     QTemporaryFile probe(QDir(dir).filePath(u".write-test-XXXXXX"_s));
     return probe.open();
 }
@@ -102,30 +109,22 @@ int main(int argc, char *argv[])
     app.setFont(fonts::uiFont());
     MessageBoxPrompter boxes;
     setPrompter(&boxes);
-    if (!data.problem.isEmpty())
-        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, data.problem);
-    // A change a kill interrupted is completed before anything is read. One
-    // that cannot be completed, or whose journal cannot be read, ends the
-    // start: every look at a folder would meet half of it.
-    if (!data.readOnly) {
-        try {
-            RecoverDataFolder();
-        } catch (const StoreError &error) {
-            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
-                               ErrorBoxText(error) + u"\r\r"_s + texts::StartUpStopped);
-            setPrompter(nullptr);
-            return 1;
-        }
+    // Nothing in the folder is read or written before this copy holds it.
+    DataFolderLock lock(data.dir);
+    FrontDoor door(LocalServerName(data.dir));
+    int rc = 0;
+    if (OpenDataFolderOrHandOver(lock, door, &rc)) {
+        if (!data.problem.isEmpty())
+            prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, data.problem);
+        forms::Main()->show();
+        if (!cmd.exercise.isEmpty())
+            forms::Main()->startExercise(cmd.exercise);
+        rc = app.exec();
+        // Mail on its way into the class folder gets a moment to arrive;
+        // what does not is sent again by the next run.
+        classroom::WaitForShare(5000);
+        forms::destroyAll();
     }
-
-    forms::Main()->show();
-    if (!cmd.exercise.isEmpty())
-        forms::Main()->startExercise(cmd.exercise);
-    const int rc = app.exec();
-    // Mail on its way into the class folder gets a moment to arrive; what
-    // does not is sent again by the next run.
-    classroom::WaitForShare(5000);
-    forms::destroyAll();
     setPrompter(nullptr);
     return rc;
 }

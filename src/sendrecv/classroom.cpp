@@ -5,6 +5,7 @@
 #include "store/appdir.h"
 #include "store/clock.h"
 #include "store/errors.h"
+#include "store/folderlock.h"
 #include "store/folders.h"
 #include "store/mailstore.h"
 #include "store/profile.h"
@@ -15,7 +16,6 @@
 #include <QFileInfo>
 #include <QSet>
 #include <QSettings>
-#include <QSysInfo>
 
 #include <limits>
 #include <mutex>
@@ -31,12 +31,6 @@ QString &classDir()
 {
     static QString dir;
     return dir;
-}
-
-QString &machineName()
-{
-    static QString name;
-    return name;
 }
 
 std::function<ExerciseProgress()> &exerciseProgress()
@@ -142,16 +136,6 @@ QString ClassDir()
     return classDir();
 }
 
-void SetMachineName(const QString &name)
-{
-    machineName() = name;
-}
-
-QString MachineName()
-{
-    return machineName().isEmpty() ? QSysInfo::machineHostName() : machineName();
-}
-
 void SetExerciseProgress(std::function<ExerciseProgress()> provider)
 {
     exerciseProgress() = std::move(provider);
@@ -200,7 +184,7 @@ RunResult ClassRun::begin()
         FolderSet set;
         // Reading a folder first finishes a change a kill interrupted.
         set.read(FolderFile::Outbox);
-        state = CurrentState(ProfileFile::load(AppFilePath(StateFileName)).bytes(), MachineName(),
+        state = CurrentState(ProfileFile::load(AppFilePath(StateFileName)).bytes(), ::MachineName(),
                              dataDirPath(), ClassDir());
         if (sending) {
             m_result.sendRan = true;
@@ -294,7 +278,7 @@ void ClassRun::take(const ShareOutcome &outcome)
         state.outgoing.remove(0, outcome.published);
         state.first += outcome.published;
         if (outcome.memberGone) {
-            state.member = NewMemberName(MachineName());
+            state.member = NewMemberName(::MachineName());
             state.first = 0;
         }
         if (outcome.away.isEmpty()) {
@@ -407,7 +391,7 @@ void ClassRun::take(const ShareOutcome &outcome)
             const auto line = [&text](QStringView key, const QString &value) {
                 text += key + u'=' + oneLine(value) + u"\r\n"_s;
             };
-            line(u"machine", MachineName());
+            line(u"machine", ::MachineName());
             line(u"datadir", dataDirPath());
             line(u"lastrun", Now().toString(u"yyyy-MM-dd HH:mm"_s));
             line(u"published", QString::number(state.first));

@@ -28,11 +28,6 @@ QString ConfiguredClassDir();
 void SetClassDir(const QString &dir);
 QString ClassDir();
 
-// The name of this machine, as the member folders and the trainer's
-// overview show it: the host name unless set (tests run several machines).
-void SetMachineName(const QString &name);
-QString MachineName();
-
 // The exercise a member is doing, for the trainer's overview: its title and
 // "done/all" tasks. Whoever knows the exercise sets the provider; without
 // one the overview leaves the columns out.

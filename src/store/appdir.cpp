@@ -16,6 +16,18 @@ bool &readOnly()
     static bool value = false;
     return value;
 }
+
+QString &readOnlyReason()
+{
+    static QString reason;
+    return reason;
+}
+
+std::function<QString()> &writeCheck()
+{
+    static std::function<QString()> check;
+    return check;
+}
 }  // namespace
 
 void SetAppDir(const QString &dir)
@@ -36,14 +48,29 @@ QString AppFilePath(const QString &fileName)
 void SetDataReadOnly(bool value)
 {
     readOnly() = value;
+    readOnlyReason().clear();
 }
 
 bool DataReadOnly()
 {
+    if (!readOnly() && writeCheck()) {
+        const QString why = writeCheck()();
+        if (!why.isEmpty()) {
+            readOnly() = true;
+            readOnlyReason() = why;
+        }
+    }
     return readOnly();
 }
 
 QString DataReadOnlyText()
 {
+    if (!readOnlyReason().isEmpty())
+        return readOnlyReason();
     return texts::datadir::SaveRefused.arg(QDir::toNativeSeparators(appDir()));
+}
+
+void SetWriteCheck(std::function<QString()> check)
+{
+    writeCheck() = std::move(check);
 }

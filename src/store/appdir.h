@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 // The directory that holds the seven data files. main() chooses it once at
 // start-up (see datadir.h); tests point it at a fresh temporary one.
 void SetAppDir(const QString &dir);
@@ -17,3 +19,9 @@ void SetDataReadOnly(bool readOnly);
 bool DataReadOnly();
 // Why a save is refused, naming the folder: for the box the store shows.
 QString DataReadOnlyText();
+
+// Asked each time the program is about to rely on writing the folder: why
+// it may no longer (another copy took it over), or nothing. Once it gives a
+// reason the program stays read-only, and DataReadOnlyText() is that reason.
+// An empty function asks nothing.
+void SetWriteCheck(std::function<QString()> check);

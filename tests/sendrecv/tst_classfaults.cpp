@@ -3,6 +3,7 @@
 // QUILLPOST_KILL_TRIALS sets the trials (200; make torture 2000).
 
 #include "sendrecv/classroom.h"
+#include "store/folderlock.h"
 #include "sendrecv/recipients.h"
 #include "store/appdir.h"
 #include "store/clock.h"
@@ -36,7 +37,7 @@ constexpr int Budget = 25;
 void use(const QTemporaryDir &data, int machine)
 {
     SetAppDir(data.path());
-    classroom::SetMachineName(u"PC-%1"_s.arg(machine + 1));
+    SetMachineName(u"PC-%1"_s.arg(machine + 1));
 }
 
 // The child's loop: now and then a message into the Outbox, then a run in

@@ -2,6 +2,7 @@
 // its own machine, run one after another in this process.
 
 #include "sendrecv/classroom.h"
+#include "store/folderlock.h"
 #include "sendrecv/classstate.h"
 #include "store/appdir.h"
 #include "store/clock.h"
@@ -34,7 +35,7 @@ struct Machine
     QTemporaryDir data;
     QString name;
 
-    void use() const { SetAppDir(data.path()), classroom::SetMachineName(name); }
+    void use() const { SetAppDir(data.path()), SetMachineName(name); }
     void accounts(const QStringList &addresses) const
     {
         use();

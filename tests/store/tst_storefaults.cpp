@@ -7,6 +7,7 @@
 #include "store/clock.h"
 #include "store/commit.h"
 #include "store/errors.h"
+#include "store/folderlock.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "testsupport.h"
@@ -91,8 +92,8 @@ const QList<std::pair<const char *, std::function<void()>>> commands{
 
 enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace, ReadOnlyFile };
 
-// How a child that ran a command under a fault ended, as its exit code.
-enum Ending { AsExpected, Otherwise, RootKept };
+// How a child that ran a command under a fault, or a copy started on a folder, ended.
+enum Ending { AsExpected, Otherwise, RootKept, Left, Held };
 
 // Runs command in a child process, as the fault cannot be taken back; it
 // must throw FileError saying that nothing changed and giving reason.
@@ -289,9 +290,10 @@ private slots:
             QCOMPARE(log.mid(log.size() - 2).join(u'|'), after);
     }
 
-    // A child sends and receives over and over, killed at a random instant; then the
-    // start-up recovery runs. Each step is one unit, so the folder must be, to the byte,
-    // one of the loop's three states: nothing sent; sent into Sent Items and the queue;
+    // A child holds the folder and sends and receives over and over, killed at a random
+    // instant; at another a second copy starts on the folder: it finds it held and leaves,
+    // or, after the kill, holds it and recovers. Then the folder must be, to the byte, one
+    // of the loop's three states: nothing sent; sent into Sent Items and the queue;
     // received as well. That checks each id's place, copies and contents at once.
     void everyMessageOnceAfterAKill()
     {
@@ -311,30 +313,54 @@ private slots:
 
         const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
         std::array<int, 3> found{};
-        int afterJournal = 0;
-        for (int trial = 0; trial < trials; ++trial) {
+        int afterJournal = 0, left = 0;
+        // A copy of the program: it holds the folder and recovers it, or leaves; the
+        // first then sends and receives until it is killed.
+        const auto copy = [&dir](bool first) {
             const pid_t pid = ::fork();
             if (pid == 0) {
-                while (RunSendReceive(SendReceiveModes::SendAndReceive).errorText.isEmpty())
+                DataFolderLock lock(dir.path());
+                if (OpenDataFolder(lock) != DataFolderLock::State::Held)
+                    ::_exit(Left);
+                while (first && RunSendReceive(SendReceiveModes::SendAndReceive).errorText.isEmpty())
                     reset(start);
-                ::_exit(1);
+                ::_exit(first ? Otherwise : Held);
             }
-            // Anywhere in two turns of the loop, the child's start included.
-            const qint64 delay = QRandomGenerator::global()->bounded(2 * cycleNs);
-            std::this_thread::sleep_for(std::chrono::nanoseconds(delay));
-            ::kill(pid, SIGKILL);
+            return pid;
+        };
+        const auto ending = [](pid_t pid) {
             int status = 0;
             ::waitpid(pid, &status, 0);
-            QVERIFY2(WIFSIGNALED(status), "the child's run failed");
+            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        };
+        for (int trial = 0; trial < trials; ++trial) {
+            const pid_t first = copy(true);
+            // Both anywhere in two turns of the loop, the first's start included.
+            const qint64 killAt = QRandomGenerator::global()->bounded(2 * cycleNs);
+            const qint64 secondAt = QRandomGenerator::global()->bounded(2 * cycleNs);
+            std::this_thread::sleep_for(std::chrono::nanoseconds(qMin(killAt, secondAt)));
+            const pid_t second = secondAt < killAt ? copy(false) : 0;
+            std::this_thread::sleep_for(std::chrono::nanoseconds(qAbs(killAt - secondAt)));
+            ::kill(first, SIGKILL);
+            const int firstEnded = ending(first);
+            QVERIFY2(firstEnded == -1 || firstEnded == Left, "the first copy's run failed");
             afterJournal += dir.exists(QString::fromLatin1(JournalName));
-            RecoverDataFolder();
+            // Started after the kill, a copy holds the folder at once.
+            const int secondEnded = ending(second ? second : copy(false));
+            QVERIFY(secondEnded == Held || (second && secondEnded == Left));
+            left += secondEnded == Left;
+            {
+                DataFolderLock lock(dir.path());
+                QCOMPARE(OpenDataFolder(lock), DataFolderLock::State::Held);
+            }
             const qsizetype state = states.indexOf(entries(dir));
             QVERIFY2(state >= 0, qPrintable(u"trial %1 left no state before or after a step: %2"_s
                                                 .arg(trial).arg(dir.entries().join(u' '))));
             ++found[state];
         }
-        qInfo("kill trials %d, a turn %.1f ms, past a journal %d; unsent %d, sent %d, received %d",
-              trials, cycleNs / 1e6, afterJournal, found[0], found[1], found[2]);
+        qInfo("kill trials %d, a turn %.1f ms, past a journal %d; unsent %d, sent %d, received %d; "
+              "a second copy found the folder held %d times",
+              trials, cycleNs / 1e6, afterJournal, found[0], found[1], found[2], left);
     }
 
     // A change whose renames failed after its journal is finished before the next

@@ -247,6 +247,37 @@ private slots:
         QCOMPARE(dir->readBytes(MailBoxFileName), present || finish ? AccountBytes(expected) : QByteArray());
     }
 
+    // The account file holds the change before the Inbox is read: an Inbox
+    // that cannot be read is reported beside what was stored, and the
+    // command that wanted an account goes on with it.
+    void storedThoughTheInboxIsDamaged_data()
+    {
+        QTest::addColumn<bool>("adding");
+        QTest::newRow("added for a command") << true;
+        QTest::newRow("removed") << false;
+    }
+    void storedThoughTheInboxIsDamaged()
+    {
+        QFETCH(bool, adding);
+        QVERIFY(QDir(dir->path()).mkdir(u"receive_c.dat"_s));
+        const QString why = u"\r\r"_s + texts::CannotReadFile.arg(dir->filePath(u"receive_c.dat"_s), texts::ReasonIsFolder);
+        ModalScript script;
+        walkWizard(script, adding ? 5 : 0);
+        script.start();
+        if (!adding)
+            boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon1"_s), true);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             (adding ? t::AddedButInboxUnread.arg(u"NewLogon"_s) : t::RemovedButInboxUnread.arg(u"logon1"_s)) + why);
+        if (adding)
+            QVERIFY(!EnsureMailBox());
+        else
+            walk(openDialog(*dir, 2), u"row0 btnDelete -> logon2 EDDDDDEE"_s);
+        QVERIFY2(script.finished(), script.report());
+        const MailBoxRec added{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
+                               u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(adding ? QList{added} : accounts(2).mid(1)));
+    }
+
     // Next on page 3 while page 4, just left by Back, is still closing, as a
     // user typing ahead gives it: page 4 comes back.
     void nextTypedAhead()

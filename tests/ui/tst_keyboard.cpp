@@ -148,10 +148,14 @@ private slots:
         QVERIFY(w->isVisible());
         const QList<QWidget *> all = inputs(w);
 
-        // A name for every control a screen reader can land on.
+        // A name for every control a screen reader can land on, and for the
+        // field inside an editable box, where it lands then.
         for (QWidget *c : all) {
             QAccessibleInterface *a = QAccessible::queryAccessibleInterface(c);
-            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty(), qPrintable(c->objectName()));
+            QAccessibleInterface *inside = a ? a->focusChild() : nullptr;
+            QVERIFY2(a && !a->text(QAccessible::Name).isEmpty()
+                         && (!inside || !inside->text(QAccessible::Name).isEmpty()),
+                     qPrintable(c->objectName()));
         }
         buttonsSpeakChinese(w);
 
@@ -199,20 +203,26 @@ private slots:
         QCOMPARE(buttons.join(u'|'), (QStringList{texts::ButtonNo, texts::ButtonYes}.join(u'|')));
         QCOMPARE(enter, QMessageBox::No);
 
-        // The real file chooser speaks the toolkit's Chinese and offers the
-        // name suggested and the filter as a list of types.
+        // The real file chooser speaks the toolkit's Chinese, sizes in its
+        // list included, and offers the name suggested and the filter as a
+        // list of types.
         QString offered;
+        dir->writeBytes(u"b.doc"_s, QByteArray(373, 'b'));
         QTimer::singleShot(0, this, [&] {
             auto *chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
             QVERIFY(chooser);
             buttonsSpeakChinese(chooser);
+            chooser->setDirectory(dir->path());
+            const auto *files = chooser->findChild<QFileSystemModel *>();
+            const QModelIndex size = files->index(dir->filePath(u"b.doc"_s), 1);
+            static_cast<void>(QTest::qWaitFor([&] { return files->data(size).isValid(); }));
             offered = chooser->findChild<QLineEdit *>(u"fileNameEdit"_s)->text() + u'|'
-                + chooser->nameFilters().join(u'|');
+                + chooser->nameFilters().join(u'|') + u'|' + files->data(size).toString();
             chooser->reject();
         });
         QCOMPARE(DialogFileChooser().saveFileName(nullptr, texts::read::SaveTitle, u"a.doc"_s,
                                                   texts::read::SaveFilter), QString());
-        QCOMPARE(offered, u"a.doc|All Files(*.*)"_s);
+        QCOMPARE(offered, u"a.doc|All Files(*.*)|373 字节"_s);
     }
 
     void mnemonicsAndAltKeys()
@@ -292,10 +302,11 @@ private slots:
         QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
         QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(1)"_s);
 
-        // 5. Into the tree, down to the Inbox, into its list, open the message.
+        // 5. Into the tree, down to the Inbox, into its list, choose the
+        // message and open it.
         QVERIFY(activate(w));
         w->TreeView1->setFocus();
-        press(u"Home Down Down Return Return"_s);
+        press(u"Home Down Down Return Down Return"_s);
         frmMailRead *r = forms::MailRead();
         QTRY_VERIFY(r->isActiveWindow());
         QVERIFY(r->Label8->text() == u"hello" && !r->lvAddfile->isVisible());  // no attachment row
@@ -325,5 +336,12 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_keyboard)
+// On the program's own application object, which sets the language the
+// toolkit's dialogs format with.
+int main(int argc, char *argv[])
+{
+    QuillpostApplication app(argc, argv);
+    tst_keyboard test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_keyboard.moc"

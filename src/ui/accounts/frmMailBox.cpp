@@ -63,6 +63,22 @@ QPixmap addPicture(qreal ratio, const QFont &font, const QColor &ink)
     return pm;
 }
 
+// The Inbox is read and dropped after every change of the accounts, a
+// harmless leftover kept as it is. The change is stored by then: a failure
+// of the reading says so, and does not stop the command that wanted the
+// account.
+void readInboxAfter(const QString &stored)
+{
+    try {
+        EmailArray scratch;
+        MailCount scratchCount = 0;
+        LoadEmails(FolderFile::Inbox, scratch, scratchCount);
+    } catch (const StoreError &error) {
+        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
+                           stored + u"\r\r"_s + error.userText());
+    }
+}
+
 }  // namespace
 
 frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
@@ -317,10 +333,9 @@ void frmMailBox::mnuEmail_Click()
         Accounts[AccountCount] = NewRec;
         SaveMailBoxes(Accounts, MailCount(AccountCount + 1));
         AccountCount = AccountCount + 1;
-        EmailArray scratch;  // read and dropped: a harmless leftover kept as it is
-        MailCount scratchCount = 0;
-        LoadEmails(FolderFile::Inbox, scratch, scratchCount);
     });
+    if (stored)
+        readInboxAfter(texts::accounts::AddedButInboxUnread.arg(NewRec.username));
     Form_Load();
     if (!stored)
         return;
@@ -343,10 +358,9 @@ void frmMailBox::btnDelete_Click()
         SaveMailBoxes(remaining, MailCount(AccountCount - 1));
         Accounts = remaining;
         AccountCount = AccountCount - 1;
-        EmailArray scratch;
-        MailCount scratchCount = 0;
-        LoadEmails(FolderFile::Inbox, scratch, scratchCount);
     });
+    if (stored)
+        readInboxAfter(texts::accounts::RemovedButInboxUnread.arg(SelectedName));
     Form_Load();
     if (!stored)
         return;

@@ -10,6 +10,18 @@
 
 #include <exception>
 
+ChineseSystemLocale::ChineseSystemLocale()
+{
+    const bool wasSet = qEnvironmentVariableIsSet("LC_ALL");
+    const QByteArray was = qgetenv("LC_ALL");
+    qputenv("LC_ALL", "zh_CN.UTF-8");
+    QLocale::system();  // read now, and kept
+    if (wasSet)
+        qputenv("LC_ALL", was);
+    else
+        qunsetenv("LC_ALL");
+}
+
 QuillpostApplication::QuillpostApplication(int &argc, char **argv) : QApplication(argc, argv) {}
 
 QString QuillpostApplication::abandonedText(const QString &reason)
@@ -36,8 +48,8 @@ bool QuillpostApplication::notify(QObject *receiver, QEvent *event)
 bool InstallChineseTranslations()
 {
     // The program speaks Chinese whatever the machine's language is: the
-    // toolkit's own texts, and the dates, sizes and file types its dialogs
-    // show.
+    // toolkit's own texts, and the dates, sizes and file types its windows
+    // show (the file chooser's list: see ChineseSystemLocale).
     QLocale::setDefault(QLocale(QLocale::Chinese, QLocale::China));
     static QTranslator *translator = nullptr;
     if (translator)

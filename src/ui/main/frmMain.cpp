@@ -29,6 +29,7 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
@@ -405,16 +406,10 @@ void frmMain::connectHandlers()
     connect(TreeView1, &QTreeWidget::itemClicked, this, &frmMain::TreeView1_NodeClick);
     TreeView1->viewport()->installEventFilter(this);
     TreeView1->installEventFilter(this);
-    // The preview always shows the list's current row, however it became
-    // current: a click, the keyboard, or a refresh that kept it.
-    connect(ListView1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *row) {
-        // A row made current without being chosen (the list taking the
-        // focus picks its first row) is chosen: what has the focus is what
-        // is previewed and what the commands act on.
-        if (row && !row->isSelected())
-            row->setSelected(true);
-        ListView1_Click();
-    });
+    // The preview shows the row the user chose, by a click or the keys, and
+    // the commands act on it. The list never chooses one by itself: the row
+    // it makes current when it takes the focus only gets the focus frame,
+    // lest a click meant for the message just read reach another one.
     connect(ListView1, &QTreeWidget::itemSelectionChanged, this, &frmMain::ListView1_Click);
     ListView1->viewport()->installEventFilter(this);
     ListView1->installEventFilter(this);
@@ -598,6 +593,26 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
     if (type == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent *>(event)->key();
         const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+        // With nothing chosen, the first arrow key or Enter chooses the row
+        // with the focus frame (the first row when none has it) instead of
+        // moving past it or opening it, and Home, End and the page keys
+        // choose the row they reach, even the one they start from: the
+        // user sees a message before any command can act on it.
+        if (watched == ListView1 && ListView1->selectedItems().isEmpty() && !m_forwarding) {
+            const bool step = key == Qt::Key_Up || key == Qt::Key_Down || enter;
+            const bool jump = key == Qt::Key_Home || key == Qt::Key_End || key == Qt::Key_PageUp
+                || key == Qt::Key_PageDown;
+            if (jump) {
+                const QScopedValueRollback forwarding(m_forwarding, true);
+                QCoreApplication::sendEvent(watched, event);
+            }
+            if (step || jump) {
+                if (QTreeWidgetItem *row = ListView1->currentItem() ? ListView1->currentItem()
+                                                                     : ListView1->topLevelItem(0))
+                    ListView1->setCurrentItem(row);
+                return true;
+            }
+        }
         if (watched == ListView1 && enter) {
             ListView1_DblClick();
             return true;
@@ -729,6 +744,12 @@ void frmMain::Delete_Click()
             mailGone();
     });
     SelectedMail = 0;
+    // The focus frame goes to the row that took the message's place, so
+    // that the keys go on from there.
+    const int rows = ListView1->topLevelItemCount();
+    if (rows > 0)
+        ListView1->selectionModel()->setCurrentIndex(
+            ListView1->model()->index(std::min(ref.index, rows - 1), 0), QItemSelectionModel::NoUpdate);
 }
 
 void frmMain::mailGone()

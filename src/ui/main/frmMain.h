@@ -22,7 +22,7 @@ class QTreeWidgetItem;
 // start page, the folder summary or the message list with its preview, and
 // the status bar. It stays open for the whole run and opens every other
 // window. What it shows always belongs to the tree's current node and the
-// list's current row, and it redraws whenever the store reports that a
+// list's chosen row, and it redraws whenever the store reports that a
 // folder changed, whoever changed it.
 class frmMain final : public QMainWindow
 {
@@ -215,7 +215,7 @@ private:
     QList<QTreeWidgetItem *> m_nodes;  // tree nodes, index 1 at 0
     QTreeWidgetItem *m_pressedNode = nullptr;  // current before a mouse press
     bool m_choosingNode = false;  // the program is making a node current
-    bool m_forwarding = false;  // a double-click being handed to the list first
+    bool m_forwarding = false;  // an event being handed to the list first
     bool m_forceInboxStyle = false;  // the list after a delete for good
     int m_previewed = -1;  // the row the preview shows; -1 none
     bool m_listInboxStyle = false;  // the list's rows show senders and read marks

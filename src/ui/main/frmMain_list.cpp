@@ -209,14 +209,13 @@ void frmMain::ListView1_Click()
 {
     if (m_page != Page::Messages)
         return;
-    QTreeWidgetItem *row = ListView1->currentItem();
-    if (!row || !row->isSelected()) {
+    const QList<QTreeWidgetItem *> chosen = ListView1->selectedItems();
+    if (chosen.isEmpty()) {
         showNoMail();
         SetToolbarState(ToolbarState::NoSelection);
         return;
     }
-    // Choosing a row reports twice (current and selection); it is shown once.
-    const int index = ListView1->indexOfTopLevelItem(row);
+    const int index = ListView1->indexOfTopLevelItem(chosen.first());
     if (index != m_previewed)
         previewRow(index);
 }

@@ -162,6 +162,9 @@ void frmMailEdit::buildFields()
     // stored sender of a re-opened message that is no account's address.
     Combo3->setEditable(true);
     Combo3->setInsertPolicy(QComboBox::NoInsert);
+    // A screen reader lands in the field inside the box, which the caption
+    // beside the box does not name; unnamed, it reads out the address.
+    speak(Combo3->lineEdit(), texts::a11y::Sender, texts::a11y::SenderHelp);
     Text3 = named(new QLineEdit(client), u"Text3"_s);
     Text4 = named(new QLineEdit(client), u"Text4"_s);
     Text5 = named(new QLineEdit(client), u"Text5"_s);
