@@ -25,7 +25,6 @@ inline const QString MailGone =
 inline const QString FolderOutOfRange = u"选定文件参数错误,超出范围!"_s;
 // Shown by the application's error guard; the reason follows after CR CR.
 inline const QString OperationAbandoned = u"操作未能完成，所有文件保持不变。"_s;
-inline const QString TooManyMails = u"一个文件夹最多只能存放 101 封邮件。"_s;
 inline const QString TooManyAccounts = u"最多只能设置 21 个邮件账号。"_s;
 inline const QString BadStoredContent = u"邮件文件已损坏：邮件正文格式不正确。"_s;
 inline const QString NumberOverflow = u"数值超出范围。"_s;
@@ -86,6 +85,27 @@ inline const QString DamagedFileSetAside =
     u"文件“%1”无法作为数据文件读取。为了不丢失其中的内容，它已被改名为“%2”，保存在文件夹“%3”中。程序将把它当作空文件继续运行。"_s;
 inline const QString BadPosition = u"位置超出范围。"_s;
 
+// What a change was, for the box of a change the disk refused after the
+// windows had shown it. %1, where there is one: the message's subject.
+namespace unsaved {
+inline const QString Move = u"· 把邮件“%1”移到“已删除邮件”"_s;
+inline const QString DeleteForGood = u"· 彻底删除邮件“%1”"_s;
+inline const QString MarkRead = u"· 把邮件“%1”标为已读"_s;
+inline const QString Draft = u"· 把邮件“%1”存入“草稿”"_s;
+inline const QString Outbox = u"· 把邮件“%1”放入“发件箱”"_s;
+inline const QString SendReceive = u"· 发送和接收邮件"_s;
+inline const QString Accounts = u"· 更改邮件账号"_s;
+// %1: the data files, by name.
+inline const QString Files = u"· 更改文件 %1"_s;
+inline const QString NoSubject = u"（无主题）"_s;
+// %1 the changes, one a line; %2 the reason (CannotWriteFile's text).
+inline const QString NotSaved =
+    u"下列更改没能存入文件：\r%1\r\r%2\r\r各窗口已恢复为文件中保存的内容，文件中的邮件一封也没有丢失。"_s;
+// After the box of a change that stands but is not finished: %1 the changes
+// made after it, which were not saved.
+inline const QString NotSavedAfter = u"随后的这些更改没能存入文件，已经撤销：\r%1"_s;
+}  // namespace unsaved
+
 // ---- Window layer, shared ----------------------------------------------
 inline const QString HeaderStyleFailed = u"表头定位出错"_s;
 
@@ -106,6 +126,8 @@ inline const QString PreviewFrom = u"发件人:"_s;
 inline const QString PreviewTo = u"收件人:"_s;
 inline const QString PreviewSubject = u"主题:"_s;
 inline const QString NoMailSelected = u"未选择任何邮件"_s;
+// In the status bar while a folder not yet in memory is read.
+inline const QString ReadingFolder = u"正在读取“%1”中的邮件……"_s;
 inline const QString ColumnFrom = u"发件人"_s;
 inline const QString ColumnTo = u"收件人"_s;
 inline const QString ColumnSubject = u"主题"_s;
@@ -671,8 +693,6 @@ inline const QString ShareAway =
 inline const QString BadFiles = u"班级文件夹中有些文件无法使用：\r\r%1"_s;
 inline const QString SkippedFile = u"“%1”：%2已跳过。"_s;  // %1 the file, %2 the reason
 inline const QString RetriedFile = u"“%1”：%2下次收发时再试。"_s;
-inline const QString InboxFull =
-    u"收件箱已满（最多 101 封邮件），班级中其余的邮件留到以后接收。请删除一些邮件后再收发。"_s;
 // The trainer's overview.
 inline const QString HeadMachine = u"机器"_s;
 inline const QString HeadAddress = u"账号"_s;

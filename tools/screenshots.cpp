@@ -12,6 +12,7 @@
 #include "store/appdir.h"
 #include "store/folders.h"
 #include "store/mailboxes.h"
+#include "store/mailstore.h"
 #include "store/state.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
@@ -27,6 +28,7 @@
 #include "ui/exercise/frmExercise.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
+#include "ui/main/messagelist.h"
 #include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
 #include "ui/sendrecv/frmSendAndReceive.h"
@@ -39,6 +41,7 @@
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QTreeView>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -74,7 +77,7 @@ void writeSampleData()
                    u"secret"_s, u"lina@example.com"_s};
     SaveMailBoxes(accounts, 2);
 
-    EmailArray inbox;
+    MailList inbox(4);
     inbox[0] = mail(u"lina@example.com"_s, u"zhangwei@example.com"_s, u"下周项目例会安排"_s,
                     u"张伟：\r\n\r\n下周一上午九点在三楼会议室召开项目例会，请准备好本月的进度报告。"
                     "\r\n\r\n谢谢！\r\n李娜"_s,
@@ -85,17 +88,16 @@ void writeSampleData()
                     u"周末聚餐"_s, u"周六晚上六点，老地方见。"_s, u"24-05-10 18:05"_s, false);
     inbox[3] = mail(u"liuyang@example.com"_s, u"zhangwei@example.com"_s, u"季度报表"_s,
                     u"附件是第一季度的报表。"_s, u"24-05-08 11:30"_s, false, u"report.xls"_s);
-    SaveEmails(FolderFile::Inbox, inbox, 4);
-
-    EmailArray sent;
-    sent[0] = mail(u"zhangwei@example.com"_s, u"lina@example.com"_s, u"回复：会议时间"_s,
-                   u"好的，我会准时参加。"_s, u"24-05-11 10:02"_s, false);
-    SaveEmails(FolderFile::SentItems, sent, 1);
-
-    EmailArray deleted;
-    deleted[0] = mail(u"news@example.com"_s, u"zhangwei@example.com"_s, u"每周新闻摘要"_s,
-                      u"本周新闻摘要。"_s, u"24-05-06 08:00"_s, true);
-    SaveEmails(FolderFile::DeletedItems, deleted, 1);
+    FolderSet set;
+    set.change(FolderFile::Inbox) = inbox;
+    set.change(FolderFile::SentItems) = {mail(u"zhangwei@example.com"_s, u"lina@example.com"_s,
+                                              u"回复：会议时间"_s, u"好的，我会准时参加。"_s,
+                                              u"24-05-11 10:02"_s, false)};
+    set.change(FolderFile::DeletedItems) = {mail(u"news@example.com"_s, u"zhangwei@example.com"_s,
+                                                 u"每周新闻摘要"_s, u"本周新闻摘要。"_s,
+                                                 u"24-05-06 08:00"_s, true)};
+    set.commit();
+    store::Flush();
 }
 
 // The windows as they lie on a screen of the given size, each in a thin
@@ -132,6 +134,13 @@ void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, r.center());
 }
 
+// The first row of the message list, once its folder is read.
+QPoint firstRow(frmMain *w)
+{
+    store::Flush();
+    return w->ListView1->visualRect(w->ListModel->index(0, 0)).center();
+}
+
 }  // namespace
 
 int main(int argc, char *argv[])
@@ -153,17 +162,17 @@ int main(int argc, char *argv[])
 
     frmMain *w = forms::Main();
     w->show();
+    store::Flush();
     bool ok = save(w, outDir + u"/mainwindow-start"_s + suffix + u".png"_s);
 
     clickItem(w->TreeView1, w->node(Node::LocalFolders));
     ok &= save(w, outDir + u"/mainwindow-summary"_s + suffix + u".png"_s);
 
     clickItem(w->TreeView1, w->node(Node::Inbox));
-    clickItem(w->ListView1, w->ListView1->topLevelItem(0));
+    QTest::mouseClick(w->ListView1->viewport(), Qt::LeftButton, {}, firstRow(w));
     ok &= save(w, outDir + u"/mainwindow-inbox"_s + suffix + u".png"_s);
 
-    const QRect first = w->ListView1->visualItemRect(w->ListView1->topLevelItem(0));
-    QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {}, first.center());
+    QTest::mouseDClick(w->ListView1->viewport(), Qt::LeftButton, {}, firstRow(w));
     ok &= save(forms::MailRead(), outDir + u"/readwindow"_s + suffix + u".png"_s);
     forms::MailRead()->close();
 

@@ -6,6 +6,7 @@
 #include "store/appdir.h"
 #include "store/datadir.h"
 #include "store/folderlock.h"
+#include "store/mailstore.h"
 #include "store/prompter.h"
 #include "texts.h"
 #include "ui/common/application.h"
@@ -121,9 +122,12 @@ int main(int argc, char *argv[])
             forms::Main()->startExercise(cmd.exercise);
         rc = app.exec();
         // Mail on its way into the class folder gets a moment to arrive;
-        // what does not is sent again by the next run.
+        // what does not is sent again by the next run. Every change is on
+        // the disk before the program ends.
+        store::Flush();
         classroom::WaitForShare(5000);
         forms::destroyAll();
+        store::Flush();
     }
     setPrompter(nullptr);
     return rc;

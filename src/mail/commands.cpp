@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include "store/state.h"
+#include "texts.h"
 
 #include <algorithm>
 
@@ -30,6 +31,13 @@ int locateStored(const MailList &folder, const StoredMail &stored)
     return -1;
 }
 
+// How the box of a change that could not be saved names the message.
+QString subjectOf(const EmailRec &m)
+{
+    const QString subject = m.subject.trimmed();
+    return subject.isEmpty() ? texts::unsaved::NoSubject : subject;
+}
+
 EmailRec withId(EmailRec m, const QString &id)
 {
     m.id = id;
@@ -49,29 +57,31 @@ EmailRec replacing(const EmailRec &message, const QString &id, const EmailRec &s
 
 // Moves or replaces the stored message, or adds the message anew: the
 // common ground of send now and send later. `movesFrom` are the folders
-// whose message leaves for the Outbox.
+// whose message leaves for the Outbox. The compose window holds the only
+// other copy of the message: it waits until the disk has it.
 void storeInOutbox(const EmailRec &message, const StoredMail &stored,
                    std::initializer_list<int> movesFrom)
 {
     FolderSet set;
+    set.describe(texts::unsaved::Outbox.arg(subjectOf(message)));
     if (stored.isSet()) {
         const int at = locateStored(set.read(stored.folder), stored);
         if (at >= 0 && stored.folder == FolderFile::Outbox) {
             MailList &outbox = set.change(FolderFile::Outbox);
             outbox[at] = replacing(message, stored.id, outbox.at(at));
-            set.commit();
+            set.commitAndWait();
             return;
         }
         if (at >= 0 && std::find(movesFrom.begin(), movesFrom.end(), stored.folder) != movesFrom.end()) {
             AppendMail(set.change(FolderFile::Outbox),
                        replacing(message, stored.id, set.read(stored.folder).at(at)));
             set.change(stored.folder).removeAt(at);
-            set.commit();
+            set.commitAndWait();
             return;
         }
     }
     AppendMail(set.change(FolderFile::Outbox), withId(message, NewMailId()));
-    set.commit();
+    set.commitAndWait();
 }
 
 }  // namespace
@@ -96,6 +106,7 @@ bool MoveToDeletedItems(const MailRef &ref)
     const EmailRec moved = set.read(ref.folder).at(at);
     AppendMail(set.change(FolderFile::DeletedItems), moved);
     set.change(ref.folder).removeAt(at);
+    set.describe(texts::unsaved::Move.arg(subjectOf(moved)));
     set.commit();
     return true;
 }
@@ -106,6 +117,7 @@ bool DeleteForGood(const MailRef &ref)
     const int at = LocateMail(set.read(FolderFile::DeletedItems), ref);
     if (at < 0)
         return false;
+    set.describe(texts::unsaved::DeleteForGood.arg(subjectOf(set.read(FolderFile::DeletedItems).at(at))));
     set.change(FolderFile::DeletedItems).removeAt(at);
     set.commit();
     return true;
@@ -118,6 +130,7 @@ bool MarkRead(const MailRef &ref)
     if (at < 0 || set.read(ref.folder).at(at).isnew != u"1")
         return false;
     set.change(ref.folder)[at].isnew = u"0"_s;
+    set.describe(texts::unsaved::MarkRead.arg(subjectOf(ref.shown)));
     set.commit();
     return true;
 }
@@ -141,7 +154,8 @@ StoredMail SaveDraft(const EmailRec &message, const StoredMail &stored, bool *cr
         result.index = int(drafts.size() - 1);
         *created = true;
     }
-    set.commit();
+    set.describe(texts::unsaved::Draft.arg(subjectOf(message)));
+    set.commitAndWait();
     return result;
 }
 

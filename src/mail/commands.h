@@ -5,7 +5,9 @@
 // one unit (FolderSet), so that a failure or a kill leaves every message
 // exactly once where it was or where the command puts it. They show
 // nothing: the windows ask the questions, show the boxes and redraw when
-// the store tells them a folder changed.
+// the store tells them a folder changed. The commands of the compose window
+// return once the disk holds its message, since until then the window is
+// the only other place it is kept; the others return at once.
 
 #include "store/mailstore.h"
 

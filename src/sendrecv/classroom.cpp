@@ -63,9 +63,10 @@ QString dataDirPath()
     return canonical.isEmpty() ? info.absoluteFilePath() : canonical;
 }
 
+// As the store keeps it: what the last run committed, on the disk yet or not.
 ClassState storedState()
 {
-    return ClassState::parse(ProfileFile::load(AppFilePath(StateFileName)).bytes());
+    return ClassState::parse(store::DataFile(StateFileName));
 }
 
 // The local addresses, each once, in the accounts' order.
@@ -180,12 +181,13 @@ RunResult ClassRun::begin()
         return m_result;
 
     ClassState state;
+    CommitTicket numbered(nullptr);
     try {
         FolderSet set;
+        set.describe(texts::unsaved::SendReceive);
         // Reading a folder first finishes a change a kill interrupted.
         set.read(FolderFile::Outbox);
-        state = CurrentState(ProfileFile::load(AppFilePath(StateFileName)).bytes(), ::MachineName(),
-                             dataDirPath(), ClassDir());
+        state = CurrentState(store::DataFile(StateFileName), ::MachineName(), dataDirPath(), ClassDir());
         if (sending) {
             m_result.sendRan = true;
             m_result.send = SendInto(set);
@@ -200,7 +202,11 @@ RunResult ClassRun::begin()
         }
         m_addresses = addressesOf(set.accounts());
         set.alsoWrite(StateFileName, state.bytes());
-        set.commit();
+        numbered = set.commit();
+        // The whole run on one thread waits here, taking what the writer
+        // did, so that its work below does not wait for itself.
+        if (m_here)
+            store::Flush();
     } catch (const StoreError &error) {
         m_result.errorText = ErrorBoxText(error);
         return m_result;
@@ -209,8 +215,6 @@ RunResult ClassRun::begin()
         return m_result;
     m_result.receiveRan = receiving;
 
-    // Commits are made on this thread and have ended here; the class
-    // folder may only learn a number once its data folder holds it.
     m_job = ShareJob();
     m_job.classDir = ClassDir();
     m_job.member = state.member;
@@ -237,7 +241,15 @@ RunResult ClassRun::begin()
 
     m_outcome = std::make_shared<ShareOutcome>();
     m_phase = Phase::Share;
-    startWork([job = m_job, outcome = m_outcome] { *outcome = RunShareJob(job); });
+    // The class folder may only learn a number once the data folder's disk
+    // holds it: should that commit fail, nothing goes out, and the numbers
+    // are given again by the next run.
+    startWork([job = m_job, outcome = m_outcome, numbered] {
+        if (numbered.wait())
+            *outcome = RunShareJob(job);
+        else
+            outcome->notRun = true;
+    });
     return m_result;
 }
 
@@ -259,10 +271,13 @@ bool ClassRun::poll()
 void ClassRun::take(const ShareOutcome &outcome)
 {
     m_phase = Phase::Done;
+    if (outcome.notRun)
+        return;  // the store has told why
     const bool receiving = m_result.receiveRan;
     QByteArray status;
     try {
         FolderSet set;
+        set.describe(texts::unsaved::SendReceive);
         set.read(FolderFile::Inbox);
         ClassState state = storedState();
         // Only what this run's job started from can be taken.
@@ -292,24 +307,19 @@ void ClassRun::take(const ShareOutcome &outcome)
         MailList inbox = set.read(FolderFile::Inbox);
         const qsizetype inboxBefore = inbox.size();
         const QString stamp = NowStamp();
-        bool full = false;
-        // A message for an address goes to each account of that address,
-        // all of them or, when the Inbox cannot hold them, none yet.
+        // A message for an address goes to each account of that address.
         const auto give = [&](const EmailRec &m, const QString &address) {
             if (!AddressMatches(RecipientText(m.to, m.alsoto), address))
-                return true;
+                return;
             const auto copies = std::count_if(accounts.begin(), accounts.end(),
                                               [&](const MailBoxRec &a) { return a.address == address; });
-            if (inbox.size() + copies > MAX_FOLDER_MAILS)
-                return false;
             for (qsizetype k = 0; k < copies; ++k) {
                 EmailRec copy = m;
                 copy.datetime = stamp;
                 AppendMail(inbox, copy);
             }
-            m_result.receive.received = MailCount(m_result.receive.received + copies);
+            m_result.receive.received += int(copies);
             ++state.tally(address).received;
-            return true;
         };
 
         QStringList problems;
@@ -337,11 +347,9 @@ void ClassRun::take(const ShareOutcome &outcome)
                     const bool retried = old.retry.contains(f.number);
                     if (!inRange && !retried)
                         continue;
-                    if (f.kind == ShareFile::Mail && !give(f.mail, address)) {
-                        full = true;
-                        break;
-                    }
-                    if (f.kind != ShareFile::Mail)
+                    if (f.kind == ShareFile::Mail)
+                        give(f.mail, address);
+                    else
                         report(f);
                     Cursor &c = state.cursor(f.member, address);
                     if (inRange)
@@ -353,28 +361,21 @@ void ClassRun::take(const ShareOutcome &outcome)
                         c.retry.removeAll(f.number);
                     }
                 }
-                if (full)
-                    break;
             }
             // Mail that has not reached the class folder yet still reaches
             // the local addresses that have considered everything before it:
             // accounts on one machine mail each other while the share is away.
-            for (qsizetype i = 0; !full && i < state.outgoing.size(); ++i) {
+            for (qsizetype i = 0; i < state.outgoing.size(); ++i) {
                 const qint64 n = state.first + i;
                 for (const QString &address : m_addresses) {
                     const Cursor *c = state.findCursor(state.member, address);
                     if ((c ? c->next : 0) != n)
                         continue;
-                    if (!give(state.outgoing.at(i), address)) {
-                        full = true;
-                        break;
-                    }
+                    give(state.outgoing.at(i), address);
                     state.cursor(state.member, address).next = n + 1;
                 }
             }
         }
-        if (full)
-            m_notices.append(texts::classroom::InboxFull);
         if (!problems.isEmpty())
             m_notices.append(texts::classroom::BadFiles.arg(problems.join(u'\r')));
 

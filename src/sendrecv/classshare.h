@@ -60,6 +60,9 @@ struct ShareFile
 
 struct ShareOutcome
 {
+    // The data folder's commit that numbered the outgoing mail failed: the
+    // job did nothing, and nothing of it is to be taken.
+    bool notRun = false;
     // Why the class folder cannot be used; empty when it can. Publishing
     // can fail (a full or read-only share) while reading still works.
     QString away;

@@ -67,7 +67,7 @@ SendResult send(FolderSet &set)
     // Sent Items and the queue, never in both and never lost.
     set.change(FolderFile::SentItems) = sent;
     set.change(FolderFile::ServerQueue) = queue;
-    result.sent = MailCount(outbox.size());
+    result.sent = int(outbox.size());
     set.change(FolderFile::Outbox).clear();
     result.barStarts = true;
     return result;
@@ -80,12 +80,12 @@ ReceiveResult receive(FolderSet &set)
     MailList inbox = set.read(FolderFile::Inbox);
     const AccountList &accounts = set.accounts();
     if (accounts.isEmpty()) {
-        result.kept = MailCount(queue.size());
+        result.kept = int(queue.size());
         return result;
     }
     result.hadAccounts = true;
 
-    const MailCount unreadBefore = CountUnread(inbox);
+    const int unreadBefore = CountUnread(inbox);
 
     const QString stamp = NowStamp();
     MailList kept;
@@ -106,8 +106,8 @@ ReceiveResult receive(FolderSet &set)
         if (!matched)
             kept.append(m);
     }
-    result.kept = MailCount(kept.size());
-    result.inboxUnread = MailCount(unreadBefore + result.received);
+    result.kept = int(kept.size());
+    result.inboxUnread = unreadBefore + result.received;
 
     // The queue and the Inbox change as one: a message is waiting or
     // delivered, never both.
@@ -127,6 +127,7 @@ SendResult SendStep()
 {
     FolderSet set;
     const SendResult result = send(set);
+    set.describe(texts::unsaved::SendReceive);
     set.commit();
     return result;
 }
@@ -135,6 +136,7 @@ ReceiveResult ReceiveStep()
 {
     FolderSet set;
     const ReceiveResult result = receive(set);
+    set.describe(texts::unsaved::SendReceive);
     set.commit();
     return result;
 }
@@ -148,9 +150,11 @@ RunResult RunSendReceive(qint16 mode)
         mode == SendReceiveModes::SendAndReceive || mode == SendReceiveModes::ReceiveOnly;
     // Both steps change one set of folders, saved as one unit at the end:
     // each file is written once, and a message is in the Outbox, on its way
-    // or delivered. Only a receive that cannot be made (a full Inbox) lets
-    // the send be saved alone, and the error box says so.
+    // or delivered. Only a receive that cannot be made (the Inbox or the
+    // accounts cannot be read) lets the send be saved alone, and the error
+    // box says so.
     FolderSet set;
+    set.describe(texts::unsaved::SendReceive);
     bool sentAlone = false;
     try {
         if (sending) {

@@ -27,7 +27,7 @@ struct SendResult
     // Outbox keeps every message. The dialog's SendFailed.
     bool failed = false;
     // Messages moved out of the Outbox (0 when failed).
-    MailCount sent = 0;
+    int sent = 0;
     // The step asks the dialog to start its bar; false only when failed.
     bool barStarts = false;
 };
@@ -35,14 +35,14 @@ struct SendResult
 struct ReceiveResult
 {
     // Inbox copies appended; a message for two accounts counts twice.
-    MailCount received = 0;
+    int received = 0;
     // Messages left in the server queue: those that matched no account, or
     // all of them when there was no account.
-    MailCount kept = 0;
+    int kept = 0;
     // The Inbox unread count to show: the unread messages the Inbox had
     // before the step plus received. Only meaningful when received > 0; the
     // main window is told nothing otherwise.
-    MailCount inboxUnread = 0;
+    int inboxUnread = 0;
     // False when there was no account: nothing was read past the account
     // file and nothing was written.
     bool hadAccounts = false;
@@ -57,8 +57,9 @@ struct RunResult
     SendResult send;
     ReceiveResult receive;
 
-    // A step that a store error ended (a full folder, a file that cannot
-    // be written): the box to show, which says what did and did not change.
+    // A step that a store error ended (a file that cannot be read, a data
+    // folder that cannot be written): the box to show, which says what did
+    // and did not change.
     // Empty when both steps ran to their end.
     QString errorText;
 
@@ -82,14 +83,12 @@ bool CheckOutboxAccounts();
 // Sends the whole Outbox or nothing. Every message must pass
 // RecipientsAcceptable; then each goes to Sent Items (keeping its isnew)
 // and to the server queue (isnew "1"), both stamped with NowStamp(),
-// and the Outbox is saved empty. Throws IndexError when Sent Items or the
-// queue would exceed 101 messages, before writing anything.
+// and the Outbox is saved empty.
 SendResult SendStep();
 
 // Delivers each queued message into the Inbox once for every account whose
 // address occurs among its recipients, stamped with the present time;
-// messages that match no account stay queued in order. Throws IndexError,
-// before writing anything, when the Inbox would exceed 101 messages.
+// messages that match no account stay queued in order.
 ReceiveResult ReceiveStep();
 
 // The send step on folders that the caller commits, so that a class run
@@ -99,6 +98,7 @@ SendResult SendInto(FolderSet &set);
 // The steps of one dialog load: mode 0 send then receive, 1 receive, 2
 // send, any other mode neither. A failed send does not keep mode 0 from
 // receiving. Both steps are saved as one unit, unless the receive cannot
-// be made: then the send is saved alone. A store error ends the run and is
-// reported in errorText, which says whether the send went through.
+// be made (the Inbox or the accounts cannot be read): then the send is
+// saved alone. A store error ends the run and is reported in errorText,
+// which says whether the send went through.
 RunResult RunSendReceive(qint16 mode);

@@ -11,7 +11,9 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <atomic>
 #include <cerrno>
+#include <mutex>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,20 +25,26 @@ const char NewFileSuffix[] = ".new";
 
 namespace {
 
-bool syncing = true;
+std::atomic<bool> syncing = true;
+std::mutex faultLock;
 FileFault fileFault;
 
 constexpr char JournalHeader[] = "quillpost-journal 1";
 constexpr char JournalEnd[] = "end";
 
-QByteArray nativePath(const QString &fileName)
+QString filePath(const QString &dir, const QString &fileName)
 {
-    return QFile::encodeName(AppFilePath(fileName));
+    return QDir(dir).filePath(fileName);
 }
 
-[[noreturn]] void fail(const QString &fileName, int error, bool unchanged = true)
+QByteArray nativePath(const QString &dir, const QString &fileName)
 {
-    throw FileError(texts::CannotWriteFile.arg(AppFilePath(fileName), FileFailureReason(error)),
+    return QFile::encodeName(filePath(dir, fileName));
+}
+
+[[noreturn]] void fail(const QString &dir, const QString &fileName, int error, bool unchanged = true)
+{
+    throw FileError(texts::CannotWriteFile.arg(filePath(dir, fileName), FileFailureReason(error)),
                     unchanged);
 }
 
@@ -98,11 +106,11 @@ int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArra
 
 // A rename or a removal is only on the disk once the folder holding it is
 // synced.
-int syncFolder()
+int syncFolder(const QString &folder)
 {
     if (!syncing)
         return 0;
-    const QByteArray dir = QFile::encodeName(AppDir());
+    const QByteArray dir = QFile::encodeName(folder);
     if (const int error = InjectedFault(FileOp::SyncFolder, dir))
         return error;
     const int fd = ::open(dir.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -156,13 +164,13 @@ enum class Renames { Live, Recovering };
 // with the name it failed on. A commit that runs wrote each of its files
 // itself: one missing was removed behind its back, and the change fails.
 // Only a recovery may find a file already moved before an interruption.
-int renameAll(const QStringList &names, Renames mode, QString *failedName)
+int renameAll(const QString &dir, const QStringList &names, Renames mode, QString *failedName)
 {
     for (const QString &name : names) {
-        const QByteArray from = nativePath(name + QLatin1StringView(NewFileSuffix));
+        const QByteArray from = nativePath(dir, name + QLatin1StringView(NewFileSuffix));
         if (mode == Renames::Recovering && ::access(from.constData(), F_OK) != 0)
             continue;
-        if (const int error = doRename(from, nativePath(name))) {
+        if (const int error = doRename(from, nativePath(dir, name))) {
             *failedName = name;
             return error;
         }
@@ -172,15 +180,15 @@ int renameAll(const QStringList &names, Renames mode, QString *failedName)
 
 // The journal's content; throws FileError when a journal stands that cannot
 // be opened or read, null bytes when there is none.
-QByteArray readJournal()
+QByteArray readJournal(const QString &dir)
 {
     const QString journalName = QLatin1StringView(JournalName);
-    const QByteArray path = nativePath(journalName);
+    const QByteArray path = nativePath(dir, journalName);
     struct stat st;
     if (::lstat(path.constData(), &st) != 0 && errno == ENOENT)
         return QByteArray();
     const auto unreadable = [&](int error) {
-        return FileError(texts::JournalUnreadable.arg(AppFilePath(journalName),
+        return FileError(texts::JournalUnreadable.arg(filePath(dir, journalName),
                                                       FileFailureReason(error)));
     };
     int error = InjectedFault(FileOp::Open, path);
@@ -210,14 +218,20 @@ void SetSyncing(bool on)
 
 void SetFileFault(FileFault fault)
 {
+    const std::lock_guard<std::mutex> lock(faultLock);
     fileFault = std::move(fault);
 }
 
 int InjectedFault(FileOp op, const QByteArray &path)
 {
-    if (!fileFault)
+    FileFault fault;
+    {
+        const std::lock_guard<std::mutex> lock(faultLock);
+        fault = fileFault;
+    }
+    if (!fault)
         return 0;
-    return fileFault(op, op == FileOp::SyncFolder ? QFile::decodeName(path)
+    return fault(op, op == FileOp::SyncFolder ? QFile::decodeName(path)
                                                   : QFileInfo(QFile::decodeName(path)).fileName());
 }
 
@@ -250,6 +264,8 @@ QString FileFailureReason(int error)
     }
 }
 
+FileCommit::FileCommit(const QString &dir) : m_dir(dir) {}
+
 void FileCommit::add(const QString &fileName, const QByteArray &bytes)
 {
     for (File &f : m_files) {
@@ -261,37 +277,38 @@ void FileCommit::add(const QString &fileName, const QByteArray &bytes)
     m_files.append({fileName, bytes});
 }
 
+void CheckReplaceable(const QString &dir, const QString &fileName)
+{
+    const QByteArray path = nativePath(dir, fileName);
+    if (isFolder(path))
+        fail(dir, fileName, EISDIR);
+    if (isReadOnlyFile(path))
+        throw FileError(texts::CannotWriteFile.arg(filePath(dir, fileName), texts::ReasonFileReadOnly));
+}
+
 void FileCommit::run()
 {
     if (m_files.isEmpty())
         return;
-    // A data folder that cannot be written is known from the start: every
-    // save is refused before anything is begun.
-    if (DataReadOnly())
-        throw FileError(DataReadOnlyText());
     // A journal still standing belongs to a commit that could not finish;
     // it is completed first so that this one builds on its files.
-    if (QFileInfo::exists(AppFilePath(QLatin1StringView(JournalName))))
-        RecoverDataFolder();
+    if (QFileInfo::exists(filePath(m_dir, QLatin1StringView(JournalName))))
+        RecoverDataFolder(m_dir);
 
     // Nothing is written when one of the files could not be replaced.
-    for (const File &f : m_files) {
-        if (isFolder(nativePath(f.name)))
-            fail(f.name, EISDIR);
-        if (isReadOnlyFile(nativePath(f.name)))
-            throw FileError(texts::CannotWriteFile.arg(AppFilePath(f.name), texts::ReasonFileReadOnly));
-    }
+    for (const File &f : m_files)
+        CheckReplaceable(m_dir, f.name);
     QStringList written;
-    const auto removeWritten = [&written] {
+    const auto removeWritten = [&written, this] {
         for (const QString &name : written)
-            ::unlink(nativePath(name + QLatin1StringView(NewFileSuffix)).constData());
+            ::unlink(nativePath(m_dir, name + QLatin1StringView(NewFileSuffix)).constData());
     };
     for (const File &f : m_files) {
-        const int error = writeSynced(nativePath(f.name + QLatin1StringView(NewFileSuffix)),
-                                      f.bytes, nativePath(f.name));
+        const int error = writeSynced(nativePath(m_dir, f.name + QLatin1StringView(NewFileSuffix)),
+                                      f.bytes, nativePath(m_dir, f.name));
         if (error != 0) {
             removeWritten();
-            fail(f.name, error);
+            fail(m_dir, f.name, error);
         }
         written.append(f.name);
     }
@@ -303,33 +320,33 @@ void FileCommit::run()
         for (const File &f : m_files)
             journal += f.name.toUtf8() + '\n';
         journal += QByteArray(JournalEnd) + '\n';
-        const QByteArray pending = nativePath(journalName + QLatin1StringView(NewFileSuffix));
+        const QByteArray pending = nativePath(m_dir, journalName + QLatin1StringView(NewFileSuffix));
         int error = writeSynced(pending, journal, QByteArray());
         if (error == 0)
-            error = doRename(pending, nativePath(journalName));
+            error = doRename(pending, nativePath(m_dir, journalName));
         if (error == 0)
-            error = syncFolder();
+            error = syncFolder(m_dir);
         if (error != 0) {
             // Before the journal stands nothing has changed; should the
             // journal after all have reached the disk, the start-up will
             // find no new files to move and simply remove it.
             ::unlink(pending.constData());
-            ::unlink(nativePath(journalName).constData());
+            ::unlink(nativePath(m_dir, journalName).constData());
             removeWritten();
-            fail(m_files.first().name, error);
+            fail(m_dir, m_files.first().name, error);
         }
     }
 
     QString failedName;
-    const int error = renameAll(written, Renames::Live, &failedName);
+    const int error = renameAll(m_dir, written, Renames::Live, &failedName);
     if (error != 0) {
         if (m_files.size() == 1) {
             removeWritten();
-            fail(failedName, error);
+            fail(m_dir, failedName, error);
         }
         // Past the journal the change stands; the next start-up or commit
         // completes it.
-        throw FileError(texts::CannotWriteFile.arg(AppFilePath(failedName),
+        throw FileError(texts::CannotWriteFile.arg(filePath(m_dir, failedName),
                                                    FileFailureReason(error))
                             + u"\r\r"_s + texts::CommitUnfinished,
                         false);
@@ -339,28 +356,34 @@ void FileCommit::run()
     // power cut would rename whatever a later commit had half written under
     // its names. Should either fail, the journal still standing is finished
     // (there is nothing left to move) before anything else is read.
-    if (syncFolder() == 0 && m_files.size() > 1 && doRemove(nativePath(journalName)) == 0)
-        syncFolder();
+    if (syncFolder(m_dir) == 0 && m_files.size() > 1
+        && doRemove(nativePath(m_dir, journalName)) == 0)
+        syncFolder(m_dir);
 }
 
 void RecoverDataFolder()
 {
+    RecoverDataFolder(AppDir());
+}
+
+void RecoverDataFolder(const QString &dir)
+{
     const QString journalName = QLatin1StringView(JournalName);
-    const QByteArray journal = readJournal();
+    const QByteArray journal = readJournal(dir);
     if (!journal.isNull()) {
         const QStringList names = journalNames(journal);
         QString failedName;
-        int error = renameAll(names, Renames::Recovering, &failedName);
+        int error = renameAll(dir, names, Renames::Recovering, &failedName);
         if (error == 0)
-            error = syncFolder();
+            error = syncFolder(dir);
         if (error == 0) {
             failedName = journalName;
-            error = doRemove(nativePath(journalName));
+            error = doRemove(nativePath(dir, journalName));
         }
         if (error == 0)
-            error = syncFolder();
+            error = syncFolder(dir);
         if (error != 0)
-            fail(failedName, error, false);
+            fail(dir, failedName, error, false);
     }
 
     // What is left are files of commits that never reached their journal,
@@ -373,11 +396,10 @@ void RecoverDataFolder()
     static const QRegularExpression leftover(
         u"^(mailbox|receive_c|send_c|receive_s|deleted_c|draft|send_s|class)\\.dat"
         u"(\\.new|\\.damaged-[0-9-]+\\.new|\\.(?![a-z]{6}$|[A-Z]{6}$|[0-9]{6}$)[A-Za-z0-9]{6})$"_s);
-    const QDir dir(AppDir());
-    const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);
+    const QStringList entries = QDir(dir).entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &entry : entries) {
         if (entry == journalName + QLatin1StringView(NewFileSuffix) || leftover.match(entry).hasMatch())
-            ::unlink(nativePath(entry).constData());
+            ::unlink(nativePath(dir, entry).constData());
     }
 }
 
@@ -398,15 +420,16 @@ QString WriteAside(const QString &stem, const QByteArray &bytes)
         name = dated + u'-' + QString::number(n);
     // Written beside, then renamed: a kill leaves a whole file or a
     // temporary one that the start-up removes.
-    const QByteArray pending = nativePath(name + QLatin1StringView(NewFileSuffix));
+    const QString folder = AppDir();
+    const QByteArray pending = nativePath(folder, name + QLatin1StringView(NewFileSuffix));
     int error = writeSynced(pending, bytes, QByteArray());
     if (error == 0)
-        error = doRename(pending, nativePath(name));
+        error = doRename(pending, nativePath(folder, name));
     if (error == 0)
-        error = syncFolder();
+        error = syncFolder(folder);
     if (error != 0) {
         ::unlink(pending.constData());
-        fail(name, error);
+        fail(folder, name, error);
     }
     return name;
 }

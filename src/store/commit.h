@@ -18,15 +18,20 @@
 // before the journal leaves every old file as it was, a kill after it is
 // finished by the next start-up (RecoverDataFolder). A failure before the
 // journal throws FileError with every file unchanged.
+// It works in the folder it was made for, whatever AppDir() says later,
+// and touches nothing else, so that the store's writer runs it on a thread
+// of its own.
 class FileCommit
 {
 public:
+    explicit FileCommit(const QString &dir);
     // A file of the data folder, to be replaced by bytes.
     void add(const QString &fileName, const QByteArray &bytes);
     bool isEmpty() const { return m_files.isEmpty(); }
 
     // Throws FileError. When the renames themselves fail after the journal,
     // the error says that the change will be completed at the next start.
+    // Whether the folder may be written at all is for the caller to ask.
     void run();
 
 private:
@@ -35,8 +40,13 @@ private:
         QString name;
         QByteArray bytes;
     };
+    QString m_dir;
     QList<File> m_files;
 };
+
+// Throws FileError, before anything is written, for a file of dir that no
+// commit could replace: a folder in its place, or a file set read-only.
+void CheckReplaceable(const QString &dir, const QString &fileName);
 
 // Run once at start-up, before anything is read: completes a commit that a
 // kill interrupted after its journal, and removes the temporary files of
@@ -44,7 +54,8 @@ private:
 // Throws FileError when an interrupted commit cannot be completed, and when
 // a journal stands that cannot be opened or read: then nothing is touched,
 // since the files it names may be the only copy of a change.
-void RecoverDataFolder();
+void RecoverDataFolder(const QString &dir);
+void RecoverDataFolder();  // of AppDir()
 
 // Writes bytes as a new file of the data folder whose name begins with stem
 // (a date follows, and a number when that name is taken), synced to the
@@ -64,7 +75,7 @@ QStringList StandingChange(const QString &dir);
 QString FileFailureReason(int error);
 
 // Whether commits sync files and folder to the disk (they do); off only
-// for a benchmark that measures what the syncs cost.
+// for a benchmark that measures what the syncs cost. Any thread.
 void SetSyncing(bool on);
 bool Syncing();
 

@@ -98,8 +98,6 @@ FolderReading ReadFolder(int folder, const ProfileFile &file)
     FolderReading out;
     out.sections = SortSections(file, "email", "email-");
     const QList<qsizetype> &records = out.sections.records;
-    if (records.size() > MAX_FOLDER_MAILS)
-        throw IndexError(texts::TooManyMails);
     out.mails.reserve(records.size());
     for (qsizetype k = 0; k < records.size(); ++k)
         out.mails.append(readEmail(file, records[k], folder, int(k)));
@@ -109,6 +107,20 @@ FolderReading ReadFolder(int folder, const ProfileFile &file)
 QList<EmailRec> ParseFolder(int folder, const ProfileFile &file)
 {
     return ReadFolder(folder, file).mails;
+}
+
+FolderFigures FiguresOf(const ProfileFile &file)
+{
+    // The same sections as ReadFolder's records, and the same reading of
+    // their isnew, without the other eight values.
+    const RecordSections sections = SortSections(file, "email", "email-");
+    FolderFigures figures;
+    figures.total = int(sections.records.size());
+    for (qsizetype section : sections.records) {
+        if (LeadingNumberText(file.sectionValue(section, "isnew")) == u"1")
+            ++figures.unread;
+    }
+    return figures;
 }
 
 FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
@@ -221,61 +233,48 @@ bool linesReadBack(const EmailRec &m)
 }
 }  // namespace
 
-FolderReading FolderAsRead(int folder, const QList<EmailRec> &mails, const FileFrame &frame,
-                           const FileImage &image)
+namespace {
+// Whether a record's fields all hold what was read; asked of every record
+// of a folder at every change, so without a list made for the question.
+bool asRead(const EmailRec &m)
 {
-    // Bytes that would be read in another encoding are parsed whole.
-    if (!ReadsAsGb18030(image.bytes))
-        return ReadFolder(folder, ProfileFile::parse(image.bytes));
-    // The file holds the header section, then the records, then the rest.
-    FolderReading read;
-    read.sections.frame = frame;
-    read.sections.number = int(mails.size());
-    for (qsizetype k = 1; k <= mails.size(); ++k)
-        read.sections.records.append(k);
-    read.mails = mails;
-    for (int k = 0; k < read.mails.size(); ++k) {
-        EmailRec &m = read.mails[k];
-        // Sections are independent, since no value spans lines: a record
-        // alone reads as it does in its file, in the file's encoding.
-        const QByteArrayView body = QByteArrayView(image.bytes)
-                                        .sliced(image.bodyBegin[k], image.bodyEnd[k] - image.bodyBegin[k]);
-        if (image.asOrigin[k]) {
-            // Written as read: the same bytes, the same values.
-        } else if (linesReadBack(m)) {
-            m.origin = std::make_shared<const StoredSection>(
-                StoredSection{body.toByteArray(), valuesOf(m)});
-        } else {
-            m = readEmail(ProfileFile::parseGb18030("[email-1]\r\n" + body.toByteArray()), 0,
-                          folder, k);
+    static constexpr QString EmailRec::*fields[] = {
+        &EmailRec::id,      &EmailRec::from,     &EmailRec::to,         &EmailRec::alsoto, &EmailRec::subject,
+        &EmailRec::content, &EmailRec::datetime, &EmailRec::attachment, &EmailRec::isnew};
+    if (!m.origin || m.origin->asRead.size() != qsizetype(std::size(fields)))
+        return false;
+    for (size_t i = 0; i < std::size(fields); ++i) {
+        if (m.*fields[i] != m.origin->asRead.at(qsizetype(i)))
+            return false;
+    }
+    return true;
+}
+}  // namespace
+
+void KeepAsRead(int folder, QList<EmailRec> &mails)
+{
+    for (int k = 0; k < mails.size(); ++k) {
+        const EmailRec &kept = std::as_const(mails)[k];
+        const bool unchanged = asRead(kept);
+        if (unchanged && kept.folder == folder && kept.index == k)
+            continue;  // read so, and where it was read: nothing to touch
+        EmailRec &m = mails[k];
+        if (!unchanged) {
+            // Sections are independent, since no value spans lines: a
+            // record alone reads as it does in its file.
+            RecordFileWriter one(PlainFrame(), "email", "email-", 1, 0);
+            one.record(emailFormats(), fieldsOf(m), m.origin);
+            const FileImage image = one.finish();
+            const QByteArray body =
+                image.bytes.sliced(image.bodyBegin[0], image.bodyEnd[0] - image.bodyBegin[0]);
+            if (linesReadBack(m))
+                m.origin = std::make_shared<const StoredSection>(StoredSection{body, valuesOf(m)});
+            else
+                m = readEmail(ProfileFile::parseGb18030("[email-1]\r\n" + body), 0, folder, k);
         }
         m.folder = folder;
         m.index = k;
     }
-    return read;
-}
-
-void LoadEmails(int folder, EmailArray &mails, MailCount &count)
-{
-    if (!validFolder(folder))
-        return;
-    // Read whole first, so that a damaged record leaves the caller's array
-    // as it was.
-    const QList<EmailRec> read = store::Folder(folder);
-    for (int k = 0; k < read.size(); ++k)
-        mails[k] = read[k];
-    count = MailCount(read.size());
-}
-
-void SaveEmails(int folder, const EmailArray &mails, MailCount count)
-{
-    if (!validFolder(folder))
-        return;
-    if (count > MAX_FOLDER_MAILS)
-        throw IndexError(texts::TooManyMails);
-    FolderSet set;
-    set.change(folder) = QList<EmailRec>(mails.begin(), mails.begin() + qMax<int>(count, 0));
-    set.commit();
 }
 
 QString UnescapeContent(const QString &stored)
@@ -289,39 +288,15 @@ QString UnescapeContent(const QString &stored)
     return out;
 }
 
-MailCount CountUnread(int folder)
+int CountUnread(int folder)
 {
     if (!validFolder(folder))
         return 0;
     return CountUnread(store::Folder(folder));
 }
 
-MailCount CountUnread(const QList<EmailRec> &mails)
+int CountUnread(const QList<EmailRec> &mails)
 {
-    MailCount unread = 0;
-    for (const EmailRec &m : mails) {
-        if (m.isnew == u"1")
-            ++unread;
-    }
-    return unread;
-}
-
-MailCount CountUnread(const EmailArray &mails, MailCount count)
-{
-    MailCount unread = 0;
-    for (int k = 0; k < count; ++k) {
-        if (mails[k].isnew == u"1")
-            ++unread;
-    }
-    return unread;
-}
-
-void RemoveEmailAt(EmailArray &mails, int position)
-{
-    if (position < 0)
-        throw IndexError(texts::BadPosition);
-    // Whole records move down; the last slot keeps its old contents.
-    const int upper = MAX_FOLDER_MAILS - 1;
-    for (int i = position; i < upper; ++i)
-        mails[i] = mails[i + 1];
+    return int(std::count_if(mails.begin(), mails.end(),
+                             [](const EmailRec &m) { return m.isnew == u"1"; }));
 }

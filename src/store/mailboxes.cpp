@@ -79,9 +79,12 @@ void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
 {
     if (count > MAX_MAILBOXES)
         throw IndexError(texts::TooManyAccounts);
+    // The accounts dialog keeps its own table, made of what was typed: it is
+    // only left once the file holds it.
     FolderSet set;
     set.changeAccounts() = QList<MailBoxRec>(accounts.begin(), accounts.begin() + qMax<int>(count, 0));
-    set.commit();
+    set.describe(texts::unsaved::Accounts);
+    set.commitAndWait();
 }
 
 void RemoveMailBoxAt(MailBoxArray &accounts, int position)

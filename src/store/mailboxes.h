@@ -14,7 +14,8 @@ class ProfileFile;
 // file's "number"; any other count reads that many accounts. Throws
 // IndexError when the count exceeds the array's capacity.
 void LoadMailBoxes(MailBoxArray &accounts, MailCount &count);
-// Rewrites mailbox.dat with records 0..count-1, every value lower-cased.
+// Rewrites mailbox.dat with records 0..count-1, every value lower-cased,
+// and returns once the disk has it (FolderSet::commitAndWait).
 void SaveMailBoxes(const MailBoxArray &accounts, MailCount count);
 // Shifts the records after position one place down; the last slot keeps
 // its contents.

@@ -10,7 +10,7 @@
 #include <tuple>
 
 // The two record kinds that every window keeps in memory, the folder
-// numbering, and the fixed capacities of the arrays that hold them.
+// numbering, and the account limit.
 
 // The section of a data file a record was read from: its GB18030 bytes
 // after the header line (a line end added where the file had none), and
@@ -60,8 +60,8 @@ struct EmailRec
     QString content;     // body, line breaks as CR LF
     QString datetime;    // "yy-mm-dd hh:mm" when written by a send run
     QString attachment;  // attachment file list as one text
-    qint32 folder = 0;   // folder the record was loaded from; never stored
-    qint32 index = 0;    // 0-based position in that file; never stored
+    qint32 folder = 0;   // the folder that holds the record; never stored
+    qint32 index = 0;    // its 0-based position there; never stored
     QString isnew;       // "1" unread, "0" read
     StoredOrigin origin = {};  // none for a message not read from a file
 
@@ -77,14 +77,11 @@ struct EmailRec
     friend bool operator!=(const EmailRec &a, const EmailRec &b) { return !(a == b); }
 };
 
-// Counts and positions in the arrays are 16-bit, like the files' "number".
+// A folder holds any number of messages; the accounts are at most 21, in
+// a fixed array whose count is kept beside it, 16-bit like the file's
+// "number".
 using MailCount = qint16;
-
-inline constexpr int MAX_FOLDER_MAILS = 101;  // indices 0..100
-inline constexpr int MAX_MAILBOXES = 21;      // indices 0..20
-
-// Fixed-capacity arrays; the number of records in use is kept beside them.
-using EmailArray = std::array<EmailRec, MAX_FOLDER_MAILS>;
+inline constexpr int MAX_MAILBOXES = 21;  // indices 0..20
 using MailBoxArray = std::array<MailBoxRec, MAX_MAILBOXES>;
 
 // The six message folders, by the number every folder routine takes.

@@ -8,6 +8,7 @@
 
 #include "store/errors.h"
 #include "store/folders.h"
+#include "store/mailstore.h"
 #include "store/mailboxes.h"
 #include "store/prompter.h"
 #include "texts.h"
@@ -70,9 +71,7 @@ QPixmap addPicture(qreal ratio, const QFont &font, const QColor &ink)
 void readInboxAfter(const QString &stored)
 {
     try {
-        EmailArray scratch;
-        MailCount scratchCount = 0;
-        LoadEmails(FolderFile::Inbox, scratch, scratchCount);
+        store::Folder(FolderFile::Inbox);
     } catch (const StoreError &error) {
         prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
                            stored + u"\r\r"_s + error.userText());

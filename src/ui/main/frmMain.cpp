@@ -2,6 +2,7 @@
 
 #include "foldernodes.h"
 #include "mainlayout.h"
+#include "messagelist.h"
 #include "exercise/exercise.h"
 #include "sendrecv/engine.h"
 #include "store/errors.h"
@@ -44,6 +45,7 @@
 #include <QTextEdit>
 #include <QToolBar>
 #include <QToolButton>
+#include <QTreeView>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -321,15 +323,19 @@ void frmMain::buildPanes()
 
     // Message page: list above, preview below.
     Frame2 = named(new QFrame(client), u"Frame2"_s);
-    ListView1 = named(new QTreeWidget(Frame2), u"ListView1"_s);
+    // A model of its own behind the list: the view asks for the rows it
+    // paints, all of one height, so a folder of any size shows at once.
+    ListView1 = named(new QTreeView(Frame2), u"ListView1"_s);
     speak(ListView1, texts::a11y::MessageList, texts::a11y::MessageListHelp);
     ListView1->setRootIsDecorated(false);
     ListView1->setUniformRowHeights(true);
+    ListView1->setSelectionMode(QAbstractItemView::SingleSelection);
+    ListView1->setSelectionBehavior(QAbstractItemView::SelectRows);
     ListView1->setItemDelegate(new LongTextDelegate(ListView1));
-    ListView1->setColumnCount(6);
-    ListView1->setHeaderLabels({QString(), QString(), texts::ColumnFrom, texts::ColumnSubject,
-                                texts::ColumnReceived, QString()});
-    ListView1->headerItem()->setIcon(0, appIcon(u"mail-attachment"_s));
+    ListModel = m_list = new MessageListModel(ListView1);
+    m_list->setFont(ListView1->font());
+    m_list->show(FolderFile::Inbox, true, {});
+    ListView1->setModel(m_list);
     const int columnTwips[] = {420, 300, 2700, 3900, 1800, 1200};
     for (int c = 0; c < 6; ++c)
         ListView1->setColumnWidth(c, twips::toPixels(columnTwips[c]));
@@ -410,7 +416,8 @@ void frmMain::connectHandlers()
     // the commands act on it. The list never chooses one by itself: the row
     // it makes current when it takes the focus only gets the focus frame,
     // lest a click meant for the message just read reach another one.
-    connect(ListView1, &QTreeWidget::itemSelectionChanged, this, &frmMain::ListView1_Click);
+    connect(ListView1->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &frmMain::ListView1_Click);
     ListView1->viewport()->installEventFilter(this);
     ListView1->installEventFilter(this);
     connect(ListView2, &QTreeWidget::itemClicked, this, &frmMain::ListView2_Click);
@@ -451,6 +458,7 @@ void frmMain::connectHandlers()
     });
 
     connect(&storeEvents(), &StoreEvents::folderChanged, this, &frmMain::folderChanged);
+    connect(&storeEvents(), &StoreEvents::folderRead, this, &frmMain::folderRead);
     connect(&storeEvents(), &StoreEvents::accountsChanged, this, [this] {
         // The preview's To line names accounts.
         if (m_page == Page::Messages && m_previewed >= 0)
@@ -487,11 +495,14 @@ void frmMain::Form_Load()
     SetToolbarState(ToolbarState::StartPage);
     Form_Resize();
 
-    // Each folder that cannot be read says so once, here.
-    for (int folder = FolderFile::Inbox; folder <= FolderFile::Drafts; ++folder)
-        scaffold::guarded([folder] { store::Folder(folder); });
-    ShowUnreadCounts();
+    // Every folder is read off this thread, the Inbox first, so that the
+    // window paints at once; each that cannot be read says so once, when its
+    // reading ends. The unread counts come before the messages, from a count
+    // of each file's isnew lines.
+    for (int folder = FolderFile::Drafts; folder >= FolderFile::Inbox; --folder)
+        store::ReadAhead(folder);
     FillFolderSummary();
+    ShowUnreadCounts();
 }
 
 void frmMain::Form_Resize()
@@ -598,7 +609,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         // moving past it or opening it, and Home, End and the page keys
         // choose the row they reach, even the one they start from: the
         // user sees a message before any command can act on it.
-        if (watched == ListView1 && ListView1->selectedItems().isEmpty() && !m_forwarding) {
+        if (watched == ListView1 && chosenRow() < 0 && !m_forwarding) {
             const bool step = key == Qt::Key_Up || key == Qt::Key_Down || enter;
             const bool jump = key == Qt::Key_Home || key == Qt::Key_End || key == Qt::Key_PageUp
                 || key == Qt::Key_PageDown;
@@ -607,9 +618,10 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
                 QCoreApplication::sendEvent(watched, event);
             }
             if (step || jump) {
-                if (QTreeWidgetItem *row = ListView1->currentItem() ? ListView1->currentItem()
-                                                                     : ListView1->topLevelItem(0))
-                    ListView1->setCurrentItem(row);
+                const QModelIndex framed = ListView1->currentIndex();
+                const QModelIndex row = framed.isValid() ? framed : m_list->index(0, 0);
+                if (row.isValid())
+                    ListView1->setCurrentIndex(row);
                 return true;
             }
         }
@@ -642,11 +654,14 @@ void frmMain::closeEvent(QCloseEvent *event)
 {
     // The program ends with this window, so every other window goes with
     // it; a compose window whose user keeps an unsent message keeps the
-    // program open as well.
-    if (Form_Unload() && closeOtherWindows())
+    // program open as well. It ends once every change is on the disk; one
+    // the disk refuses is told of here.
+    if (Form_Unload() && closeOtherWindows()) {
+        store::Flush();
         event->accept();
-    else
+    } else {
         event->ignore();
+    }
 }
 
 bool frmMain::Form_Unload()
@@ -661,7 +676,8 @@ bool frmMain::Form_Unload()
         // box, before the program does.
         forms::SendAndReceive()->endFailedRun();
     }
-    // Nothing is saved here: every change went to the files when it was made.
+    // Nothing is saved here: every change went to the files when it was
+    // made, and is on the disk once the window closes.
     return true;
 }
 
@@ -735,7 +751,7 @@ void frmMain::Delete_Click()
         return;
     // The message leaves the list; nothing is selected after it, so that a
     // second press cannot reach a message the user has not looked at.
-    ListView1->setCurrentItem(nullptr);
+    ListView1->setCurrentIndex(QModelIndex());
     // The list refilled after a delete for good shows received mail's
     // columns, whichever way Deleted Items was opened.
     m_forceInboxStyle = forGood;
@@ -746,10 +762,10 @@ void frmMain::Delete_Click()
     SelectedMail = 0;
     // The focus frame goes to the row that took the message's place, so
     // that the keys go on from there.
-    const int rows = ListView1->topLevelItemCount();
+    const int rows = m_list->rowCount();
     if (rows > 0)
-        ListView1->selectionModel()->setCurrentIndex(
-            ListView1->model()->index(std::min(ref.index, rows - 1), 0), QItemSelectionModel::NoUpdate);
+        ListView1->selectionModel()->setCurrentIndex(m_list->index(std::min(ref.index, rows - 1), 0),
+                                                     QItemSelectionModel::NoUpdate);
 }
 
 void frmMain::mailGone()

@@ -15,8 +15,10 @@ class QPushButton;
 class QStatusBar;
 class QTextEdit;
 class QToolBar;
+class QTreeView;
 class QTreeWidget;
 class QTreeWidgetItem;
+class MessageListModel;
 
 // The start-up window: toolbar, folder tree, a right-hand pane showing the
 // start page, the folder summary or the message list with its preview, and
@@ -67,7 +69,9 @@ public:
 
     // Reloads folder and refills the message list in file order. The row
     // shown in the preview stays current when its message is still there;
-    // otherwise nothing is selected and the preview says so.
+    // otherwise nothing is selected and the preview says so. A folder not
+    // in memory yet is read off the window's thread: the list stays empty
+    // until it is, and the status bar says so.
     void refreshlistview(qint16 folder);
     // refreshlistview of the folder being shown.
     void ReloadfrmMain();
@@ -105,7 +109,7 @@ public:
     qint16 CurrentFolder = 0;
     bool FolderHoldsUnsent = false;
     qint32 SelectedMail = 0;
-    ::MailCount MailCount = 0;
+    int MailCount = 0;
     QString CurrentMailId;
     MailList Mails;  // the folder the message list shows
 
@@ -136,7 +140,8 @@ public:
     QTreeWidget *ListView2 = nullptr;
     QPushButton *Command11 = nullptr;
     QFrame *Frame2 = nullptr;
-    QTreeWidget *ListView1 = nullptr;
+    QTreeView *ListView1 = nullptr;
+    MessageListModel *ListModel = nullptr;  // ListView1's rows
     QFrame *Frame3 = nullptr;
     QLabel *Label4 = nullptr;
     QLabel *Label5 = nullptr;
@@ -172,11 +177,16 @@ private:
     void setPaneHeader(int node);
     void showNoMail();
     void stackPreviewLabels();
-    // Shows Mails in the list, which showed listed until now.
-    void fillList(bool inboxStyle, const MailList &listed);
+    // Shows mails in the list, as Mails.
+    void showMails(int folder, bool inboxStyle, const MailList &mails);
+    // The row the user chose in the list, or -1.
+    int chosenRow() const;
     void previewRow(int row);
     void showSummaryRow(int folder);
     void folderChanged(int folder);
+    // A folder came into memory, or its figures became known.
+    void folderRead(int folder);
+    QString folderName(int folder) const;
 
     // Handlers.
     void TreeView1_NodeClick(QTreeWidgetItem *item);
@@ -217,8 +227,10 @@ private:
     bool m_choosingNode = false;  // the program is making a node current
     bool m_forwarding = false;  // an event being handed to the list first
     bool m_forceInboxStyle = false;  // the list after a delete for good
+    bool m_choosingRow = false;  // the program is choosing the previewed row again
     int m_previewed = -1;  // the row the preview shows; -1 none
-    bool m_listInboxStyle = false;  // the list's rows show senders and read marks
+    int m_reading = -1;  // the folder the list waits for; -1 none
+    MessageListModel *m_list = nullptr;
     double m_previewHeaderBottom = 0;  // twips below which Text1 may start
 };
 

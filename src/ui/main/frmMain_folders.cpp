@@ -17,6 +17,8 @@
 #include <QTextEdit>
 #include <QTreeWidget>
 
+#include <climits>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -88,20 +90,25 @@ void frmMain::setNodeCaption(int index, const QString &name, int unread)
     item->setFont(0, f);
 }
 
+QString frmMain::folderName(int folder) const
+{
+    for (int i = Node::Inbox; i <= Node::Drafts; ++i) {
+        if (nodeInfo(i).folder == folder)
+            return nodeInfo(i).name;
+    }
+    return QString();
+}
+
 void frmMain::ShowUnreadCounts()
 {
-    // A folder that cannot be read counts nothing; its box was shown when
-    // it was read.
-    const auto unread = [](int folder) {
-        qint16 count = 0;
-        try {
-            count = CountUnread(store::Folder(folder));
-        } catch (const StoreError &) {
-        }
-        return count;
+    // A count not known yet leaves the caption as it is until it is; a
+    // folder that cannot be read counts nothing, and its box said why.
+    const auto unread = [](int folder, qint16 shown) {
+        const std::optional<FolderFigures> figures = store::Figures(folder);
+        return figures ? qint16(qMin(figures->unread, int(SHRT_MAX))) : shown;
     };
-    InboxUnread = unread(FolderFile::Inbox);
-    DeletedUnread = unread(FolderFile::DeletedItems);
+    InboxUnread = unread(FolderFile::Inbox, InboxUnread);
+    DeletedUnread = unread(FolderFile::DeletedItems, DeletedUnread);
     setNodeCaption(Node::Inbox, texts::InboxName, InboxUnread);
     setNodeCaption(Node::DeletedItems, texts::DeletedItemsName, DeletedUnread);
 }
@@ -204,16 +211,13 @@ void frmMain::showSummaryRow(int folder)
         QTreeWidgetItem *item = ListView2->topLevelItem(i);
         if (summaryRows[i].folder != folder || !item)
             continue;
-        // Both figures of a row come from one reading of its folder, so
-        // they always agree; a folder that cannot be read shows none.
-        try {
-            const MailList mails = store::Folder(folder);
-            item->setText(1, QString::number(summaryRows[i].countsUnread ? CountUnread(mails) : 0));
-            item->setText(2, QString::number(mails.size()));
-        } catch (const StoreError &) {
-            item->setText(1, QString());
-            item->setText(2, QString());
-        }
+        // Both figures of a row come from one look at its folder, so they
+        // always agree; a folder not counted yet, or that cannot be read,
+        // shows none.
+        const std::optional<FolderFigures> figures = store::Figures(folder);
+        item->setText(1, figures ? QString::number(summaryRows[i].countsUnread ? figures->unread : 0)
+                                 : QString());
+        item->setText(2, figures ? QString::number(figures->total) : QString());
     }
 }
 
@@ -227,6 +231,28 @@ void frmMain::folderChanged(int folder)
     if (m_page == Page::Summary)
         showSummaryRow(folder);
     if (m_page == Page::Messages && folder == CurrentFolder)
+        scaffold::guarded([this] { refreshlistview(CurrentFolder); });
+}
+
+void frmMain::folderRead(int folder)
+{
+    if (!node(Node::Root))
+        return;  // not started yet
+    if (folder == FolderFile::Inbox || folder == FolderFile::DeletedItems)
+        ShowUnreadCounts();
+    if (m_page == Page::Summary)
+        showSummaryRow(folder);
+    // The list waiting for its folder fills once the messages are read (a
+    // count may come first); a folder that could not be read stays empty,
+    // its box shown.
+    if (m_page != Page::Messages || folder != CurrentFolder || m_reading != folder)
+        return;
+    const bool read = store::InMemory(folder);
+    if (!read && store::ReadAhead(folder))
+        return;
+    m_reading = -1;
+    StatusPanel1->clear();
+    if (read)
         scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 

@@ -4,27 +4,28 @@
 
 #include "foldernodes.h"
 #include "mainlayout.h"
+#include "messagelist.h"
 #include "sendrecv/recipients.h"
 #include "store/mailstore.h"
 #include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
-#include "ui/common/icons.h"
 #include "ui/common/scaffold.h"
 #include "ui/common/twips.h"
 #include "ui/message/frmMailEdit.h"
 #include "ui/message/frmMailRead.h"
 
+#include <QItemSelectionModel>
 #include <QLabel>
-#include <QSignalBlocker>
+#include <QScopedValueRollback>
+#include <QStatusBar>
 #include <QTextEdit>
+#include <QTreeView>
 #include <QTreeWidget>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-enum Column { ColAttachment, ColFlag, ColPerson, ColSubject, ColTime, ColAccount };
-
 // The same message after a refresh: every field but the read mark, which
 // opening it changes.
 bool sameMessage(const EmailRec &a, const EmailRec &b)
@@ -52,23 +53,31 @@ void frmMain::refreshlistview(qint16 folder)
     const bool inboxStyle = m_forceInboxStyle
         || (!FolderHoldsUnsent && selected
             && (selected == node(Node::Inbox) || selected == node(Node::DeletedItems)));
+    // A folder not in memory yet is read off this thread, and the list is
+    // filled once it is (folderRead); meanwhile it is empty, with nothing to
+    // act on. A folder that cannot be read is read here, to say why.
+    if (!store::InMemory(folder) && store::ReadAhead(folder)) {
+        m_reading = folder;
+        StatusPanel1->setText(texts::ReadingFolder.arg(folderName(folder)));
+        showMails(folder, inboxStyle, {});
+        showNoMail();
+        SetToolbarState(ToolbarState::NoSelection);
+        return;
+    }
+    m_reading = -1;
+    StatusPanel1->clear();
     // Read before anything is cleared: a folder that cannot be read leaves
     // an empty list with nothing to act on, under the folder's own columns.
     MailList mails;
-    const MailList listed = Mails;
     try {
         mails = store::Folder(folder);
     } catch (...) {
-        Mails.clear();
-        MailCount = 0;
-        fillList(inboxStyle, listed);
+        showMails(folder, inboxStyle, {});
         showNoMail();
         SetToolbarState(ToolbarState::NoSelection);
         throw;
     }
-    Mails = mails;
-    MailCount = ::MailCount(Mails.size());
-    fillList(inboxStyle, listed);
+    showMails(folder, inboxStyle, mails);
 
     // The previewed message stays previewed while it is still there;
     // otherwise nothing is, and the preview and the toolbar say so.
@@ -81,81 +90,39 @@ void frmMain::refreshlistview(qint16 folder)
                 keep = i;
         }
     }
+    QItemSelectionModel *chosen = ListView1->selectionModel();
     if (keep >= 0) {
-        {
-            const QSignalBlocker quiet(ListView1);
-            ListView1->setCurrentItem(ListView1->topLevelItem(keep));
+        const QModelIndex row = m_list->index(keep, 0);
+        if (!chosen->isRowSelected(keep, {}) || chosen->currentIndex().row() != keep) {
+            const QScopedValueRollback quiet(m_choosingRow, true);
+            ListView1->setCurrentIndex(row);
         }
         // The preview shows nothing a read mark changes; it is drawn afresh
         // only when the message moved.
         if (keep != previewed.index)
             previewRow(keep);
-    } else if (m_previewed >= 0) {
-        showNoMail();
-        SetToolbarState(ToolbarState::NoSelection);
+    } else {
+        if (chosen->hasSelection()) {
+            const QScopedValueRollback quiet(m_choosingRow, true);
+            chosen->clearSelection();
+        }
+        if (m_previewed >= 0) {
+            showNoMail();
+            SetToolbarState(ToolbarState::NoSelection);
+        }
     }
 }
 
-void frmMain::fillList(bool inboxStyle, const MailList &listed)
+void frmMain::showMails(int folder, bool inboxStyle, const MailList &mails)
 {
-    QTreeWidgetItem *header = ListView1->headerItem();
-    header->setText(ColPerson, inboxStyle ? texts::ColumnFrom : texts::ColumnTo);
-    header->setText(ColTime, inboxStyle ? texts::ColumnReceived : texts::ColumnSent);
-    header->setText(ColAccount, inboxStyle ? QString() : texts::ColumnAccount);
-
-    const QSignalBlocker quiet(ListView1);
-    const QIcon attachment = appIcon(u"mail-attachment"_s);
-    QFont bold = ListView1->font();
-    bold.setBold(true);
-    const auto showUnread = [&](QTreeWidgetItem *row, const EmailRec &m) {
-        const bool unread = inboxStyle && m.isnew == u"1";
-        for (int c : {ColPerson, ColSubject, ColTime})
-            row->setData(c, Qt::FontRole, unread ? QVariant(bold) : QVariant());
-    };
-
-    // A command changes a few rows of a folder (a read mark, a message
-    // gone, mail received at the end): the rows before and after the
-    // change stay, and only the rest are made afresh. Shaping a row's
-    // Chinese texts is most of what a refilled list costs.
-    qsizetype head = 0, tail = 0;
-    const qsizetype before = listed.size(), after = Mails.size();
-    if (m_listInboxStyle == inboxStyle && ListView1->topLevelItemCount() == before) {
-        while (head < qMin(before, after) && sameMessage(listed.at(head), Mails.at(head)))
-            ++head;
-        while (tail < qMin(before, after) - head
-               && sameMessage(listed.at(before - 1 - tail), Mails.at(after - 1 - tail)))
-            ++tail;
-        for (qsizetype i = before - tail - 1; i >= head; --i)
-            delete ListView1->takeTopLevelItem(int(i));
-        for (qsizetype i = 0; i < head; ++i)
-            showUnread(ListView1->topLevelItem(int(i)), Mails.at(i));
-    } else {
-        ListView1->clear();
-    }
-    m_listInboxStyle = inboxStyle;
-
-    QList<QTreeWidgetItem *> rows;
-    rows.reserve(after - head - tail);
-    // File order, never sorted: a row's position is the message's position.
-    for (qsizetype i = head; i < after - tail; ++i) {
-        const EmailRec &m = Mails.at(i);
-        auto *row = new QTreeWidgetItem;
-        row->setText(ColPerson, inboxStyle ? m.from : m.to);
-        row->setText(ColSubject, m.subject);
-        row->setText(ColTime, m.datetime);
-        if (inboxStyle && !m.attachment.isEmpty())
-            row->setIcon(ColAttachment, attachment);
-        showUnread(row, m);
-        rows.append(row);
-    }
-    ListView1->insertTopLevelItems(int(head), rows);
-    for (qsizetype i = after - tail; i < after; ++i)
-        showUnread(ListView1->topLevelItem(int(i)), Mails.at(i));
-
-    // As after a refill: nothing chosen, the list at its top, and the
-    // first row made current when the list takes the focus from the keys.
-    ListView1->reset();
-    ListView1->scrollToTop();
+    Mails = mails;
+    MailCount = int(Mails.size());
+    const bool afresh = m_list->folder() != folder || m_list->inboxStyle() != inboxStyle;
+    m_list->show(folder, inboxStyle, mails);
+    // Another folder opens at its top, with nothing chosen; the first row
+    // gets the focus frame when the list takes the focus from the keys.
+    if (afresh)
+        ListView1->scrollToTop();
 }
 
 void frmMain::stackPreviewLabels()
@@ -194,7 +161,7 @@ void frmMain::ShowMessagePage()
     SetToolbarState(ToolbarState::NoSelection);
     // The server queue is read once more here; nothing uses the result, but
     // the read belongs to entering a folder.
-    scaffold::guarded([] { store::Folder(FolderFile::ServerQueue); });
+    store::ReadAhead(FolderFile::ServerQueue);
     scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 
@@ -205,17 +172,22 @@ MailRef frmMain::previewedMail() const
     return {CurrentFolder, m_previewed, Mails.at(m_previewed)};
 }
 
+int frmMain::chosenRow() const
+{
+    const QModelIndexList rows = ListView1->selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
 void frmMain::ListView1_Click()
 {
-    if (m_page != Page::Messages)
+    if (m_page != Page::Messages || m_choosingRow)
         return;
-    const QList<QTreeWidgetItem *> chosen = ListView1->selectedItems();
-    if (chosen.isEmpty()) {
+    const int index = chosenRow();
+    if (index < 0) {
         showNoMail();
         SetToolbarState(ToolbarState::NoSelection);
         return;
     }
-    const int index = ListView1->indexOfTopLevelItem(chosen.first());
     if (index != m_previewed)
         previewRow(index);
 }

@@ -1,0 +1,150 @@
+#include "messagelist.h"
+
+#include "texts.h"
+#include "ui/common/icons.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+// The same row after a refresh: every field but the read mark, which
+// opening the message changes.
+bool sameRow(const EmailRec &a, const EmailRec &b)
+{
+    return a.id == b.id && a.from == b.from && a.to == b.to && a.alsoto == b.alsoto
+        && a.subject == b.subject && a.content == b.content && a.datetime == b.datetime
+        && a.attachment == b.attachment;
+}
+}  // namespace
+
+MessageListModel::MessageListModel(QObject *parent)
+    : QAbstractItemModel(parent), m_attachment(appIcon(u"mail-attachment"_s))
+{
+}
+
+void MessageListModel::setFont(const QFont &font)
+{
+    m_bold = font;
+    m_bold.setBold(true);
+}
+
+void MessageListModel::show(int folder, bool inboxStyle, const MailList &mails)
+{
+    if (folder != m_folder || inboxStyle != m_inboxStyle) {
+        beginResetModel();
+        m_folder = folder;
+        m_inboxStyle = inboxStyle;
+        m_mails = mails;
+        endResetModel();
+        emit headerDataChanged(Qt::Horizontal, 0, ColumnCount - 1);
+        return;
+    }
+    // A command changes a few rows of a folder: the rows before and after
+    // the change stay.
+    const qsizetype before = m_mails.size(), after = mails.size();
+    qsizetype head = 0, tail = 0;
+    while (head < qMin(before, after) && sameRow(m_mails.at(head), mails.at(head)))
+        ++head;
+    while (tail < qMin(before, after) - head
+           && sameRow(m_mails.at(before - 1 - tail), mails.at(after - 1 - tail)))
+        ++tail;
+    m_old = std::exchange(m_mails, mails);
+    m_head = int(head);
+    m_removed = int(before - tail - head);
+    m_inserted = int(after - tail - head);
+    if (m_removed > 0) {
+        beginRemoveRows({}, m_head, m_head + m_removed - 1);
+        m_removed = 0;
+        endRemoveRows();
+    }
+    m_removed = 0;
+    m_old.clear();
+    if (m_inserted > 0) {
+        beginInsertRows({}, m_head, m_head + m_inserted - 1);
+        m_inserted = 0;
+        endInsertRows();
+    }
+    m_inserted = 0;
+    // Read marks may have changed anywhere; the view repaints what shows.
+    if (!m_mails.isEmpty())
+        emit dataChanged(index(0, 0), index(int(m_mails.size()) - 1, ColumnCount - 1));
+}
+
+const EmailRec &MessageListModel::mailAt(int row) const
+{
+    if (row < m_head)
+        return m_mails.at(row);
+    if (row < m_head + m_removed)
+        return m_old.at(row);
+    return m_mails.at(row - m_removed + m_inserted);
+}
+
+QModelIndex MessageListModel::index(int row, int column, const QModelIndex &parent) const
+{
+    if (parent.isValid() || row < 0 || row >= rowCount() || column < 0 || column >= ColumnCount)
+        return {};
+    return createIndex(row, column);
+}
+
+QModelIndex MessageListModel::parent(const QModelIndex &) const
+{
+    return {};
+}
+
+int MessageListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_mails.size()) - m_inserted + m_removed;
+}
+
+int MessageListModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+bool MessageListModel::hasChildren(const QModelIndex &parent) const
+{
+    return !parent.isValid() && rowCount() > 0;
+}
+
+QVariant MessageListModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+    const EmailRec &m = mailAt(index.row());
+    const int column = index.column();
+    switch (role) {
+    case Qt::DisplayRole:
+        switch (column) {
+        case ColPerson: return m_inboxStyle ? m.from : m.to;
+        case ColSubject: return m.subject;
+        case ColTime: return m.datetime;
+        default: return QString();
+        }
+    case Qt::DecorationRole:
+        if (column == ColAttachment && m_inboxStyle && !m.attachment.isEmpty())
+            return m_attachment;
+        return {};
+    case Qt::FontRole:
+        if (m_inboxStyle && m.isnew == u"1" && column >= ColPerson && column <= ColTime)
+            return m_bold;
+        return {};
+    default:
+        return {};
+    }
+}
+
+QVariant MessageListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (role == Qt::DecorationRole && section == ColAttachment)
+        return m_attachment;
+    if (role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case ColPerson: return m_inboxStyle ? texts::ColumnFrom : texts::ColumnTo;
+    case ColSubject: return texts::ColumnSubject;
+    case ColTime: return m_inboxStyle ? texts::ColumnReceived : texts::ColumnSent;
+    case ColAccount: return m_inboxStyle ? QString() : texts::ColumnAccount;
+    default: return QString();
+    }
+}
