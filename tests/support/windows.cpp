@@ -44,6 +44,7 @@ void press(const QString &keys)
 frmMain *mainOn(int node, int row)
 {
     frmMain *w = forms::Main();
+    forms::setMainWindow(w);
     w->show();
     QApplication::setActiveWindow(w);
     QCoreApplication::processEvents();
@@ -133,7 +134,6 @@ void WindowTest::begin()
 
 void WindowTest::end()
 {
-    Main::gbModified = false;  // edits left in a window would ask on the way out
     forms::destroyAll();
     const bool done = boxes->done();
     const QByteArray report = boxes->report();

@@ -1,5 +1,6 @@
 #include "scaffold.h"
 
+#include "forms.h"
 #include "icons.h"
 #include "twips.h"
 
@@ -140,6 +141,19 @@ void placeBeside(QWidget *window, const QWidget *mainWindow)
     r.moveLeft(qMax(r.left(), free.left()));
     r.moveTop(qMax(r.top(), free.top()));
     window->move(r.topLeft());
+}
+
+void bringUp(QWidget *window, const std::function<void()> &load)
+{
+    if (window->isVisible()) {
+        load();
+    } else {
+        if (const QWidget *main = forms::mainWindow(); main && main->isVisible())
+            placeBeside(window, main);
+        window->show();
+    }
+    window->raise();
+    window->activateWindow();
 }
 
 namespace {

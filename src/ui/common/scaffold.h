@@ -60,6 +60,10 @@ QSize frameTwips(const QWidget *window);
 // A child window of the main window opens below and right of its top-left
 // corner, clear of its tool bar, and on the screen.
 void placeBeside(QWidget *window, const QWidget *mainWindow);
+// Brings a window of the main window's up: one already open runs load
+// again for what it is now asked to show, a closed one opens beside the
+// main window (its load runs as it shows); either way it comes to the front.
+void bringUp(QWidget *window, const std::function<void()> &load);
 
 // Keys that no control should type: an Alt combination that is no
 // shortcut (a disabled button's mnemonic, an unused letter) does nothing
