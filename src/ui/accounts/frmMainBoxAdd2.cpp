@@ -6,7 +6,6 @@
 #include "texts.h"
 #include "ui/common/widgets.h"
 
-#include <QApplication>
 #include <QBoxLayout>
 #include <QComboBox>
 #include <QGridLayout>
@@ -64,17 +63,7 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
     connect(Option2, &QRadioButton::toggled, this, &frmMainBoxAdd2::Option2_Click);
     wizard::wire({this, btnBackWard, btnForWard, btnCancel, false, [this] { Form_Load(); },
                   [this] { Address = Text1->text(); },
-                  [] {
-                      // The servers page is the one page that the accounts
-                      // dialog owns.
-                      QDialog *next = forms::MainBoxAdd3();
-                      const QWidgetList windows = QApplication::topLevelWidgets();
-                      for (QWidget *owner : windows) {
-                          if (owner->objectName() == u"frmMailBox" && next->parentWidget() != owner)
-                              next->setParent(owner, next->windowFlags());
-                      }
-                      return next;
-                  }});
+                  [] { return forms::MainBoxAdd3(); }});
 }
 
 void frmMainBoxAdd2::Form_Load()
