@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMainWindow>
 #include <QPointer>
 #include <QEvent>
 #include <QGuiApplication>
@@ -21,6 +22,19 @@
 #include <QWidget>
 
 namespace scaffold {
+
+QToolBar *fixedToolBar(QMainWindow *window)
+{
+    auto *bar = new QToolBar(window);
+    bar->setObjectName(QStringLiteral("Toolbar1"));
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setIconSize(QSize(22, 22));
+    bar->setMovable(false);
+    bar->setFloatable(false);
+    bar->toggleViewAction()->setEnabled(false);
+    window->addToolBar(Qt::TopToolBarArea, bar);
+    return bar;
+}
 
 QList<QAction *> addTools(QToolBar *bar, std::initializer_list<Tool> tools,
                           std::function<void(int)> clicked)

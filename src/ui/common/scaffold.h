@@ -12,6 +12,7 @@
 #include <initializer_list>
 
 class QAction;
+class QMainWindow;
 class QMenuBar;
 class QToolBar;
 class QWidget;
@@ -27,6 +28,9 @@ struct Tool
     const QString *tip;
     const char *icon;
 };
+// A message window's tool bar, Toolbar1: captions under the icons, fixed
+// at the top of the window, where the user can neither drag nor hide it.
+QToolBar *fixedToolBar(QMainWindow *window);
 // Adds the buttons; a click on button n (1-based) calls clicked(n).
 QList<QAction *> addTools(QToolBar *bar, std::initializer_list<Tool> tools,
                           std::function<void(int)> clicked);

@@ -123,13 +123,7 @@ void frmMailEdit::buildMenus()
 void frmMailEdit::buildToolbar()
 {
     namespace t = texts::compose;
-    Toolbar1 = named(new QToolBar(this), u"Toolbar1"_s);
-    Toolbar1->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    Toolbar1->setIconSize(QSize(22, 22));
-    Toolbar1->setMovable(false);
-    Toolbar1->setFloatable(false);
-    Toolbar1->toggleViewAction()->setEnabled(false);
-    addToolBar(Qt::TopToolBarArea, Toolbar1);
+    Toolbar1 = scaffold::fixedToolBar(this);
     m_buttons = scaffold::addTools(Toolbar1, {
         {"tbSend", &t::TbSend, nullptr, "mail-send-receive"},
         {"tbSeparator2", nullptr, nullptr, nullptr},

@@ -125,12 +125,7 @@ void frmMailRead::buildMenus()
 void frmMailRead::buildToolbar()
 {
     namespace r = texts::read;
-    Toolbar1 = named(addToolBar(QString()), u"Toolbar1"_s);
-    Toolbar1->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    Toolbar1->setIconSize(QSize(22, 22));
-    Toolbar1->setMovable(false);
-    Toolbar1->setFloatable(false);
-    Toolbar1->toggleViewAction()->setEnabled(false);
+    Toolbar1 = scaffold::fixedToolBar(this);
     m_buttons = scaffold::addTools(Toolbar1, {
         {"tbReply", &r::TbReply, &r::TbReplyTip, "mail-reply-sender"},
         {"tbReplyAll", &r::TbReplyAll, nullptr, "mail-reply-all"},
