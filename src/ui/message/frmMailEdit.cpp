@@ -359,9 +359,9 @@ void frmMailEdit::loadQuoted()
     }
 
     if (mode == Main::ComposeModes::Reply) {
-        // Whatever the quoted message was sent to, the reply goes out from
-        // the first account; a reply from Deleted Items also offers an
-        // empty sender. Both are kept as the program has always done.
+        // Deliberate quirks that trainees meet: whatever the quoted message
+        // was sent to, the reply goes out from the first account, and a
+        // reply from Deleted Items also offers an empty sender.
         if (folder == FolderFile::Inbox || folder == FolderFile::Drafts
             || folder == FolderFile::SentItems || folder == FolderFile::Outbox) {
             if (RightTrim(quoted.to) != Combo3->currentText())
