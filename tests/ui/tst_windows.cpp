@@ -44,58 +44,59 @@ class tst_windows : public WindowTest
 
 private slots:
 
-    // In Deleted Items, which the read window treats as the Inbox (the main
-    // window's table covers the Inbox itself).
+    // Three unread messages in Deleted Items, which the read window treats
+    // as the Inbox (the main window's table covers the Inbox itself); one
+    // opened, then the steps in the read window (a row double-clicked is in
+    // the main window's list). After each step the message shown (-1: the
+    // window closed); then each message's isnew, and the subject of the
+    // reply or forward that opened.
     void readWindowActsOnWhatItShows_data()
     {
-        QTest::addColumn<int>("openedRow");  // of three unread messages
-        QTest::addColumn<QString>("acts");  // buttons, menu items, keys, "open N" from the list
-        QTest::addColumn<QString>("outcome");  // rows shown, the file's isnew, the window, a reply
-        const auto row = [](const char *name, int opened, const char *acts, const char *outcome) {
-            QTest::newRow(name) << opened << QString::fromLatin1(acts) << QString::fromLatin1(outcome);
-        };
-        row("previous on the first stays", 0, "prev", "0 011 open -");
-        row("next on the last stays", 2, "next", "2 110 open -");
-        row("walk through all, keys too", 1, "prev Ctrl+< next Ctrl+> next", "00122 000 open -");
-        row("another opened from the list shows, marked", 0, "open2", "2 010 open -");
-        row("next, then reply: the message shown is quoted", 0, "next reply", "1 001 closed Re:s20000001");
-        row("CTRL+R replies", 0, "Ctrl+R", " 011 closed Re:s20000000");
-        row("reply to all replies to the sender", 0, "Ctrl+> Ctrl+Shift+R", "1 001 closed Re:s20000001");
-        row("forward from the Message menu", 2, "mnuMsgForward", " 110 closed Fw:s20000002");
-        row("Escape closes", 1, "Escape", " 101 closed -");
+        QTest::addColumn<int>("opened");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<QList<int>>("shown");
+        QTest::addColumn<QString>("isnew");
+        QTest::addColumn<QString>("quoted");
+        const Step previous = trigger("tbPrevious"), next = trigger("tbNext");
+        QTest::newRow("previous on the first stays") << 0 << Steps{previous} << QList{0} << u"011"_s << QString();
+        QTest::newRow("next on the last stays") << 2 << Steps{next} << QList{2} << u"110"_s << QString();
+        QTest::newRow("through all, by keys too") << 1 << Steps{previous, key("Ctrl+<"), next, key("Ctrl+>"), next}
+                                                  << QList{0, 0, 1, 2, 2} << u"000"_s << QString();
+        QTest::newRow("another opened from the list shows, marked") << 0 << Steps{rowTwice(2)} << QList{2} << u"010"_s
+                                                                    << QString();
+        QTest::newRow("next, then reply: the message shown is quoted")
+            << 0 << Steps{next, trigger("tbReply")} << QList{1, -1} << u"001"_s << u"Re:s20000001"_s;
+        QTest::newRow("CTRL+R replies") << 0 << Steps{key("Ctrl+R")} << QList{-1} << u"011"_s << u"Re:s20000000"_s;
+        QTest::newRow("reply to all replies to the sender") << 0 << Steps{key("Ctrl+>"), key("Ctrl+Shift+R")}
+                                                            << QList{1, -1} << u"001"_s << u"Re:s20000001"_s;
+        QTest::newRow("forward from the Message menu") << 2 << Steps{trigger("mnuMsgForward")} << QList{-1} << u"110"_s
+                                                       << u"Fw:s20000002"_s;
+        QTest::newRow("Escape closes") << 1 << Steps{key("Escape")} << QList{-1} << u"101"_s << QString();
     }
 
     void readWindowActsOnWhatItShows()
     {
-        QFETCH(int, openedRow);
-        QFETCH(QString, acts);
+        QFETCH(int, opened);
+        QFETCH(Steps, steps);
         putAccounts(*dir, {u"a@x.com"_s});
         put(*dir, FolderFile::DeletedItems, mails(3, 3));
         frmMain *w = mainOn(Node::DeletedItems);
-        frmMailRead *r = openRow(w, openedRow);
+        frmMailRead *r = openRow(w, opened);
         QVERIFY(r);
-
-        QString shown;
-        const QHash<QString, int> buttons{{u"prev"_s, frmMailRead::tbPrevious},
-                                          {u"next"_s, frmMailRead::tbNext},
-                                          {u"reply"_s, frmMailRead::tbReply}};
-        for (const QString &act : acts.split(u' ')) {
-            if (buttons.contains(act))
-                r->toolbarButton(buttons[act])->trigger();
-            else if (act.startsWith(u"mnu"))
-                r->findChild<QAction *>(act)->trigger();
-            else if (act.startsWith(u"open"))
-                QVERIFY(openRow(w, act.mid(4).toInt()));
+        QList<int> shown;
+        for (const Step &s : steps) {
+            if (s.kind == Step::RowTwice)
+                QVERIFY(openRow(w, s.n));
             else
-                press(act);
-            shown += r->isVisible() ? r->Label8->text().right(1) : QString();
+                act(r, {s});
+            shown << (r->isVisible() ? r->Label8->text().right(1).toInt() : -1);
         }
+        QTEST(shown, "shown");
         QString isnew, bold;
         for (int i = 0; i < 3; ++i)
             isnew += stored(FolderFile::DeletedItems)[i].isnew, bold += rowBold(w, i) ? u'1' : u'0';
-        const QString reply = forms::MailEdit()->isVisible() ? forms::MailEdit()->Text5->text() : u"-"_s;
-        QTEST(QStringList({shown, isnew, r->isVisible() ? u"open"_s : u"closed"_s, reply}).join(u' '),
-              "outcome");
+        QTEST(isnew, "isnew");
+        QTEST(forms::MailEdit()->isVisible() ? forms::MailEdit()->Text5->text() : QString(), "quoted");
         QCOMPARE(bold, isnew);
         const int unread = isnew.count(u'1');
         QCOMPARE(w->node(Node::DeletedItems)->text(0), unread ? u"已删除邮件(%1)"_s.arg(unread) : u"已删除邮件"_s);
