@@ -260,6 +260,42 @@ private slots:
         QCOMPARE(files, away ? 0 : 3);
     }
 
+    // Each window's inner size, and where its frame (2 pixels wide here) is
+    // placed on the 800 x 800 offscreen screen: the accounts dialog at two
+    // fifths of the free space, the wizard centred, the message windows 120
+    // and 78 pixels right of and below the main window's corner (1, 2) and
+    // moved back inside the screen's right edge.
+    void geometry_data()
+    {
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QPoint>("at");  // (-1, -1): left to the toolkit
+        QTest::newRow("accounts dialog, 446 x 330 pixels") << u"frmMailBox"_s << QSize(446, 330) << QPoint(140, 186);
+        QTest::newRow("wizard page, 7800 x 5100 twips") << u"frmMainBoxAdd3"_s << QSize(520, 340) << QPoint(138, 228);
+        QTest::newRow("properties, 6600 x 6900 twips") << u"frmMailBoxProp"_s << QSize(440, 460) << QPoint(-1, -1);
+        QTest::newRow("compose window, 10500 x 8400 twips") << u"frmMailEdit"_s << QSize(700, 560) << QPoint(100, 80);
+        QTest::newRow("read window, 10200 x 7800 twips") << u"frmMailRead"_s << QSize(680, 520) << QPoint(120, 80);
+    }
+    void geometry()
+    {
+        QFETCH(QString, window);
+        QFETCH(QPoint, at);
+        put(*dir, FolderFile::Inbox, {mail(u"1"_s)});
+        mainOn(Node::Inbox);
+        const QHash<QString, std::function<QWidget *()>> open{
+            {u"frmMailBox"_s, [] { return forms::MailBox(); }},
+            {u"frmMainBoxAdd3"_s, [] { return forms::MainBoxAdd3(); }},
+            {u"frmMailBoxProp"_s, [] { return forms::MailBoxProp(); }},
+            {u"frmMailEdit"_s, [] { frmMailEdit::openAs(Main::ComposeModes::New, {}); return forms::MailEdit(); }},
+            {u"frmMailRead"_s, [] { frmMailRead::open({0, 0, stored(0).value(0)}); return forms::MailRead(); }},
+        };
+        QWidget *w = open[window]();
+        w->show();
+        QTEST(w->size(), "size");
+        if (at.x() >= 0)
+            QCOMPARE(w->frameGeometry().topLeft(), at);
+    }
+
     void lastResortGuard()
     {
         // An error no command caught still ends in a box, and the program goes on.
