@@ -2,6 +2,7 @@
 // reach the commands and what they never touch, refusals, questions,
 // attachments and closing. Where the commands put a message is tst_commands'.
 
+#include "mail/composerules.h"
 #include "windows.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -69,12 +70,12 @@ private slots:
         const QString quoted = u"\n\n-----Original Message-----\nFrom:bob@y.com\nTo:a@x.com\n"
                                u"Sent:24-05-13 09:12\nSubject:hello\n\n> first line\nsecond line"_s;
         QTest::newRow("reply from Deleted Items: To is the sender, an empty sender offered too")
-            << 3 << 2 << t::Caption + u" ; a@x.com ; a@x.com|c@x.com| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted;
+            << FolderFile::DeletedItems << int(Main::ComposeModes::Reply) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted;
         QTest::newRow("forward: To and Cc empty, attachments copied")
-            << 0 << 3 << t::Caption + u" ; a@x.com ; a@x.com|c@x.com ;  ;  ; Fw:hello ; "
+            << FolderFile::Inbox << int(Main::ComposeModes::Forward) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com ;  ;  ; Fw:hello ; "
                                       u"plan.doc(3.00kb)|map.png(1.50kb) ; "_s + quoted;
         QTest::newRow("re-opened draft: its subject as caption, its own sender kept")
-            << 4 << 0 << u"hello ; bob@y.com ; a@x.com|c@x.com ; a@x.com ; carol@z.com ; hello ; "
+            << FolderFile::Drafts << int(Main::ComposeModes::Reopen) << u"hello ; bob@y.com ; a@x.com|c@x.com ; a@x.com ; carol@z.com ; hello ; "
                          u"plan.doc(3.00kb)|map.png(1.50kb) ; first line\nsecond line"_s;
     }
     void opening()
@@ -148,6 +149,23 @@ private slots:
         QCOMPARE(e->Text1->toPlainText(), body);
         QCOMPARE(stored(FolderFile::Drafts).value(0).content, body.left(1022));
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+    }
+
+    // Cut to fit, a body never ends in half a line break; one that fits
+    // keeps what it ends with.
+    void cutToFit_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("cut between CR and LF: the CR goes too") << u"b"_s.repeated(2044) + u"\r\n"_s << u"b"_s.repeated(2044);
+        QTest::newRow("fits, ending in a CR") << u"body\r"_s << u"body\r"_s;
+    }
+    void cutToFit()
+    {
+        QFETCH(QString, body);
+        EmailRec m = mail(u"1"_s);
+        m.content = body;
+        QTEST(compose::CutToFit(m).content, "kept");
     }
 
     // A refusal says why, writes nothing and leaves the window as it was.
