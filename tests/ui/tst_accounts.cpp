@@ -119,6 +119,10 @@ private slots:
             boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(asked), yes);
         act(d, steps);
         QTEST(rows(d), "shown");
+        for (int i = 0; i < d->ListView1->topLevelItemCount(); ++i) {  // beside the name, the icon, kind and connection
+            const QTreeWidgetItem *r = d->ListView1->topLevelItem(i);
+            QVERIFY(!r->icon(0).isNull() && r->text(1) == t::RowTypeMail && r->text(2) == t::RowAnyConnection);
+        }
         QTEST(d->btnDelete->isEnabled(), "buttons");
         QCOMPARE(d->btnProperty->isEnabled(), d->btnDelete->isEnabled());
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(accounts(left)));

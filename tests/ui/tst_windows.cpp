@@ -296,6 +296,31 @@ private slots:
             QCOMPARE(w->frameGeometry().topLeft(), at);
     }
 
+    // The accounts dialog's controls in its fixed pixel layout: the add menu
+    // pops up at the add button's top-right corner, (438, 16). The list's top
+    // is counted from the foot of the tabs, whose height the font decides.
+    void accountsLayout_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QRect>("rect");
+        QTest::newRow("the list, inside the panel below the tabs") << u"ListView1"_s << QRect(QPoint(16, 8), QPoint(321, 281));
+        QTest::newRow("the add button") << u"btnAddNew"_s << QRect(338, 16, 100, 24);
+        QTest::newRow("Close at the foot") << u"btnClose"_s << QRect(338, 298, 100, 24);
+    }
+    void accountsLayout()
+    {
+        QFETCH(QString, control);
+        frmMailBox *d = forms::MailBox();
+        d->show();
+        const QWidget *c = d->findChild<QWidget *>(control);
+        QRect rect(c->mapTo(d, QPoint()), c->size());
+        if (control == u"ListView1")
+            rect.setTop(rect.top() - d->TabStrip1->geometry().bottom());
+        QTEST(rect, "rect");
+        for (int column = 0; column < 3; ++column)  // 1400 twips each
+            QCOMPARE(d->ListView1->header()->sectionSize(column), 93);
+    }
+
     void lastResortGuard()
     {
         // An error no command caught still ends in a box, and the program goes on.

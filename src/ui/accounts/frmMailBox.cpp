@@ -90,7 +90,6 @@ frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
     ListView1->setObjectName(u"ListView1"_s);
     ListView1->setGeometry(8, 8, panel->width() - 16, panel->height() - 16);
     ListView1->setRootIsDecorated(false);
-    ListView1->setSelectionMode(QAbstractItemView::SingleSelection);
     ListView1->setHeaderLabels({t::ColumnAccount, t::ColumnType, t::ColumnConnection});
     ListView1->setIconSize(QSize(16, 16));
     for (int column = 0; column < 3; ++column)
