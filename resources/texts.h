@@ -442,10 +442,10 @@ inline const QString AddMail = u"邮件(&M)..."_s;
 inline const QString AddNews = u"新闻(&N)..."_s;
 inline const QString AddDirectory = u"目录服务(&D)..."_s;
 inline const QString AskDeleteAccount = u"您确信要删除'%1'账号吗?"_s;  // %1: logon name
-// The account file holds the change, and the Inbox read after it failed;
-// %1: the logon name. The reason follows after CR CR.
-inline const QString AddedButInboxUnread = u"账号“%1”已经添加并保存，但随后读取收件箱时出错。"_s;
-inline const QString RemovedButInboxUnread = u"账号“%1”已经删除，但随后读取收件箱时出错。"_s;
+// The account file was changed by another program while the list showed
+// it; nothing was changed, and the list now shows the file.
+inline const QString ListOutdated =
+    u"账号文件已被其他程序更改，列表已重新读取。\r\r请重新选择要更改的账号。"_s;
 
 // The new-account wizard, all five pages.
 inline const QString WizardCaption = u"Internet 连接向导"_s;

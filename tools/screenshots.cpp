@@ -161,6 +161,7 @@ int main(int argc, char *argv[])
     writeSampleData();
 
     frmMain *w = forms::Main();
+    forms::setMainWindow(w);
     w->show();
     store::Flush();
     bool ok = save(w, outDir + u"/mainwindow-start"_s + suffix + u".png"_s);

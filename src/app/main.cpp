@@ -117,6 +117,7 @@ int main(int argc, char *argv[])
     if (OpenDataFolderOrHandOver(lock, door, &rc)) {
         if (!data.problem.isEmpty())
             prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, data.problem);
+        forms::setMainWindow(forms::Main());
         forms::Main()->show();
         if (!cmd.exercise.isEmpty())
             forms::Main()->startExercise(cmd.exercise);

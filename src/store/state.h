@@ -1,39 +1,12 @@
 #pragma once
 
-#include <QString>
 #include <QtGlobal>
 
-// Module-wide state shared by all windows. Everything starts empty or zero
-// when the program starts and lives until it ends.
 namespace Main {
-extern qint16 gnMailNum;           // records in the shown folder's array
-extern qint16 gnMailBoxNum;        // accounts loaded
-extern qint16 gnCurrentMailNo;     // selected message, 0-based
-extern qint16 sendfolder;          // hand-over between main and message windows
-extern QString strID;
-extern qint16 UnReadNum;           // Inbox unread (the tree keeps its own)
-extern qint16 DelUnReadNum;        // Deleted Items unread
-extern qint16 gnSendReceiveType;   // chosen send/receive command
-extern bool StopFlag;              // request to stop a run
-extern qint16 gnCurrentMailBoxNo;  // selected account, 0-based
-extern QString gnCurrentText;
-extern bool gbModified;            // the compose window has unsaved changes
-extern QString StrName;            // new-account wizard answers (unused: the
-extern QString StrAddress;         // wizard pages carry them in their own
-extern QString StrPOP3;            // public fields)
-extern QString StrSMTP;
-extern QString StrUserName;
-extern QString StrUserPassword;
-extern QString StrPa1;
-extern QString StrPa2;
-extern QString StrPa31;
-extern QString StrPa32;
-extern QString StrPa41;
-extern QString StrPa42;
-
-// What the compose window opens when it loads.
+// What the compose window opens when it loads; whoever opens it sets the
+// mode, and a saved new message turns it into Reopen.
 namespace ComposeModes {
-inline constexpr qint16 Reopen = 0;  // the main window's current stored message
+inline constexpr qint16 Reopen = 0;  // the stored message it was opened on
 inline constexpr qint16 New = 1;
 inline constexpr qint16 Reply = 2;
 inline constexpr qint16 Forward = 3;

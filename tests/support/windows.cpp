@@ -41,9 +41,42 @@ void press(const QString &keys)
     }
 }
 
+void act(QWidget *w, const Steps &steps)
+{
+    for (const Step &s : steps) {
+        auto *list = w->findChild<QTreeWidget *>();
+        auto *box = w->findChild<QWidget *>(s.name);
+        switch (s.kind) {
+        case Step::Row:
+        case Step::RowTwice: clickRow(list, s.n, s.kind == Step::RowTwice); break;
+        case Step::Beside:
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(5, list->viewport()->height() - 4));
+            break;
+        case Step::Tab: {
+            auto *tabs = w->findChild<QTabBar *>();
+            QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(s.n).center());
+            break;
+        }
+        case Step::Click: click(w, s.name); break;
+        case Step::Trigger: w->findChild<QAction *>(s.name)->trigger(); break;
+        case Step::Key: {
+            const QKeyCombination c = QKeySequence(s.name)[0];
+            QTest::keyClick(w->focusWidget() ? w->focusWidget() : w, c.key(), c.keyboardModifiers());
+            break;
+        }
+        case Step::Type:
+        case Step::Erase:
+            box->setFocus();
+            QTest::keyClicks(box, s.kind == Step::Type ? s.text : QString(box->property("text").toString().size(), u'\b'));
+            break;
+        }
+    }
+}
+
 frmMain *mainOn(int node, int row)
 {
     frmMain *w = forms::Main();
+    forms::setMainWindow(w);
     w->show();
     QApplication::setActiveWindow(w);
     QCoreApplication::processEvents();
@@ -133,7 +166,6 @@ void WindowTest::begin()
 
 void WindowTest::end()
 {
-    Main::gbModified = false;  // edits left in a window would ask on the way out
     forms::destroyAll();
     const bool done = boxes->done();
     const QByteArray report = boxes->report();

@@ -44,6 +44,30 @@ inline void clickButton(QToolBar *bar, QAction *button)
 // Keys as a user types them to the window in front: "Alt+F N M", "Ctrl+M",
 // and text in quotes.
 void press(const QString &keys);
+// One thing a user does in a window, for tables of steps: made by the
+// functions below, done by act().
+struct Step
+{
+    enum Kind { Row, RowTwice, Beside, Tab, Click, Trigger, Key, Type, Erase } kind;
+    int n = 0;          // the row or tab
+    QString name = {};  // the button, action, key or box
+    QString text = {};  // what is typed
+};
+using Steps = QList<Step>;
+inline Step row(int n) { return {Step::Row, n}; }            // a row of the window's list clicked
+inline Step rowTwice(int n) { return {Step::RowTwice, n}; }  // ... double-clicked
+inline Step beside() { return {Step::Beside}; }              // the list clicked below its rows
+inline Step tab(int n) { return {Step::Tab, n}; }            // a tab of its tab bar clicked
+inline Step click(const char *button) { return {Step::Click, 0, QString::fromLatin1(button)}; }
+// A menu item or tool bar button by name, triggered.
+inline Step trigger(const char *action) { return {Step::Trigger, 0, QString::fromLatin1(action)}; }
+// A key ("Down", "Ctrl+R") typed to the control that has the focus.
+inline Step key(const char *key) { return {Step::Key, 0, QString::fromLatin1(key)}; }
+// Text typed at the end of a box, which the user clicks into first.
+inline Step type(const char *box, const QString &text) { return {Step::Type, 0, QString::fromLatin1(box), text}; }
+inline Step erase(const char *box) { return {Step::Erase, 0, QString::fromLatin1(box)}; }
+void act(QWidget *window, const Steps &steps);
+
 // The main window shown, on a tree node and a previewed row when given.
 frmMain *mainOn(int node = 0, int row = -1);
 // "E" or "D" per context button of the main window's tool bar, "-" hidden.
@@ -119,3 +143,5 @@ protected:
 };
 
 }  // namespace testsupport
+
+Q_DECLARE_METATYPE(testsupport::Steps)

@@ -18,30 +18,34 @@ QList<MailBoxRec> accounts(int n)
                      u"pw%1"_s.arg(k), u"user%1@x.cn"_s.arg(k)});
     return list;
 }
-
-// mailbox.dat with accounts 1..n, and the dialog on it.
-frmMailBox *openDialog(const DataDir &dir, int n)
+// The accounts of the given numbers, in that order.
+QList<MailBoxRec> accounts(const QList<int> &numbers)
 {
-    dir.writeBytes(MailBoxFileName, AccountBytes(accounts(n)));
+    QList<MailBoxRec> list;
+    for (int k : numbers)
+        list.append(accounts(k).last());
+    return list;
+}
+// The account the wizard walk of windows.cpp sets up, stored in lower case.
+const MailBoxRec walked{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
+                        u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
+
+frmMailBox *openDialog(const DataDir &dir, const QList<MailBoxRec> &onFile)
+{
+    dir.writeBytes(MailBoxFileName, AccountBytes(onFile));
     forms::MailBox()->show();
+    // Keys reach it once it is the active window, as it is for a user.
+    QApplication::setActiveWindow(forms::MailBox());
     return forms::MailBox();
 }
 
-// A window as the user sees it: the rows of its list, "*" on the one chosen,
-// then "E" or "D" for each box and push button: on the accounts dialog from
-// Add down to Close, on a wizard page its boxes, then Back, Next and Cancel.
-QString shown(const QWidget *w)
+// The dialog's rows, "*" after the one chosen.
+QStringList rows(const frmMailBox *d)
 {
-    QString s;
-    if (const auto *list = w->findChild<QTreeWidget *>()) {
-        for (int i = 0; i < list->topLevelItemCount(); ++i)
-            s += list->topLevelItem(i)->text(0) + (list->topLevelItem(i)->isSelected() ? u"* "_s : u" "_s);
-    }
-    for (const QWidget *c : w->findChildren<QWidget *>()) {
-        if (c->inherits("QLineEdit") || c->inherits("QComboBox") || c->inherits("QPushButton"))
-            s += c->isEnabled() ? u'E' : u'D';
-    }
-    return s;
+    QStringList out;
+    for (int i = 0; i < d->ListView1->topLevelItemCount(); ++i)
+        out << d->ListView1->topLevelItem(i)->text(0) + (d->ListView1->topLevelItem(i)->isSelected() ? u"*"_s : QString());
+    return out;
 }
 
 QDialog *wizardPage(int n)
@@ -49,7 +53,6 @@ QDialog *wizardPage(int n)
     return QList<QDialog *>{forms::MainBoxAdd1(), forms::MainBoxAdd2(), forms::MainBoxAdd3(),
                             forms::MainBoxAdd4(), forms::MainBoxAdd5()}.at(n - 1);
 }
-
 // The wizard's pages on screen, as "12" for the first two.
 QString openPages()
 {
@@ -59,36 +62,12 @@ QString openPages()
     return open;
 }
 
-// A user's step in a window: "Box=text" typed at the end of a box ("Box="
-// erases it), "rowN" of its list or "beside" the rows clicked, "tabN"
-// clicked, a button clicked by name, else a key given to the list or window.
-void act(QWidget *w, const QString &step)
+QStringList logons(const QList<MailBoxRec> &list)
 {
-    auto *list = w->findChild<QTreeWidget *>();
-    auto *tabs = w->findChild<QTabBar *>();
-    if (auto *box = w->findChild<QLineEdit *>(step.section(u'=', 0, 0)))
-        QTest::keyClicks(box, step.endsWith(u'=') ? QString(box->text().size(), u'\b') : step.section(u'=', 1));
-    else if (step.startsWith(u"row"))
-        clickRow(list, step.mid(3).toInt());
-    else if (step == u"beside")
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(5, list->viewport()->height() - 4));
-    else if (step.startsWith(u"tab"))
-        QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(step.mid(3).toInt()).center());
-    else if (w->findChild<QAbstractButton *>(step))
-        click(w, step);
-    else
-        QTest::keyClick(list ? static_cast<QWidget *>(list) : w, QKeySequence(step)[0].key());
-}
-
-// Steps given to a window, "; " between them, each what the user does "->"
-// what the window shows after it.
-void walk(QWidget *w, const QString &steps)
-{
-    for (const QString &step : steps.split(u"; "_s)) {
-        for (const QString &a : step.section(u"->"_s, 0, 0).split(u' ', Qt::SkipEmptyParts))
-            act(w, a);
-        QCOMPARE(shown(w), step.section(u"-> "_s, 1));
-    }
+    QStringList out;
+    for (const MailBoxRec &a : list)
+        out << a.username;
+    return out;
 }
 }  // namespace
 
@@ -97,185 +76,279 @@ class tst_accounts : public WindowTest
     Q_OBJECT
 
 private slots:
+    // What the user does in the dialog on n accounts, the logon name the
+    // question to delete names (none: no question) and its answer, then the
+    // rows, whether Delete and Properties are enabled, and the accounts left
+    // in the file.
+    void dialog_data()
+    {
+        QTest::addColumn<int>("onFile");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<QString>("asked");
+        QTest::addColumn<bool>("yes");
+        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<bool>("buttons");
+        QTest::addColumn<QList<int>>("left");
+        const QStringList three{u"logon1"_s, u"logon2"_s, u"logon3"_s}, second{u"logon1"_s, u"logon2*"_s, u"logon3"_s};
+        QTest::newRow("every account by its logon name, none chosen")
+            << 3 << Steps{} << QString() << false << three << false << QList{1, 2, 3};
+        QTest::newRow("a row clicked is chosen") << 3 << Steps{row(1)} << QString() << false << second << true << QList{1, 2, 3};
+        QTest::newRow("a click beside the rows takes the choice away")
+            << 3 << Steps{row(1), beside()} << QString() << false << three << false << QList{1, 2, 3};
+        QTest::newRow("the news tab lists none, the buttons stay")
+            << 3 << Steps{row(2), tab(2)} << QString() << false << QStringList{} << true << QList{1, 2, 3};
+        QTest::newRow("the All tab lists them again")
+            << 3 << Steps{row(2), tab(2), tab(0)} << QString() << false << three << false << QList{1, 2, 3};
+        QTest::newRow("delete answered No keeps every account and the choice")
+            << 3 << Steps{row(1), click("btnDelete")} << u"logon2"_s << false << second << true << QList{1, 2, 3};
+        QTest::newRow("delete the only account: the file holds none")
+            << 1 << Steps{row(0), click("btnDelete")} << u"logon1"_s << true << QStringList{} << false << QList<int>{};
+        QTest::newRow("the Delete key on a row the arrows reached: the later ones move up")
+            << 5 << Steps{key("Tab"), key("Down"), key("Down"), key("Delete")} << u"logon3"_s << true
+            << QStringList{u"logon1"_s, u"logon2"_s, u"logon4"_s, u"logon5"_s} << false << QList{1, 2, 4, 5};
+    }
+    void dialog()
+    {
+        QFETCH(int, onFile);
+        QFETCH(Steps, steps);
+        QFETCH(QString, asked);
+        QFETCH(bool, yes);
+        QFETCH(QList<int>, left);
+        frmMailBox *d = openDialog(*dir, accounts(onFile));
+        if (!asked.isEmpty())
+            boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(asked), yes);
+        act(d, steps);
+        QTEST(rows(d), "shown");
+        for (int i = 0; i < d->ListView1->topLevelItemCount(); ++i) {  // beside the name, the icon, kind and connection
+            const QTreeWidgetItem *r = d->ListView1->topLevelItem(i);
+            QVERIFY(!r->icon(0).isNull() && r->text(1) == t::RowTypeMail && r->text(2) == t::RowAnyConnection);
+        }
+        QTEST(d->btnDelete->isEnabled(), "buttons");
+        QCOMPARE(d->btnProperty->isEnabled(), d->btnDelete->isEnabled());
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(accounts(left)));
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+    }
 
-    // The table is read from the file only while the dialog holds none; 22
-    // accounts by hand are more than it can hold, and an empty table offered
-    // instead would replace the file at its first save: the dialog goes.
+    // The second of three accounts opened in the properties; "x" typed at the
+    // end of every box it fills, then its buttons. The file keeps the edit,
+    // the outgoing server included, or the account as it was.
+    void properties_data()
+    {
+        QTest::addColumn<Steps>("open");
+        QTest::addColumn<bool>("edit");
+        QTest::addColumn<QStringList>("buttons");
+        QTest::addColumn<bool>("stored");
+        QTest::newRow("OK without edits stores the same values") << Steps{row(1), click("btnProperty")} << false
+                                                                 << QStringList{u"Command1"_s} << false;
+        QTest::newRow("opened by Enter, Cancel stores nothing") << Steps{key("Tab"), key("Down"), key("Return")} << true
+                                                                << QStringList{u"Command2"_s} << false;
+        QTest::newRow("opened by a double-click, Apply then OK") << Steps{rowTwice(1)} << true
+                                                                 << QStringList{u"Command3"_s, u"Command1"_s} << true;
+        QTest::newRow("Apply then Cancel keeps what Apply stored") << Steps{row(1), click("btnProperty")} << true
+                                                                   << QStringList{u"Command3"_s, u"Command2"_s} << true;
+        QTest::newRow("a password not remembered is still stored")
+            << Steps{row(1), click("btnProperty")} << true << QStringList{u"Check2"_s, u"Command1"_s} << true;
+    }
+    void properties()
+    {
+        QFETCH(Steps, open);
+        QFETCH(bool, edit);
+        QFETCH(QStringList, buttons);
+        QFETCH(bool, stored);
+        frmMailBox *d = openDialog(*dir, accounts(3));
+        QStringList seen;
+        ModalScript script;
+        script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
+            auto *p = static_cast<frmMailBoxProp *>(w);
+            const QList<QLineEdit *> filled{p->Frm1Txt1, p->Frm1Txt2, p->Frm1Txt4, p->Frm2Txt2,
+                                            p->Frm2Txt3, p->Frm2Txt4, p->Frm2Txt5};
+            for (QLineEdit *box : filled)
+                seen << box->text();
+            for (QLineEdit *box : filled.mid(1))
+                if (edit)
+                    QTest::keyClicks(box, u"X"_s);
+            for (const QString &button : buttons)
+                click(p, button);
+            // Unremembered, the password cannot be typed into.
+            QCOMPARE(p->Frm2Txt5->isEnabled(), !buttons.contains(u"Check2"_s));
+        });
+        script.start();
+        act(d, open);
+        QVERIFY2(script.finished(), script.report());
+        // The label at the top shows the logon name.
+        QCOMPARE(seen, (QStringList{u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2"_s, u"smtp2"_s, u"logon2"_s, u"pw2"_s}));
+        QList<MailBoxRec> expected = accounts(3);
+        if (stored)
+            expected[1] = {u"office 2x"_s, u"pop2x"_s, u"smtp2x"_s, u"logon2x"_s, u"pw2x"_s, u"user2@x.cnx"_s};
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
+        // The list shows the file.
+        QCOMPARE(rows(d), (QStringList{u"logon1"_s, expected[1].username, u"logon3"_s}));
+    }
+
+    // Another program rewrote the account file while the list showed it: a
+    // command on a listed account changes nothing, says so, and the list
+    // shows the file as it now is.
+    void fileChangedBehindTheList_data()
+    {
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<bool>("deleting");
+        QTest::newRow("delete") << Steps{row(1), click("btnDelete")} << true;
+        QTest::newRow("properties") << Steps{row(1), click("btnProperty")} << false;
+    }
+    void fileChangedBehindTheList()
+    {
+        QFETCH(Steps, steps);
+        QFETCH(bool, deleting);
+        frmMailBox *d = openDialog(*dir, accounts(3));
+        const QList<MailBoxRec> rewritten = accounts({3, 1, 2});
+        const auto rewrite = [&] { dir->writeBytes(MailBoxFileName, AccountBytes(rewritten)); };
+        ModalScript script;
+        if (deleting) {
+            boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon2"_s), true);
+            act(d, {row(1)});
+            rewrite();
+        } else {
+            script.on(u"frmMailBoxProp"_s, [&](QWidget *p) {
+                rewrite();
+                QTest::keyClicks(p->findChild<QLineEdit *>(u"Frm1Txt2"_s), u"X"_s);
+                click(p, u"Command1"_s);
+            });
+            script.start();
+        }
+        boxes->expectMessage(Icon::Exclamation, t::Caption, t::ListOutdated);
+        act(d, deleting ? steps.mid(1) : steps);
+        QVERIFY2(script.finished(), script.report());
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(rewritten));
+        QCOMPARE(rows(d), (QStringList{u"logon3"_s, u"logon1"_s, u"logon2"_s}));
+    }
+
+    // Every opening shows the file as it is then. 22 accounts by hand are
+    // more than the dialog can hold: it says so and goes, the file untouched.
     void reading()
     {
-        frmMailBox *d = openDialog(*dir, 3);
+        frmMailBox *d = openDialog(*dir, accounts(3));
         d->close();
-        dir->writeBytes(MailBoxFileName, AccountBytes(accounts(4)));
-        d->show();
-        QCOMPARE(shown(d), u"logon1 logon2 logon3 EDDDDDEE"_s);
+        openDialog(*dir, accounts(4));
+        QCOMPARE(rows(d).size(), 4);
         forms::destroyAll();
         boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
                              texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
-        d = openDialog(*dir, 22);
+        d = openDialog(*dir, accounts(22));
         const QByteArray before = allFiles(*dir);
         QTRY_VERIFY(!d->isVisible());
         QCOMPARE(allFiles(*dir), before);
     }
 
-    // Through the dialog on n accounts ("n:") or a wizard page ("pageN:");
-    // "then" answers the question to delete the account it names, or is done
-    // in the properties of the second. mailbox.dat then holds what the list
-    // shows, "logon2X" with an X typed at the end of each box: the list shows
-    // it as typed, the file in lower case.
-    void walks_data()
+    // A page enables Next once it holds what it asks for; the boxes listed
+    // are the ones that cannot be typed into.
+    void nextRules_data()
     {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("then");
-        const auto row = [](const char *name, const char *steps, const QString &then = {}) {
-            QTest::newRow(name) << QString::fromLatin1(steps) << then;
-        };
-        const QString edit = u"Frm1Txt2=X Frm1Txt4=X Frm2Txt2=X Frm2Txt3=X Frm2Txt4=X Frm2Txt5=X "_s;
-        row("a row chosen enables Delete and Properties, a click beside takes it away; the news tab lists none",
-            "3:  -> logon1 logon2 logon3 EDDDDDEE; row1 -> logon1 logon2* logon3 EEEDDDEE; beside -> logon1 logon2 "
-            "logon3 EDDDDDEE; row2 tab2 -> EEEDDDEE; tab0 -> logon1 logon2 logon3 EDDDDDEE");
-        row("delete the only account: number=0", "1: row0 btnDelete -> EDDDDDEE", u"logon1? yes"_s);
-        row("delete answered No: all kept, the row still chosen",
-            "3: row1 btnDelete -> logon1 logon2* logon3 EEEDDDEE", u"logon2? no"_s);
-        row("the Delete key on a row reached by arrows: the later ones move up",
-            "5: Down Down Down Delete -> logon1 logon2 logon4 logon5 EDDDDDEE", u"logon3? yes"_s);
-        row("properties: OK without edits rewrites the same values",
-            "3: row1 btnProperty -> logon1 logon2 logon3 EDDDDDEE", u"Command1"_s);
-        row("properties by Enter: Cancel stores nothing", "3: Down Down Return -> logon1 logon2 logon3 EDDDDDEE",
-            edit + u"Command2"_s);
-        row("properties: Apply then OK stores all six", "3: row1 btnProperty -> logon1 logon2X logon3 EDDDDDEE",
-            edit + u"Command3 Command1"_s);
-        row("properties: Apply then Cancel stores all six as shown",
-            "3: row1 btnProperty -> logon1 logon2X logon3 EDDDDDEE", edit + u"Command3 Command2"_s);
-        // A page enables Next once it holds what it asks for.
-        row("page 1: a name", "page1:  -> EEDE; Text1=Ann -> EEEE; Text1= -> EEDE");
-        row("page 2: an address, not a sign-up",
-            "page2:  -> EDEDE; Option2 -> DEEDE; Option1 -> EDEDE; Text1=a@b.c -> EDEEE");
-        row("page 3: both servers",
-            "page3:  -> EEEEDE; Text1=pop -> EEEEDE; Text1= Text2=smtp -> EEEEDE; Text1=pop -> EEEEEE");
-        row("page 4: a logon name; a password box only while it is remembered",
-            "page4: Text2=pw -> EEEDE; Text1=ann -> EEEEE; Text2= -> EEEEE; Check1 -> EDEEE");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<bool>("next");
+        QTest::addColumn<QStringList>("disabled");
+        const QStringList none;
+        QTest::newRow("1: empty") << 1 << Steps{} << false << none;
+        QTest::newRow("1: a name") << 1 << Steps{type("Text1", u"Ann"_s)} << true << none;
+        QTest::newRow("1: the name erased") << 1 << Steps{type("Text1", u"Ann"_s), erase("Text1")} << false << none;
+        QTest::newRow("2: an existing address offered first") << 2 << Steps{} << false << QStringList{u"Combo1"_s};
+        QTest::newRow("2: signing up takes the address box away") << 2 << Steps{click("Option2")} << false
+                                                                  << QStringList{u"Text1"_s};
+        QTest::newRow("2: and back") << 2 << Steps{click("Option2"), click("Option1")} << false << QStringList{u"Combo1"_s};
+        QTest::newRow("2: an address") << 2 << Steps{type("Text1", u"a@b.c"_s)} << true << QStringList{u"Combo1"_s};
+        QTest::newRow("3: the incoming server alone") << 3 << Steps{type("Text1", u"pop"_s)} << false << none;
+        QTest::newRow("3: the outgoing server alone") << 3 << Steps{type("Text2", u"smtp"_s)} << false << none;
+        QTest::newRow("3: both servers") << 3 << Steps{type("Text1", u"pop"_s), type("Text2", u"smtp"_s)} << true << none;
+        QTest::newRow("4: a password alone") << 4 << Steps{type("Text2", u"pw"_s)} << false << none;
+        QTest::newRow("4: a logon name, no password") << 4 << Steps{type("Text1", u"ann"_s)} << true << none;
+        QTest::newRow("4: a password not remembered cannot be typed")
+            << 4 << Steps{type("Text1", u"ann"_s), click("Check1")} << true << QStringList{u"Text2"_s};
     }
-
-    void walks()
+    void nextRules()
     {
-        QFETCH(QString, steps);
-        QFETCH(QString, then);
-        const QString on = steps.section(u':', 0, 0);
-        QWidget *w = on.startsWith(u"page") ? static_cast<QWidget *>(wizardPage(on.mid(4).toInt()))
-                                             : openDialog(*dir, on.toInt());
+        QFETCH(int, page);
+        QFETCH(Steps, steps);
+        QDialog *w = wizardPage(page);
         w->show();
-        ModalScript script;
-        QString seen;  // the boxes of the properties; the label at the top shows the logon name
-        if (then.contains(u'?')) {  // naming the logon name, not the display name; Enter says No
-            boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(then.section(u'?', 0, 0)),
-                                 then.endsWith(u"yes"));
-        } else if (!then.isEmpty()) {
-            script.on(u"frmMailBoxProp"_s, [&](QWidget *prop) {
-                const auto *p = static_cast<frmMailBoxProp *>(prop);
-                seen = QStringList({p->Frm1Txt1->text(), p->Frm1Txt2->text(), p->Frm1Txt4->text(), p->Frm2Txt2->text(),
-                                    p->Frm2Txt3->text(), p->Frm2Txt4->text(), p->Frm2Txt5->text()}).join(u' ');
-                for (const QString &step : then.split(u' '))
-                    act(prop, step);
-            });
-            script.start();
-        }
-        walk(w, steps.section(u": "_s, 1));
-        QVERIFY2(script.finished(), script.report());
-        if (!seen.isNull())
-            QCOMPARE(seen, u"logon2 office 2 user2@x.cn pop2 smtp2 logon2 pw2"_s);
-        QList<MailBoxRec> expected;
-        const QStringList rows = steps.section(u"-> "_s, -1).remove(u'*').split(u' ');
-        for (const QString &logon : rows.first(rows.size() - 1))
-            expected << (logon.endsWith(u'X') ? MailBoxRec{u"office 2x"_s, u"pop2x"_s, u"smtp2x"_s, u"logon2x"_s,
-                                                           u"pw2x"_s, u"user2@x.cnx"_s}
-                                              : accounts(5).at(logon.mid(5).toInt() - 1));
-        QCOMPARE(dir->readBytes(MailBoxFileName), on.startsWith(u"page") ? QByteArray() : AccountBytes(expected));
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
+        act(w, steps);
+        QTEST(w->findChild<QPushButton *>(u"btnForWard"_s)->isEnabled(), "next");
+        QStringList disabled;
+        for (const QWidget *c : w->findChildren<QWidget *>())
+            if ((c->inherits("QLineEdit") || c->inherits("QComboBox")) && !c->isEnabled())
+                disabled << c->objectName();
+        QTEST(disabled, "disabled");
+        // A box that cannot be typed into also looks like it.
+        if (auto *box = w->findChild<QLineEdit *>(u"Text2"_s); box && page == 4)
+            QCOMPARE(box->palette().color(QPalette::Disabled, QPalette::Base),
+                     QApplication::palette(box).color(box->isEnabled() ? QPalette::Base : QPalette::Button));
     }
 
-    // Accounts on file; the wizard called up from the add menu or by a
-    // command needing an account; the page where the user leaves it, and
-    // what he does there, each step with the answer to the question to quit.
+    // The wizard called up from the add menu or by a command that needs an
+    // account: walked to a page, where the user does the steps (each asking
+    // whether to quit, answered in turn) or finishes on page 5. No keeps
+    // every page open; the file gets the new account only at the finish.
     void wizard_data()
     {
-        QTest::addColumn<QString>("how");
-        QTest::newRow("no account: a finished wizard stores it, the command goes on") << u"0 command 5"_s;
-        QTest::newRow("no account: a cancelled wizard ends the command") << u"0 command 2 btnCancel:yes"_s;
-        QTest::newRow("an account on file: no wizard") << u"1 command 0"_s;
-        QTest::newRow("21 accounts: a 22nd is refused, nothing written") << u"21 menu 5"_s;
-        QTest::newRow("Cancel on page 5 closes every page") << u"1 menu 5 btnCancel:yes"_s;
-        QTest::newRow("Escape on page 3 asks the same") << u"1 menu 3 Escape:yes"_s;
-        QTest::newRow("No leaves every page open") << u"1 menu 2 btnCancel:no btnCancel:yes"_s;
+        QTest::addColumn<int>("onFile");
+        QTest::addColumn<bool>("forACommand");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<QList<bool>>("answers");
+        QTest::addColumn<bool>("added");
+        QTest::newRow("no account: a finished wizard stores it, the command goes on")
+            << 0 << true << 5 << Steps{} << QList<bool>{} << true;
+        QTest::newRow("no account: a cancelled wizard ends the command")
+            << 0 << true << 2 << Steps{click("btnCancel")} << QList{true} << false;
+        QTest::newRow("an account on file: no wizard") << 1 << true << 0 << Steps{} << QList<bool>{} << false;
+        QTest::newRow("from the menu, added after those on file") << 2 << false << 5 << Steps{} << QList<bool>{} << true;
+        QTest::newRow("21 accounts: a 22nd is refused") << 21 << false << 5 << Steps{} << QList<bool>{} << false;
+        QTest::newRow("Cancel on page 5 closes every page") << 1 << false << 5 << Steps{click("btnCancel")} << QList{true}
+                                                            << false;
+        QTest::newRow("Escape on page 3 asks the same") << 1 << false << 3 << Steps{key("Escape")} << QList{true} << false;
+        QTest::newRow("No leaves every page open") << 1 << false << 2 << Steps{click("btnCancel"), click("btnCancel")}
+                                                   << QList{false, true} << false;
     }
-
     void wizard()
     {
-        QFETCH(QString, how);
-        const QStringList w = how.split(u' ');
-        const int present = w[0].toInt(), page = w[2].toInt();
-        const bool finish = page > 0 && w.size() == 3;
-        if (present)
-            dir->writeBytes(MailBoxFileName, AccountBytes(accounts(present)));
+        QFETCH(int, onFile);
+        QFETCH(bool, forACommand);
+        QFETCH(int, page);
+        QFETCH(Steps, steps);
+        QFETCH(QList<bool>, answers);
+        QFETCH(bool, added);
+        dir->writeBytes(MailBoxFileName, AccountBytes(accounts(onFile)));
         ModalScript script;
-        walkWizard(script, page, finish);
-        QStringList open;  // the pages on screen after each step on the last page
-        if (w.size() > 3) {
+        walkWizard(script, page, steps.isEmpty());
+        QStringList open;  // the pages on screen after each answer
+        if (!steps.isEmpty()) {
             script.on(u"frmMainBoxAdd%1"_s.arg(page), [&](QWidget *p) {
-                for (const QString &step : w.mid(3)) {
-                    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, step.endsWith(u"yes"));
-                    act(p, step.section(u':', 0, 0));
+                for (int i = 0; i < steps.size(); ++i) {
+                    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, answers[i]);
+                    act(p, {steps[i]});
                     open << openPages();
                 }
             });
         }
-        if (present == 21)
+        if (onFile == 21)
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
                                  texts::OperationAbandoned + u"\r\r"_s + texts::TooManyAccounts);
         script.start();
-        if (w[1] == u"menu")
-            openDialog(*dir, present)->mnuEmail_Click();
+        if (forACommand)
+            QCOMPARE(EnsureMailBox(), onFile == 0 && !added);  // true: the command is abandoned
         else
-            QCOMPARE(EnsureMailBox(), present == 0 && !finish);  // true: the command is abandoned
+            QCOMPARE(openDialog(*dir, accounts(onFile))->mnuEmail_Click(), added);
         QVERIFY2(script.finished(), script.report());
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-        QVERIFY(!how.contains(u":no") || open.first() == u"12");
         QCOMPARE(openPages(), QString());
-        QList<MailBoxRec> expected = accounts(present);
-        if (present == 0 && finish)  // stored in lower case
-            expected << MailBoxRec{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
-                                   u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
-        QCOMPARE(dir->readBytes(MailBoxFileName), present || finish ? AccountBytes(expected) : QByteArray());
-    }
-
-    // The account file holds the change before the Inbox is read: an Inbox
-    // that cannot be read is reported beside what was stored, and the
-    // command that wanted an account goes on with it.
-    void storedThoughTheInboxIsDamaged_data()
-    {
-        QTest::addColumn<bool>("adding");
-        QTest::newRow("added for a command") << true;
-        QTest::newRow("removed") << false;
-    }
-    void storedThoughTheInboxIsDamaged()
-    {
-        QFETCH(bool, adding);
-        QVERIFY(QDir(dir->path()).mkdir(u"receive_c.dat"_s));
-        const QString why = u"\r\r"_s + texts::CannotReadFile.arg(dir->filePath(u"receive_c.dat"_s), texts::ReasonIsFolder);
-        ModalScript script;
-        walkWizard(script, adding ? 5 : 0);
-        script.start();
-        if (!adding)
-            boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon1"_s), true);
-        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
-                             (adding ? t::AddedButInboxUnread.arg(u"NewLogon"_s) : t::RemovedButInboxUnread.arg(u"logon1"_s)) + why);
-        if (adding)
-            QVERIFY(!EnsureMailBox());
-        else
-            walk(openDialog(*dir, 2), u"row0 btnDelete -> logon2 EDDDDDEE"_s);
-        QVERIFY2(script.finished(), script.report());
-        const MailBoxRec added{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
-                               u"newlogon"_s, u"secret"_s, u"new.office@example.com"_s};
-        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(adding ? QList{added} : accounts(2).mid(1)));
+        for (int i = 0; i < answers.size(); ++i)
+            if (!answers[i])
+                QCOMPARE(open.value(i), u"12345"_s.left(page));
+        QList<MailBoxRec> expected = accounts(onFile);
+        if (added)
+            expected << walked;
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
+        if (!forACommand)  // the list shows the file, the new logon name in lower case
+            QCOMPARE(rows(forms::MailBox()), logons(expected));
+        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
     // Next on page 3 while page 4, just left by Back, is still closing, as a

@@ -2,6 +2,7 @@
 // reach the commands and what they never touch, refusals, questions,
 // attachments and closing. Where the commands put a message is tst_commands'.
 
+#include "mail/composerules.h"
 #include "windows.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -50,26 +51,8 @@ frmMailEdit *openOn(int folder, qint16 mode)
     return forms::MailEdit();
 }
 
-// What the user does in the window, step by step: "To=", "Cc=", "Subject="
-// or "Body=" and the text typed there, a menu item by name, "close" from
-// the title bar, "send" on the tool bar, else a key in the body.
-void act(frmMailEdit *e, const QString &steps)
-{
-    const QMap<QString, QWidget *> fields = {
-        {u"To"_s, e->Text3}, {u"Cc"_s, e->Text4}, {u"Subject"_s, e->Text5}, {u"Body"_s, e->Text1}};
-    for (const QString &step : steps.split(u' ', Qt::SkipEmptyParts)) {
-        if (QWidget *field = fields.value(step.section(u'=', 0, 0)); field && step.contains(u'='))
-            QTest::keyClicks(field, step.section(u'=', 1));
-        else if (auto *item = e->findChild<QAction *>(step))
-            item->trigger();
-        else if (step == u"close")
-            e->close();
-        else if (step == u"send")
-            clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbSend));
-        else
-            QTest::keyClick(e->Text1, QKeySequence(step)[0].key());
-    }
-}
+// The fields by what they hold.
+const char *const To = "Text3", *const Cc = "Text4", *const Subject = "Text5", *const Body = "Text1";
 }  // namespace
 
 class tst_compose : public WindowTest
@@ -87,12 +70,12 @@ private slots:
         const QString quoted = u"\n\n-----Original Message-----\nFrom:bob@y.com\nTo:a@x.com\n"
                                u"Sent:24-05-13 09:12\nSubject:hello\n\n> first line\nsecond line"_s;
         QTest::newRow("reply from Deleted Items: To is the sender, an empty sender offered too")
-            << 3 << 2 << t::Caption + u" ; a@x.com ; a@x.com|c@x.com| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted;
+            << FolderFile::DeletedItems << int(Main::ComposeModes::Reply) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted;
         QTest::newRow("forward: To and Cc empty, attachments copied")
-            << 0 << 3 << t::Caption + u" ; a@x.com ; a@x.com|c@x.com ;  ;  ; Fw:hello ; "
+            << FolderFile::Inbox << int(Main::ComposeModes::Forward) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com ;  ;  ; Fw:hello ; "
                                       u"plan.doc(3.00kb)|map.png(1.50kb) ; "_s + quoted;
         QTest::newRow("re-opened draft: its subject as caption, its own sender kept")
-            << 4 << 0 << u"hello ; bob@y.com ; a@x.com|c@x.com ; a@x.com ; carol@z.com ; hello ; "
+            << FolderFile::Drafts << int(Main::ComposeModes::Reopen) << u"hello ; bob@y.com ; a@x.com|c@x.com ; a@x.com ; carol@z.com ; hello ; "
                          u"plan.doc(3.00kb)|map.png(1.50kb) ; first line\nsecond line"_s;
     }
     void opening()
@@ -129,7 +112,7 @@ private slots:
         QTRY_VERIFY(e->popmnu1->isVisible());
         QTest::mouseClick(e->popmnu1, Qt::LeftButton, {}, e->popmnu1->actionGeometry(e->popmnuDelete).center());
         QVERIFY(!list->isVisible() && !e->attachmentRowShown());
-        act(e, u"InsertAdd InsertAdd InsertAdd InsertAdd"_s);  // b, c, d, then a cancel that adds nothing
+        act(e, {trigger("InsertAdd"), trigger("InsertAdd"), trigger("InsertAdd"), trigger("InsertAdd")});  // b, c, d, a cancel
         list->setCurrentRow(2);
         QTest::keyClick(list, Qt::Key_Menu);
         QTRY_VERIFY(e->popmnu1->isVisible());
@@ -137,10 +120,10 @@ private slots:
         QTest::keyClick(list, Qt::Key_Delete);
         QCOMPARE(entries(list->model()), u"b.txt(2.00KB)|c.txt(0.50KB)"_s);
 
-        act(e, u"To=bob@y.com Cc=carol@z.com Subject=test Body=hello Return"_s);
+        act(e, {type(To, u"bob@y.com"_s), type(Cc, u"carol@z.com"_s), type(Subject, u"test"_s), type(Body, u"hello"_s), key("Return")});
         e->Text1->insertPlainText(u"第二行"_s);  // as an input method enters it
         boxes->expectMessage(Icon::Information, texts::AppTitle, t::SendLaterNotice);
-        act(e, u"mnuMailSendLate"_s);
+        act(e, {trigger("mnuMailSendLate")});
         const EmailRec m = stored(FolderFile::Outbox).value(0);
         QCOMPARE(QStringList({m.from, m.to, m.alsoto, m.subject, m.content, m.attachment}).join(u" ; "_s),
                  u"ann@x.com ; bob@y.com ; carol@z.com ; test ; hello\r\n第二行 ; b.txt(2.00kb) c.txt(0.50kb)"_s);
@@ -160,82 +143,144 @@ private slots:
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, question, false);
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, question, true);
         boxes->expectMessage(Icon::Information, t::DraftSavedTitle, t::DraftSaved);
-        act(e, u"Save"_s);
+        act(e, {trigger("Save")});
         QCOMPARE(stored(FolderFile::Drafts).size(), 0);
-        act(e, u"Save"_s);
+        act(e, {trigger("Save")});
         QCOMPARE(e->Text1->toPlainText(), body);
         QCOMPARE(stored(FolderFile::Drafts).value(0).content, body.left(1022));
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
-    // The account on file ("-" none), the window opened on the Inbox's message
-    // and what the user does; the boxes in order ("yes" or "no" answers the one
-    // before typed text is dropped; "wizard" walks the new account's wizard);
-    // then whether the window stays, and sender and subject of each message in
-    // Drafts and Sent Items. A refusal writes nothing and leaves the window be;
-    // the window stores its own message again, never the quoted one, never twice.
-    void commands_data()
+    // Cut to fit, a body never ends in half a line break; one that fits
+    // keeps what it ends with.
+    void cutToFit_data()
     {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<QStringList>("said");
-        QTest::addColumn<QString>("after");
-        const auto row = [](const char *name, const char *how, const QStringList &said, const char *after) {
-            QTest::newRow(name) << QString::fromLatin1(how) << said << QString::fromLatin1(after);
-        };
-        const QString noTo = t::CannotSendNoRecipient, noFrom = t::CannotSaveNoSender, saved = t::DraftSaved;
-        row("send with empty To", "a@x.com new: mnuMailSend", {noTo}, "open - -");
-        row("send tests To before From", "- new: mnuMailSend", {noTo}, "open - -");
-        row("send later with empty To", "a@x.com new: mnuMailSendLate", {noTo}, "open - -");
-        row("send later with empty From", "- new: To=b@y.com mnuMailSendLate", {noFrom}, "open - -");
-        row("save with empty From", "- new: To=b@y.com Save", {noFrom}, "open - -");
-        row("reply with no account", "- reply:", {t::NoAccountYet}, "open - -");
-        row("a reply saved twice is one draft", "a@x.com reply: Save Subject=more Save", {saved},
-            "open a@x.com:re:hellomore -");
-        row("a saved forward sent leaves Drafts", "a@x.com forward: To=x@y.cn Save send", {saved},
-            "closed - a@x.com:fw:hello");
-        row("send with no account calls up the wizard; it leaves from the account just made",
-            "- new: To=friend@x.cn Subject=hi send", {u"wizard"_s}, "closed - new.office@example.com:hi");
-        row("an untouched window closes without a word", "a@x.com new: mnuClose", {}, "closed - -");
-        row("typed text asks first, No keeping the window", "a@x.com new: Body=x Escape", {u"no"_s}, "open - -");
-        row("typed text asks first, Yes closing it", "a@x.com new: Body=x close", {u"yes"_s}, "closed - -");
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("cut between CR and LF: the CR goes too") << u"b"_s.repeated(2044) + u"\r\n"_s << u"b"_s.repeated(2044);
+        QTest::newRow("fits, ending in a CR") << u"body\r"_s << u"body\r"_s;
     }
-    void commands()
+    void cutToFit()
     {
-        QFETCH(QString, how);
-        QFETCH(QStringList, said);
-        QFETCH(QString, after);
-        if (!how.startsWith(u'-'))
-            putAccounts(*dir, {how.section(u' ', 0, 0)});
+        QFETCH(QString, body);
+        EmailRec m = mail(u"1"_s);
+        m.content = body;
+        QTEST(compose::CutToFit(m).content, "kept");
+    }
+
+    // A refusal says why, writes nothing and leaves the window as it was.
+    void refusals_data()
+    {
+        QTest::addColumn<QString>("from");  // the account on file, if any
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<QString>("said");
+        const int fresh = Main::ComposeModes::New;
+        const QString to = t::CannotSendNoRecipient, from = t::CannotSaveNoSender;
+        QTest::newRow("send with empty To") << u"a@x.com"_s << fresh << Steps{trigger("mnuMailSend")} << to;
+        QTest::newRow("send tests To before From") << QString() << fresh << Steps{trigger("mnuMailSend")} << to;
+        QTest::newRow("send later with empty To") << u"a@x.com"_s << fresh << Steps{trigger("mnuMailSendLate")} << to;
+        QTest::newRow("send later with empty From") << QString() << fresh
+                                                    << Steps{type(To, u"b@y.com"_s), trigger("mnuMailSendLate")} << from;
+        QTest::newRow("save with empty From") << QString() << fresh << Steps{type(To, u"b@y.com"_s), trigger("Save")} << from;
+        QTest::newRow("reply with no account") << QString() << int(Main::ComposeModes::Reply) << Steps{} << t::NoAccountYet;
+    }
+    void refusals()
+    {
+        QFETCH(QString, from);
+        QFETCH(int, mode);
+        QFETCH(Steps, steps);
+        QFETCH(QString, said);
+        if (!from.isEmpty())
+            putAccounts(*dir, {from});
         put(*dir, FolderFile::Inbox, {quotedMail()});
-        const QByteArray before = allFiles(*dir), inbox = dir->readBytes(FolderFile::fileName(FolderFile::Inbox));
+        const QByteArray before = allFiles(*dir);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, said);
+        frmMailEdit *e = openOn(FolderFile::Inbox, qint16(mode));
+        const qsizetype typed = qMax<qsizetype>(steps.size() - 1, 0);  // the last step is the command
+        act(e, steps.first(typed));
+        const QString shownBefore = shown(e);
+        act(e, steps.sliced(typed));
+        QVERIFY(e->isVisible());
+        QCOMPARE(allFiles(*dir), before);
+        QCOMPARE(shown(e), shownBefore);
+    }
+
+    // The window stores its own message again, never the quoted one, never
+    // twice; sender and subject of each message in Drafts and Sent Items.
+    void storing_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<bool>("open");
+        QTest::addColumn<QStringList>("drafts");
+        QTest::addColumn<QStringList>("sent");
+        QTest::newRow("a reply saved twice is one draft")
+            << int(Main::ComposeModes::Reply) << Steps{trigger("Save"), type(Subject, u"more"_s), trigger("Save")} << true
+            << QStringList{u"a@x.com:re:hellomore"_s} << QStringList{};
+        QTest::newRow("a saved forward sent leaves Drafts")
+            << int(Main::ComposeModes::Forward) << Steps{type(To, u"x@y.cn"_s), trigger("Save"), trigger("tbSend")} << false
+            << QStringList{} << QStringList{u"a@x.com:fw:hello"_s};
+    }
+    void storing()
+    {
+        QFETCH(int, mode);
+        QFETCH(Steps, steps);
+        putAccounts(*dir, {u"a@x.com"_s});
+        put(*dir, FolderFile::Inbox, {quotedMail()});
+        const QByteArray inbox = dir->readBytes(FolderFile::fileName(FolderFile::Inbox));
+        boxes->expectMessage(Icon::Information, t::DraftSavedTitle, t::DraftSaved);  // once: the first save
+        frmMailEdit *e = openOn(FolderFile::Inbox, qint16(mode));
+        act(e, steps);
+        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
+        QTEST(e->isVisible(), "open");
+        const auto held = [](int folder) {
+            QStringList out;
+            for (const EmailRec &m : stored(folder))
+                out << m.from + u':' + m.subject;
+            return out;
+        };
+        QTEST(held(FolderFile::Drafts), "drafts");
+        QTEST(held(FolderFile::SentItems), "sent");
+        QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
+    }
+
+    // Sending with no account calls up the wizard; the message leaves from
+    // the account just made.
+    void sendWithNoAccount()
+    {
         ModalScript script;
-        for (const QString &box : said) {
-            if (box == u"yes" || box == u"no")
-                boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnClose, box == u"yes");
-            else if (box == u"wizard")
-                walkWizard(script);
-            else if (box == t::DraftSaved)
-                boxes->expectMessage(Icon::Information, t::DraftSavedTitle, box);
-            else
-                boxes->expectMessage(Icon::Exclamation, texts::AppTitle, box);
-        }
-        const QStringList modes = {u"reopen:"_s, u"new:"_s, u"reply:"_s, u"forward:"_s};
-        frmMailEdit *e = openOn(FolderFile::Inbox, qint16(modes.indexOf(how.section(u' ', 1, 1))));
+        walkWizard(script);
         script.start();
-        act(e, how.section(u": "_s, 1));
+        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
+        act(e, {type(To, u"friend@x.cn"_s), type(Subject, u"hi"_s), trigger("tbSend")});
         QVERIFY2(script.finished(), script.report());
         QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-        QStringList shown{e->isVisible() ? u"open"_s : u"closed"_s};
-        for (int folder : {FolderFile::Drafts, FolderFile::SentItems}) {
-            QStringList held;
-            for (const EmailRec &m : stored(folder))
-                held << m.from + u':' + m.subject;
-            shown << (held.isEmpty() ? u"-"_s : held.join(u'|'));
-        }
-        QCOMPARE(shown.join(u' '), after);
-        QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
-        if (after.endsWith(u"- -"))  // nothing stored, the To typed still there
-            QVERIFY(allFiles(*dir) == before && e->Text3->text() == how.section(u"To="_s, 1).section(u' ', 0, 0));
+        QVERIFY(!e->isVisible());
+        QCOMPARE(stored(FolderFile::SentItems).value(0).from, u"new.office@example.com"_s);
+    }
+
+    // Text typed and neither sent nor saved is given up only on a Yes, the
+    // question's default being No; an untouched window closes without one.
+    void closing_data()
+    {
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<int>("answer");  // -1: no question
+        QTest::addColumn<bool>("open");
+        QTest::newRow("untouched, closed from the menu") << Steps{trigger("mnuClose")} << -1 << false;
+        QTest::newRow("typed text, Escape answered No") << Steps{type(Body, u"x"_s), key("Escape")} << 0 << true;
+        QTest::newRow("typed text, closed and answered Yes") << Steps{type(Cc, u"x"_s), trigger("mnuClose")} << 1 << false;
+    }
+    void closing()
+    {
+        QFETCH(Steps, steps);
+        QFETCH(int, answer);
+        putAccounts(*dir, {u"a@x.com"_s});
+        if (answer >= 0)
+            boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnClose, answer == 1);
+        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
+        act(e, steps);
+        QTEST(e->isVisible(), "open");
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
@@ -248,7 +293,7 @@ private slots:
         put(*dir, FolderFile::Drafts, {mail(u"41"_s)});
         put(*dir, FolderFile::Inbox, {quotedMail()});
         frmMailEdit *e = openOn(FolderFile::Drafts, Main::ComposeModes::Reopen);
-        act(e, u"Subject=more"_s);
+        act(e, {type(Subject, u"more"_s)});
         QWidget other;
         other.show();
         QVERIFY(QTest::qWaitForWindowActive(&other));
@@ -258,17 +303,17 @@ private slots:
         QCOMPARE(shown(e), u"hello ; a@x.com ; a@x.com ; b@x.com ;  ; hellomore ; - ; body"_s);
         QCOMPARE(int(Main::ComposeMode), int(Main::ComposeModes::Reopen));
 
-        act(e, u"Save"_s);  // the draft replaced: no box
+        act(e, {trigger("Save")});  // the draft replaced: no box
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         QCOMPARE(e->windowTitle() + e->Text5->text(), t::Caption + u"Re:hello"_s);
         QVERIFY(!e->storedMail().isSet());
         // New empties the fields and the caption but keeps the sender; text
         // nobody saved goes only on a Yes.
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, false);
-        act(e, u"Cc=cc munNewMail"_s);
+        act(e, {type(Cc, u"cc"_s), trigger("munNewMail")});
         QCOMPARE(e->Text4->text(), u"cc"_s);
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, true);
-        act(e, u"munNewMail"_s);
+        act(e, {trigger("munNewMail")});
         QCOMPARE(int(Main::ComposeMode), int(Main::ComposeModes::New));
         QCOMPARE(shown(e), t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s);
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));

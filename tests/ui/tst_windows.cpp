@@ -44,58 +44,59 @@ class tst_windows : public WindowTest
 
 private slots:
 
-    // In Deleted Items, which the read window treats as the Inbox (the main
-    // window's table covers the Inbox itself).
+    // Three unread messages in Deleted Items, which the read window treats
+    // as the Inbox (the main window's table covers the Inbox itself); one
+    // opened, then the steps in the read window (a row double-clicked is in
+    // the main window's list). After each step the message shown (-1: the
+    // window closed); then each message's isnew, and the subject of the
+    // reply or forward that opened.
     void readWindowActsOnWhatItShows_data()
     {
-        QTest::addColumn<int>("openedRow");  // of three unread messages
-        QTest::addColumn<QString>("acts");  // buttons, menu items, keys, "open N" from the list
-        QTest::addColumn<QString>("outcome");  // rows shown, the file's isnew, the window, a reply
-        const auto row = [](const char *name, int opened, const char *acts, const char *outcome) {
-            QTest::newRow(name) << opened << QString::fromLatin1(acts) << QString::fromLatin1(outcome);
-        };
-        row("previous on the first stays", 0, "prev", "0 011 open -");
-        row("next on the last stays", 2, "next", "2 110 open -");
-        row("walk through all, keys too", 1, "prev Ctrl+< next Ctrl+> next", "00122 000 open -");
-        row("another opened from the list shows, marked", 0, "open2", "2 010 open -");
-        row("next, then reply: the message shown is quoted", 0, "next reply", "1 001 closed Re:s20000001");
-        row("CTRL+R replies", 0, "Ctrl+R", " 011 closed Re:s20000000");
-        row("reply to all replies to the sender", 0, "Ctrl+> Ctrl+Shift+R", "1 001 closed Re:s20000001");
-        row("forward from the Message menu", 2, "mnuMsgForward", " 110 closed Fw:s20000002");
-        row("Escape closes", 1, "Escape", " 101 closed -");
+        QTest::addColumn<int>("opened");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<QList<int>>("shown");
+        QTest::addColumn<QString>("isnew");
+        QTest::addColumn<QString>("quoted");
+        const Step previous = trigger("tbPrevious"), next = trigger("tbNext");
+        QTest::newRow("previous on the first stays") << 0 << Steps{previous} << QList{0} << u"011"_s << QString();
+        QTest::newRow("next on the last stays") << 2 << Steps{next} << QList{2} << u"110"_s << QString();
+        QTest::newRow("through all, by keys too") << 1 << Steps{previous, key("Ctrl+<"), next, key("Ctrl+>"), next}
+                                                  << QList{0, 0, 1, 2, 2} << u"000"_s << QString();
+        QTest::newRow("another opened from the list shows, marked") << 0 << Steps{rowTwice(2)} << QList{2} << u"010"_s
+                                                                    << QString();
+        QTest::newRow("next, then reply: the message shown is quoted")
+            << 0 << Steps{next, trigger("tbReply")} << QList{1, -1} << u"001"_s << u"Re:s20000001"_s;
+        QTest::newRow("CTRL+R replies") << 0 << Steps{key("Ctrl+R")} << QList{-1} << u"011"_s << u"Re:s20000000"_s;
+        QTest::newRow("reply to all replies to the sender") << 0 << Steps{key("Ctrl+>"), key("Ctrl+Shift+R")}
+                                                            << QList{1, -1} << u"001"_s << u"Re:s20000001"_s;
+        QTest::newRow("forward from the Message menu") << 2 << Steps{trigger("mnuMsgForward")} << QList{-1} << u"110"_s
+                                                       << u"Fw:s20000002"_s;
+        QTest::newRow("Escape closes") << 1 << Steps{key("Escape")} << QList{-1} << u"101"_s << QString();
     }
 
     void readWindowActsOnWhatItShows()
     {
-        QFETCH(int, openedRow);
-        QFETCH(QString, acts);
+        QFETCH(int, opened);
+        QFETCH(Steps, steps);
         putAccounts(*dir, {u"a@x.com"_s});
         put(*dir, FolderFile::DeletedItems, mails(3, 3));
         frmMain *w = mainOn(Node::DeletedItems);
-        frmMailRead *r = openRow(w, openedRow);
+        frmMailRead *r = openRow(w, opened);
         QVERIFY(r);
-
-        QString shown;
-        const QHash<QString, int> buttons{{u"prev"_s, frmMailRead::tbPrevious},
-                                          {u"next"_s, frmMailRead::tbNext},
-                                          {u"reply"_s, frmMailRead::tbReply}};
-        for (const QString &act : acts.split(u' ')) {
-            if (buttons.contains(act))
-                r->toolbarButton(buttons[act])->trigger();
-            else if (act.startsWith(u"mnu"))
-                r->findChild<QAction *>(act)->trigger();
-            else if (act.startsWith(u"open"))
-                QVERIFY(openRow(w, act.mid(4).toInt()));
+        QList<int> shown;
+        for (const Step &s : steps) {
+            if (s.kind == Step::RowTwice)
+                QVERIFY(openRow(w, s.n));
             else
-                press(act);
-            shown += r->isVisible() ? r->Label8->text().right(1) : QString();
+                act(r, {s});
+            shown << (r->isVisible() ? r->Label8->text().right(1).toInt() : -1);
         }
+        QTEST(shown, "shown");
         QString isnew, bold;
         for (int i = 0; i < 3; ++i)
             isnew += stored(FolderFile::DeletedItems)[i].isnew, bold += rowBold(w, i) ? u'1' : u'0';
-        const QString reply = forms::MailEdit()->isVisible() ? forms::MailEdit()->Text5->text() : u"-"_s;
-        QTEST(QStringList({shown, isnew, r->isVisible() ? u"open"_s : u"closed"_s, reply}).join(u' '),
-              "outcome");
+        QTEST(isnew, "isnew");
+        QTEST(forms::MailEdit()->isVisible() ? forms::MailEdit()->Text5->text() : QString(), "quoted");
         QCOMPARE(bold, isnew);
         const int unread = isnew.count(u'1');
         QCOMPARE(w->node(Node::DeletedItems)->text(0), unread ? u"已删除邮件(%1)"_s.arg(unread) : u"已删除邮件"_s);
@@ -257,6 +258,67 @@ private slots:
         for (const QString &member : QDir(classDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
             files += QDir(classDir + u'/' + member).entryList({u"0*.dat"_s}).size();
         QCOMPARE(files, away ? 0 : 3);
+    }
+
+    // Each window's inner size, and where its frame (2 pixels wide here) is
+    // placed on the 800 x 800 offscreen screen: the accounts dialog at two
+    // fifths of the free space, the wizard centred, the message windows 120
+    // and 78 pixels right of and below the main window's corner (1, 2) and
+    // moved back inside the screen's right edge.
+    void geometry_data()
+    {
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QPoint>("at");  // (-1, -1): left to the toolkit
+        QTest::newRow("accounts dialog, 446 x 330 pixels") << u"frmMailBox"_s << QSize(446, 330) << QPoint(140, 186);
+        QTest::newRow("wizard page, 7800 x 5100 twips") << u"frmMainBoxAdd3"_s << QSize(520, 340) << QPoint(138, 228);
+        QTest::newRow("properties, 6600 x 6900 twips") << u"frmMailBoxProp"_s << QSize(440, 460) << QPoint(-1, -1);
+        QTest::newRow("compose window, 10500 x 8400 twips") << u"frmMailEdit"_s << QSize(700, 560) << QPoint(100, 80);
+        QTest::newRow("read window, 10200 x 7800 twips") << u"frmMailRead"_s << QSize(680, 520) << QPoint(120, 80);
+    }
+    void geometry()
+    {
+        QFETCH(QString, window);
+        QFETCH(QPoint, at);
+        put(*dir, FolderFile::Inbox, {mail(u"1"_s)});
+        mainOn(Node::Inbox);
+        const QHash<QString, std::function<QWidget *()>> open{
+            {u"frmMailBox"_s, [] { return forms::MailBox(); }},
+            {u"frmMainBoxAdd3"_s, [] { return forms::MainBoxAdd3(); }},
+            {u"frmMailBoxProp"_s, [] { return forms::MailBoxProp(); }},
+            {u"frmMailEdit"_s, [] { frmMailEdit::openAs(Main::ComposeModes::New, {}); return forms::MailEdit(); }},
+            {u"frmMailRead"_s, [] { frmMailRead::open({0, 0, stored(0).value(0)}); return forms::MailRead(); }},
+        };
+        QWidget *w = open[window]();
+        w->show();
+        QTEST(w->size(), "size");
+        if (at.x() >= 0)
+            QCOMPARE(w->frameGeometry().topLeft(), at);
+    }
+
+    // The accounts dialog's controls in its fixed pixel layout: the add menu
+    // pops up at the add button's top-right corner, (438, 16). The list's top
+    // is counted from the foot of the tabs, whose height the font decides.
+    void accountsLayout_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QRect>("rect");
+        QTest::newRow("the list, inside the panel below the tabs") << u"ListView1"_s << QRect(QPoint(16, 8), QPoint(321, 281));
+        QTest::newRow("the add button") << u"btnAddNew"_s << QRect(338, 16, 100, 24);
+        QTest::newRow("Close at the foot") << u"btnClose"_s << QRect(338, 298, 100, 24);
+    }
+    void accountsLayout()
+    {
+        QFETCH(QString, control);
+        frmMailBox *d = forms::MailBox();
+        d->show();
+        const QWidget *c = d->findChild<QWidget *>(control);
+        QRect rect(c->mapTo(d, QPoint()), c->size());
+        if (control == u"ListView1")
+            rect.setTop(rect.top() - d->TabStrip1->geometry().bottom());
+        QTEST(rect, "rect");
+        for (int column = 0; column < 3; ++column)  // 1400 twips each
+            QCOMPARE(d->ListView1->header()->sectionSize(column), 93);
     }
 
     void lastResortGuard()

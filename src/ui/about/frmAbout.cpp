@@ -68,7 +68,6 @@ frmAbout::frmAbout(QWidget *parent) : QDialog(parent)
     speak(ListView1, texts::a11y::Components);
     ListView1->setObjectName(u"ListView1"_s);
     ListView1->setRootIsDecorated(false);
-    ListView1->setSelectionMode(QAbstractItemView::SingleSelection);
     ListView1->setHeaderLabels({texts::about::ColumnFile, texts::about::ColumnVersion,
                                 texts::about::ColumnPath});
     ListView1->header()->setSectionsClickable(false);

@@ -2,21 +2,17 @@
 
 #include "frmMailBox.h"
 
-#include "store/mailboxes.h"
+#include "store/mailstore.h"
 
 bool EnsureMailBox()
 {
-    MailBoxArray accounts;
-    MailCount count = 0;
-    LoadMailBoxes(accounts, count);
-    if (count >= 1)
+    if (!store::Accounts().isEmpty())
         return false;
 
     frmMailBox *dialog = forms::MailBox();
-    dialog->mnuEmail_Click();
-    // Changed is true only when the wizard was finished and the account
-    // stored; a cancelled wizard leaves it false and ends the command.
-    const bool abandon = !dialog->Changed;
+    // A cancelled wizard, or an account that could not be stored, ends
+    // the command.
+    const bool abandon = !dialog->mnuEmail_Click();
     // The window goes; the object and its fields stay for the next opening.
     dialog->close();
     return abandon;

@@ -6,10 +6,7 @@
 #include "frmMainBoxAdd4.h"
 #include "wizard.h"
 
-#include "store/errors.h"
-#include "store/folders.h"
 #include "store/mailstore.h"
-#include "store/mailboxes.h"
 #include "store/prompter.h"
 #include "texts.h"
 #include "ui/common/widgets.h"
@@ -64,20 +61,6 @@ QPixmap addPicture(qreal ratio, const QFont &font, const QColor &ink)
     return pm;
 }
 
-// The Inbox is read and dropped after every change of the accounts, a
-// harmless leftover kept as it is. The change is stored by then: a failure
-// of the reading says so, and does not stop the command that wanted the
-// account.
-void readInboxAfter(const QString &stored)
-{
-    try {
-        store::Folder(FolderFile::Inbox);
-    } catch (const StoreError &error) {
-        prompter().message(Prompter::Icon::Exclamation, texts::AppTitle,
-                           stored + u"\r\r"_s + error.userText());
-    }
-}
-
 }  // namespace
 
 frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
@@ -107,7 +90,6 @@ frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
     ListView1->setObjectName(u"ListView1"_s);
     ListView1->setGeometry(8, 8, panel->width() - 16, panel->height() - 16);
     ListView1->setRootIsDecorated(false);
-    ListView1->setSelectionMode(QAbstractItemView::SingleSelection);
     ListView1->setHeaderLabels({t::ColumnAccount, t::ColumnType, t::ColumnConnection});
     ListView1->setIconSize(QSize(16, 16));
     for (int column = 0; column < 3; ++column)
@@ -178,23 +160,22 @@ bool frmMailBox::Form_Load()
     SetHeaderButtons(ListView1, 1);
     ListView1->clear();
 
-    // The file is read only while the table is empty; otherwise the table
-    // kept by this object is the current one. A file that cannot be read
-    // leaves the dialog nothing to work on: it says why and goes, rather
-    // than offer an empty table whose first save would replace the file.
-    if (AccountCount == 0) {
-        MailCount count = 0;
-        if (!scaffold::guarded([&] { LoadMailBoxes(Accounts, count); })) {
-            QTimer::singleShot(0, this, &QWidget::close);
-            return false;
-        }
-        AccountCount = count;
+    // The list shows the account file as the store holds it. A file that
+    // cannot be read leaves the dialog nothing to work on: it says why and
+    // goes, rather than offer an empty table whose first change would
+    // replace the file.
+    if (!scaffold::guarded([this] { m_listed = store::Accounts(); })) {
+        m_listed.clear();
+        AccountCount = 0;
+        QTimer::singleShot(0, this, &QWidget::close);
+        return false;
     }
+    AccountCount = qint32(m_listed.size());
 
     const QIcon icon = appIcon(u"internet-mail"_s);
-    for (int i = 0; i < AccountCount; ++i) {
+    for (const MailBoxRec &account : std::as_const(m_listed)) {
         auto *row = new QTreeWidgetItem(ListView1);
-        row->setText(0, Accounts[i].username);
+        row->setText(0, account.username);
         row->setIcon(0, icon);
         row->setText(1, texts::accounts::RowTypeMail);
         row->setText(2, texts::accounts::RowAnyConnection);
@@ -207,6 +188,28 @@ bool frmMailBox::Form_Load()
     Changed = false;
     m_clickPending = false;
     return true;
+}
+
+bool frmMailBox::changeAccounts(int slot, const std::function<void(AccountList &)> &change)
+{
+    bool outdated = false;
+    const bool stored = scaffold::guarded([&] {
+        FolderSet set;
+        AccountList &accounts = set.changeAccounts();
+        // A slot names the account its row shows; when another program
+        // rewrote the file since, the slot may hold another account now.
+        if (slot >= 0 && (accounts.size() != m_listed.size() || accounts.value(slot) != m_listed.value(slot))) {
+            outdated = true;
+            return;
+        }
+        change(accounts);
+        set.commit();
+    });
+    if (outdated)
+        prompter().message(Prompter::Icon::Exclamation, texts::accounts::Caption,
+                           texts::accounts::ListOutdated);
+    Form_Load();
+    return stored && !outdated;
 }
 
 bool frmMailBox::eventFilter(QObject *watched, QEvent *event)
@@ -302,46 +305,29 @@ void frmMailBox::btnAddNew_Click()
     btMnu->popup(mapToGlobal(MenuAnchor));
 }
 
-void frmMailBox::mnuEmail_Click()
+bool frmMailBox::mnuEmail_Click()
 {
     // Called from outside while the dialog is closed (EnsureMailBox): it
-    // starts up first, as an opening would, so that the table is the file's.
-    NewRec = MailBoxRec();
+    // starts up first, as an opening would.
     Changed = false;
     if (!isVisible() && !Form_Load())
-        return;
+        return false;
 
+    // The servers page is the one page that this dialog owns.
+    QDialog *servers = forms::MainBoxAdd3();
+    if (servers->parentWidget() != this)
+        servers->setParent(this, servers->windowFlags());
     // The whole wizard runs inside this call; its finish is what the
     // account's storing waits for.
     if (forms::MainBoxAdd1()->exec() == wizard::Finished)
         Changed = true;
     if (!Changed)
-        return;
-    NewRec.name = forms::MainBoxAdd1()->DisplayName;
-    NewRec.address = forms::MainBoxAdd2()->Address;
-    NewRec.pop = forms::MainBoxAdd3()->IncomingServer;
-    NewRec.smtp = forms::MainBoxAdd3()->OutgoingServer;
-    NewRec.username = forms::MainBoxAdd4()->AccountName;
-    NewRec.userpassword = forms::MainBoxAdd4()->Password;
-
-    // The table is full at 21 accounts; the error ends the command before
-    // anything is written.
-    const bool stored = scaffold::guarded([this] {
-        if (AccountCount >= MAX_MAILBOXES)
-            throw IndexError(texts::TooManyAccounts);
-        Accounts[AccountCount] = NewRec;
-        SaveMailBoxes(Accounts, MailCount(AccountCount + 1));
-        AccountCount = AccountCount + 1;
-    });
-    if (stored)
-        readInboxAfter(texts::accounts::AddedButInboxUnread.arg(NewRec.username));
-    Form_Load();
-    if (!stored)
-        return;
-    // The rebuild clears Changed; it is set again so that a caller who ran
-    // this for a first-time user (EnsureMailBox) can tell that the account
-    // now exists and go on with its command.
-    Changed = true;
+        return false;
+    const MailBoxRec account{forms::MainBoxAdd1()->DisplayName,  forms::MainBoxAdd3()->IncomingServer,
+                             forms::MainBoxAdd3()->OutgoingServer, forms::MainBoxAdd4()->AccountName,
+                             forms::MainBoxAdd4()->Password,      forms::MainBoxAdd2()->Address};
+    // A 22nd account is refused by the store before anything is written.
+    return changeAccounts(-1, [&account](AccountList &accounts) { accounts.append(account); });
 }
 
 void frmMailBox::btnDelete_Click()
@@ -350,33 +336,18 @@ void frmMailBox::btnDelete_Click()
                             texts::accounts::AskDeleteAccount.arg(SelectedName),
                             Prompter::Default::No))
         return;
-    // The table changes only once the file holds the change.
-    MailBoxArray remaining = Accounts;
-    const bool stored = scaffold::guarded([&] {
-        RemoveMailBoxAt(remaining, int(SelectedIndex));
-        SaveMailBoxes(remaining, MailCount(AccountCount - 1));
-        Accounts = remaining;
-        AccountCount = AccountCount - 1;
-    });
-    if (stored)
-        readInboxAfter(texts::accounts::RemovedButInboxUnread.arg(SelectedName));
-    Form_Load();
-    if (!stored)
-        return;
-    // The rebuild clears Changed; it is set again so that a caller who ran
-    // this for a first-time user (EnsureMailBox) can tell that the account
-    // now exists and go on with its command.
-    Changed = true;
+    const int slot = int(SelectedIndex);
+    changeAccounts(slot, [slot](AccountList &accounts) { accounts.removeAt(slot); });
 }
 
 void frmMailBox::btnProperty_Click()
 {
     const QTreeWidgetItem *row = ListView1->topLevelItem(int(SelectedIndex));
     const int slot = int(SelectedIndex);
-    if (!row || !row->isSelected() || slot < 0 || slot >= MAX_MAILBOXES)
+    if (!row || !row->isSelected() || slot < 0 || slot >= m_listed.size())
         return;
     Changed = false;
-    const MailBoxRec &account = Accounts[slot];
+    const MailBoxRec &account = m_listed.at(slot);
     EditRec = {account.name, account.address, account.pop,
                account.smtp, account.username, account.userpassword};
 
@@ -385,22 +356,19 @@ void frmMailBox::btnProperty_Click()
             Qt::UniqueConnection);
     prop->openFor(EditRec);
 
-    if (Changed) {
-        // The table changes only once the file holds the change; a file
-        // that cannot be written says why.
-        MailBoxArray changed = Accounts;
-        MailBoxRec &target = changed[slot];
+    if (!Changed) {
+        Form_Load();
+        return;
+    }
+    changeAccounts(slot, [prop, slot](AccountList &accounts) {
+        MailBoxRec &target = accounts[slot];
         target.address = prop->PropAddress;
         target.name = prop->PropName;
         target.pop = prop->PropPOP3;
         target.smtp = prop->PropSMTP;
         target.username = prop->PropUserName;
         target.userpassword = prop->PropPassword;
-        if (scaffold::guarded([&] { SaveMailBoxes(changed, MailCount(AccountCount)); }))
-            Accounts = changed;
-        update();
-    }
-    Form_Load();
+    });
 }
 
 void frmMailBox::propertiesChanged()

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "store/records.h"
+#include "store/mailstore.h"
 #include "frmMailBoxProp.h"
 #include "ui/common/forms.h"
 
 #include <QDialog>
+
+#include <functional>
 
 class QAction;
 class QMenu;
@@ -13,9 +15,10 @@ class QTabBar;
 class QTreeWidget;
 
 // The "Internet 账号" dialog: lists the accounts, starts the new-account
-// wizard, deletes an account and opens its properties. It keeps its own copy
-// of the account table and writes the whole file after every change. The
-// wizard pages and the properties dialog talk back through its public fields.
+// wizard, deletes an account and opens its properties. Every change goes
+// to the account file through the store, and the list then shows the file
+// again. The wizard pages and the properties dialog talk back through its
+// public fields.
 class frmMailBox final : public QDialog
 {
     Q_OBJECT
@@ -28,7 +31,7 @@ public:
 
     // Public fields; they belong to the object, not to the window on screen,
     // so a later opening in the same run sees the same values.
-    qint32 AccountCount = 0;      // used slots of Accounts
+    qint32 AccountCount = 0;      // accounts listed
     float SelectedIndex = 0;      // zero-based slot of the row last clicked
     QString SelectedName;         // that row's text, the account's logon name
     bool Changed = false;         // set by the wizard's finish and the properties' OK/Apply
@@ -53,8 +56,9 @@ public:
     // False when the account file could not be read: the dialog then goes.
     bool Form_Load();
     // Runs the whole new-account wizard and stores the account when it was
-    // finished. Also the entry point of EnsureMailBox.
-    void mnuEmail_Click();
+    // finished; true when it was stored. Also the entry point of
+    // EnsureMailBox.
+    bool mnuEmail_Click();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -71,11 +75,15 @@ private:
     void placeOnScreen();
     void ListView1_SelectionChanged();
     void propertiesChanged();
+    // Changes the account table as the file holds it, writes it in one
+    // unit and lists the file again. slot is the listed account the change
+    // is about (-1: none); when the file no longer holds it there, nothing
+    // is changed and the user is told. True when the change was stored.
+    bool changeAccounts(int slot, const std::function<void(AccountList &)> &change);
 
     float MouseX = 0;
     float MouseY = 0;
-    MailBoxArray Accounts;
-    MailBoxRec NewRec;
+    AccountList m_listed;  // the accounts as the list shows them
     bool m_clickPending = false;  // a press in the list awaits its release
 };
 

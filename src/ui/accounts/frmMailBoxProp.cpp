@@ -292,7 +292,10 @@ void frmMailBoxProp::TabStrip1_Click()
     Frame2->setVisible(caption == texts::accounts::TabServers);
 }
 
-void frmMailBoxProp::Command1_Click()
+// OK and Apply store the same six boxes: Apply stores the outgoing server
+// as the box shows it too, so that what the user saw in the box is what
+// the account keeps.
+void frmMailBoxProp::storeFields()
 {
     PropName = Frm1Txt2->text();
     PropAddress = Frm1Txt4->text();
@@ -301,6 +304,11 @@ void frmMailBoxProp::Command1_Click()
     PropUserName = Frm2Txt4->text();
     PropPassword = Frm2Txt5->text();
     emit accountChanged();
+}
+
+void frmMailBoxProp::Command1_Click()
+{
+    storeFields();
     done(QDialog::Accepted);
 }
 
@@ -311,15 +319,6 @@ void frmMailBoxProp::Command2_Click()
 
 void frmMailBoxProp::Command3_Click()
 {
-    PropName = Frm1Txt2->text();
-    PropAddress = Frm1Txt4->text();
-    PropPOP3 = Frm2Txt2->text();
-    // Apply stores the outgoing server too, as the box shows it: leaving the
-    // field as an earlier OK (or nothing) had it would store a server the
-    // user never saw here.
-    PropSMTP = Frm2Txt3->text();
-    PropUserName = Frm2Txt4->text();
-    PropPassword = Frm2Txt5->text();
-    emit accountChanged();
+    storeFields();
     Command3->setEnabled(false);
 }

@@ -99,7 +99,6 @@ signals:
     // OK or Apply stored the boxes in the public fields.
     void accountChanged();
 
-
 private:
     void Text_Change();
     void Check1_Click();
@@ -108,6 +107,7 @@ private:
     void Command1_Click();
     void Command2_Click();
     void Command3_Click();
+    void storeFields();
 
     AccountFields m_account;  // the account the dialog was opened for
 };

@@ -6,10 +6,8 @@
 #include "texts.h"
 #include "ui/common/widgets.h"
 
-#include <QApplication>
 #include <QBoxLayout>
 #include <QComboBox>
-#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -25,9 +23,7 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
     Option1 = new QRadioButton(t::UseExistingAddress, this);
     Option1->setObjectName(u"Option1"_s);
     Label2 = named(new QLabel(t::AddressLabel, this), u"Label2"_s);
-    Text1 = new QLineEdit(this);
-    Text1->setObjectName(u"Text1"_s);
-    Label2->setBuddy(Text1);
+    Text1 = wizard::box(this, u"Text1"_s, Label2);
     Label3 = named(new QLabel(t::AddressExample, this), u"Label3"_s);
     Option2 = new QRadioButton(t::SignUpNewAccount, this);
     Option2->setObjectName(u"Option2"_s);
@@ -35,21 +31,13 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
     speak(Combo1, texts::a11y::SignUpService);
     Combo1->setObjectName(u"Combo1"_s);
     Combo1->addItem(t::SignUpService);
-    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
-    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
-    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
+    std::tie(btnBackWard, btnForWard, btnCancel) = wizard::buttons(this);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     body->addWidget(Label1);
     body->addSpacing(8);
     body->addWidget(Option1);
-    auto *grid = new QGridLayout;
-    grid->setColumnMinimumWidth(0, 24);
-    grid->addWidget(Label2, 0, 1);
-    grid->addWidget(Text1, 0, 2);
-    grid->addWidget(Label3, 1, 2);
-    grid->setColumnStretch(2, 1);
-    body->addLayout(grid);
+    body->addLayout(wizard::grid({{Label2, Text1}, {nullptr, Label3}}));
     body->addSpacing(8);
     body->addWidget(Option2);
     auto *combo = new QHBoxLayout;
@@ -64,17 +52,7 @@ frmMainBoxAdd2::frmMainBoxAdd2(QWidget *parent) : QDialog(parent)
     connect(Option2, &QRadioButton::toggled, this, &frmMainBoxAdd2::Option2_Click);
     wizard::wire({this, btnBackWard, btnForWard, btnCancel, false, [this] { Form_Load(); },
                   [this] { Address = Text1->text(); },
-                  [] {
-                      // The servers page is the one page that the accounts
-                      // dialog owns.
-                      QDialog *next = forms::MainBoxAdd3();
-                      const QWidgetList windows = QApplication::topLevelWidgets();
-                      for (QWidget *owner : windows) {
-                          if (owner->objectName() == u"frmMailBox" && next->parentWidget() != owner)
-                              next->setParent(owner, next->windowFlags());
-                      }
-                      return next;
-                  }});
+                  [] { return forms::MainBoxAdd3(); }});
 }
 
 void frmMainBoxAdd2::Form_Load()

@@ -26,17 +26,11 @@ frmMainBoxAdd3::frmMainBoxAdd3(QWidget *parent) : QDialog(parent)
     Label1->setBuddy(Combo1);
     Label2 = named(new QLabel(t::ServerSuffix, this), u"Label2"_s);
     Label3 = named(new QLabel(t::IncomingLabel, this), u"Label3"_s);
-    Text1 = new QLineEdit(this);
-    Text1->setObjectName(u"Text1"_s);
-    Label3->setBuddy(Text1);
+    Text1 = wizard::box(this, u"Text1"_s, Label3);
     Label4 = wrapped(named(new QLabel(t::OutgoingIntro, this), u"Label4"_s));
     Label5 = named(new QLabel(t::OutgoingLabel, this), u"Label5"_s);
-    Text2 = new QLineEdit(this);
-    Text2->setObjectName(u"Text2"_s);
-    Label5->setBuddy(Text2);
-    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
-    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
-    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
+    Text2 = wizard::box(this, u"Text2"_s, Label5);
+    std::tie(btnBackWard, btnForWard, btnCancel) = wizard::buttons(this);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     auto *kind = new QHBoxLayout;

@@ -9,7 +9,6 @@
 
 #include <QBoxLayout>
 #include <QCheckBox>
-#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -22,35 +21,21 @@ frmMainBoxAdd4::frmMainBoxAdd4(QWidget *parent) : QDialog(parent)
     setObjectName(u"frmMainBoxAdd4"_s);
     Label1 = wrapped(named(new QLabel(t::LogonIntro, this), u"Label1"_s));
     Label2 = named(new QLabel(t::LogonNameLabel, this), u"Label2"_s);
-    Text1 = new QLineEdit(this);
-    Text1->setObjectName(u"Text1"_s);
-    Label2->setBuddy(Text1);
+    Text1 = wizard::box(this, u"Text1"_s, Label2);
     Label3 = named(new QLabel(t::PasswordLabel, this), u"Label3"_s);
-    Text2 = new QLineEdit(this);
-    Text2->setObjectName(u"Text2"_s);
+    Text2 = wizard::box(this, u"Text2"_s, Label3);
     Text2->setEchoMode(QLineEdit::Password);
-    Label3->setBuddy(Text2);
     Check1 = new QCheckBox(t::RememberPassword, this);
     Check1->setObjectName(u"Check1"_s);
     Check2 = new QCheckBox(t::UseSpa, this);
     Check2->setObjectName(u"Check2"_s);
     Label4 = wrapped(named(new QLabel(t::SpaNote, this), u"Label4"_s));
-    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
-    btnForWard = named(new QPushButton(t::Next, this), u"btnForWard"_s);
-    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
+    std::tie(btnBackWard, btnForWard, btnCancel) = wizard::buttons(this);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnForWard, btnCancel});
     body->addWidget(Label1);
     body->addSpacing(8);
-    auto *grid = new QGridLayout;
-    grid->setColumnMinimumWidth(0, 24);
-    grid->addWidget(Label2, 0, 1);
-    grid->addWidget(Text1, 0, 2);
-    grid->addWidget(Label3, 1, 1);
-    grid->addWidget(Text2, 1, 2);
-    grid->addWidget(Check1, 2, 2);
-    grid->setColumnStretch(2, 1);
-    body->addLayout(grid);
+    body->addLayout(wizard::grid({{Label2, Text1}, {Label3, Text2}, {nullptr, Check1}}));
     body->addSpacing(8);
     body->addWidget(Label4);
     body->addWidget(Check2);

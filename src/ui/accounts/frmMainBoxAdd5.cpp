@@ -17,9 +17,7 @@ frmMainBoxAdd5::frmMainBoxAdd5(QWidget *parent) : QDialog(parent)
     setObjectName(u"frmMainBoxAdd5"_s);
     Label1 = wrapped(named(new QLabel(t::DoneIntro, this), u"Label1"_s));
     Label2 = wrapped(named(new QLabel(t::DoneHint, this), u"Label2"_s));
-    btnBackWard = named(new QPushButton(t::Back, this), u"btnBackWard"_s);
-    btnOK = named(new QPushButton(t::Finish, this), u"btnOK"_s);
-    btnCancel = named(new QPushButton(t::Cancel, this), u"btnCancel"_s);
+    std::tie(btnBackWard, btnOK, btnCancel) = wizard::buttons(this, true);
 
     QBoxLayout *body = wizard::frame(this, {btnBackWard, btnOK, btnCancel});
     body->addWidget(Label1);

@@ -9,7 +9,10 @@
 #include <QDialog>
 #include <QEvent>
 #include <QFrame>
+#include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
 #include <QTimer>
@@ -59,6 +62,40 @@ private:
     QDialog *m_page;
 };
 }  // namespace
+
+std::tuple<QPushButton *, QPushButton *, QPushButton *> buttons(QDialog *page, bool last)
+{
+    namespace t = texts::accounts;
+    const auto button = [page](const QString &caption, const QString &name) {
+        auto *b = new QPushButton(caption, page);
+        b->setObjectName(name);
+        return b;
+    };
+    return {button(t::Back, QStringLiteral("btnBackWard")),
+            last ? button(t::Finish, QStringLiteral("btnOK")) : button(t::Next, QStringLiteral("btnForWard")),
+            button(t::Cancel, QStringLiteral("btnCancel"))};
+}
+
+QLineEdit *box(QDialog *page, const QString &name, QLabel *caption)
+{
+    auto *b = new QLineEdit(page);
+    b->setObjectName(name);
+    caption->setBuddy(b);
+    return b;
+}
+
+QGridLayout *grid(const QList<QPair<QLabel *, QWidget *>> &rows)
+{
+    auto *g = new QGridLayout;
+    g->setColumnMinimumWidth(0, 24);
+    for (int row = 0; row < rows.size(); ++row) {
+        if (rows[row].first)
+            g->addWidget(rows[row].first, row, 1);
+        g->addWidget(rows[row].second, row, 2);
+    }
+    g->setColumnStretch(2, 1);
+    return g;
+}
 
 QBoxLayout *frame(QDialog *page, const QList<QPushButton *> &buttons)
 {

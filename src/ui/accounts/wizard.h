@@ -1,12 +1,19 @@
 #pragma once
 
 #include <QList>
+#include <QPair>
 
 #include <functional>
+#include <tuple>
 
 class QBoxLayout;
 class QDialog;
+class QGridLayout;
+class QLabel;
+class QLineEdit;
 class QPushButton;
+class QString;
+class QWidget;
 
 // What the five pages of the new-account wizard have in common: their
 // frame, their placement, and how Back, Next, Finish and Cancel move
@@ -22,9 +29,18 @@ inline constexpr int PageHeightTw = 5100;
 // Cancelled close every page below as well, each as its loop ends.
 enum Result { Back = 0, Finished = 2, Cancelled = 3 };
 
+// The buttons along a page's foot, named: Back, Next (on the last page
+// Finish, btnOK) and Cancel.
+std::tuple<QPushButton *, QPushButton *, QPushButton *> buttons(QDialog *page, bool last = false);
 // Captions the page, fixes its size and puts the buttons in a row along its
 // foot; returns the layout that takes the page's own controls.
 QBoxLayout *frame(QDialog *page, const QList<QPushButton *> &buttons);
+// A box named name (Text1, Text2) that its caption's underlined letter
+// reaches.
+QLineEdit *box(QDialog *page, const QString &name, QLabel *caption);
+// Captions and what they name in two columns, indented under the page's
+// introduction; a row without a caption stands under the one before it.
+QGridLayout *grid(const QList<QPair<QLabel *, QWidget *>> &rows);
 
 // One page's wiring.
 struct Page

@@ -12,7 +12,23 @@ QList<QPointer<QWidget>> &created()
     static QList<QPointer<QWidget>> list;
     return list;
 }
+
+QPointer<QWidget> &registeredMain()
+{
+    static QPointer<QWidget> main;
+    return main;
+}
 }  // namespace
+
+void setMainWindow(QWidget *window)
+{
+    registeredMain() = window;
+}
+
+QWidget *mainWindow()
+{
+    return registeredMain();
+}
 
 void detail::remember(QWidget *form)
 {

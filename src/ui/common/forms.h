@@ -28,6 +28,10 @@ Form *instance()
     return live;
 }
 
+// The main window, which the windows it opens place themselves beside;
+// registered by whoever makes it. Null while there is none.
+void setMainWindow(QWidget *window);
+QWidget *mainWindow();
 
 // Deletes every instance, so that the next use builds a fresh window; for
 // tests, between cases.

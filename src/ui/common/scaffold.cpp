@@ -1,5 +1,6 @@
 #include "scaffold.h"
 
+#include "forms.h"
 #include "icons.h"
 #include "twips.h"
 
@@ -10,6 +11,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMainWindow>
 #include <QPointer>
 #include <QEvent>
 #include <QGuiApplication>
@@ -20,6 +22,19 @@
 #include <QWidget>
 
 namespace scaffold {
+
+QToolBar *fixedToolBar(QMainWindow *window)
+{
+    auto *bar = new QToolBar(window);
+    bar->setObjectName(QStringLiteral("Toolbar1"));
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setIconSize(QSize(22, 22));
+    bar->setMovable(false);
+    bar->setFloatable(false);
+    bar->toggleViewAction()->setEnabled(false);
+    window->addToolBar(Qt::TopToolBarArea, bar);
+    return bar;
+}
 
 QList<QAction *> addTools(QToolBar *bar, std::initializer_list<Tool> tools,
                           std::function<void(int)> clicked)
@@ -140,6 +155,19 @@ void placeBeside(QWidget *window, const QWidget *mainWindow)
     r.moveLeft(qMax(r.left(), free.left()));
     r.moveTop(qMax(r.top(), free.top()));
     window->move(r.topLeft());
+}
+
+void bringUp(QWidget *window, const std::function<void()> &load)
+{
+    if (window->isVisible()) {
+        load();
+    } else {
+        if (const QWidget *main = forms::mainWindow(); main && main->isVisible())
+            placeBeside(window, main);
+        window->show();
+    }
+    window->raise();
+    window->activateWindow();
 }
 
 namespace {

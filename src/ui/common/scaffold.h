@@ -12,6 +12,7 @@
 #include <initializer_list>
 
 class QAction;
+class QMainWindow;
 class QMenuBar;
 class QToolBar;
 class QWidget;
@@ -27,6 +28,9 @@ struct Tool
     const QString *tip;
     const char *icon;
 };
+// A message window's tool bar, Toolbar1: captions under the icons, fixed
+// at the top of the window, where the user can neither drag nor hide it.
+QToolBar *fixedToolBar(QMainWindow *window);
 // Adds the buttons; a click on button n (1-based) calls clicked(n).
 QList<QAction *> addTools(QToolBar *bar, std::initializer_list<Tool> tools,
                           std::function<void(int)> clicked);
@@ -60,6 +64,10 @@ QSize frameTwips(const QWidget *window);
 // A child window of the main window opens below and right of its top-left
 // corner, clear of its tool bar, and on the screen.
 void placeBeside(QWidget *window, const QWidget *mainWindow);
+// Brings a window of the main window's up: one already open runs load
+// again for what it is now asked to show, a closed one opens beside the
+// main window (its load runs as it shows); either way it comes to the front.
+void bringUp(QWidget *window, const std::function<void()> &load);
 
 // Keys that no control should type: an Alt combination that is no
 // shortcut (a disabled button's mnemonic, an unused letter) does nothing

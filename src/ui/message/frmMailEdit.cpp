@@ -18,7 +18,6 @@
 #include "ui/sendrecv/frmSendAndReceive.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFileInfo>
@@ -124,13 +123,7 @@ void frmMailEdit::buildMenus()
 void frmMailEdit::buildToolbar()
 {
     namespace t = texts::compose;
-    Toolbar1 = named(new QToolBar(this), u"Toolbar1"_s);
-    Toolbar1->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    Toolbar1->setIconSize(QSize(22, 22));
-    Toolbar1->setMovable(false);
-    Toolbar1->setFloatable(false);
-    Toolbar1->toggleViewAction()->setEnabled(false);
-    addToolBar(Qt::TopToolBarArea, Toolbar1);
+    Toolbar1 = scaffold::fixedToolBar(this);
     m_buttons = scaffold::addTools(Toolbar1, {
         {"tbSend", &t::TbSend, nullptr, "mail-send-receive"},
         {"tbSeparator2", nullptr, nullptr, nullptr},
@@ -273,7 +266,7 @@ QAction *frmMailEdit::toolbarButton(int index) const
 void frmMailEdit::changed()
 {
     if (!m_filling)
-        Main::gbModified = true;
+        gbModified = true;
 }
 
 void frmMailEdit::showAttachmentRow(bool shown)
@@ -288,7 +281,7 @@ void frmMailEdit::showAttachmentRow(bool shown)
 bool frmMailEdit::openAs(qint16 mode, const MailRef &source)
 {
     frmMailEdit *w = forms::MailEdit();
-    if (w->isVisible() && Main::gbModified) {
+    if (w->isVisible() && w->gbModified) {
         w->raise();
         w->activateWindow();
         prompter().message(Prompter::Icon::Information, texts::AppTitle,
@@ -297,18 +290,8 @@ bool frmMailEdit::openAs(qint16 mode, const MailRef &source)
     }
     Main::ComposeMode = mode;
     w->m_source = source;
-    if (w->isVisible()) {
-        w->Form_Load();  // nothing unsaved in it: it takes the new message
-    } else {
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget *main : windows) {
-            if (main->objectName() == u"frmMain" && main->isVisible())
-                scaffold::placeBeside(w, main);
-        }
-        w->show();
-    }
-    w->raise();
-    w->activateWindow();
+    // An open window holds nothing unsaved here: it takes the new message.
+    scaffold::bringUp(w, [w] { w->Form_Load(); });
     return true;
 }
 
@@ -331,7 +314,7 @@ void frmMailEdit::Form_Load()
         || mode == Main::ComposeModes::Forward)
         loadQuoted();
     m_filling = false;
-    Main::gbModified = false;
+    gbModified = false;
     Text3->setFocus();
 }
 
@@ -376,9 +359,9 @@ void frmMailEdit::loadQuoted()
     }
 
     if (mode == Main::ComposeModes::Reply) {
-        // Whatever the quoted message was sent to, the reply goes out from
-        // the first account; a reply from Deleted Items also offers an
-        // empty sender. Both are kept as the program has always done.
+        // Deliberate quirks that trainees meet: whatever the quoted message
+        // was sent to, the reply goes out from the first account, and a
+        // reply from Deleted Items also offers an empty sender.
         if (folder == FolderFile::Inbox || folder == FolderFile::Drafts
             || folder == FolderFile::SentItems || folder == FolderFile::Outbox) {
             if (RightTrim(quoted.to) != Combo3->currentText())
@@ -466,7 +449,7 @@ void frmMailEdit::mnuMailSend_Click()
     EmailRec m = composed();
     if (!fitsOrAccepted(m) || !scaffold::guarded([&] { StoreForSend(m, m_stored); }))
         return;
-    Main::gbModified = false;
+    gbModified = false;
     // The message leaves the Outbox at once; the run says so itself when
     // it cannot.
     frmSendAndReceive::start(SendReceiveModes::SendOnly, true);
@@ -489,7 +472,7 @@ void frmMailEdit::mnuMailSendLate_Click()
     EmailRec m = composed();
     if (!fitsOrAccepted(m) || !scaffold::guarded([&] { StoreForSendLater(m, m_stored); }))
         return;
-    Main::gbModified = false;
+    gbModified = false;
     prompter().message(Prompter::Icon::Information, texts::AppTitle,
                        texts::compose::SendLaterNotice);
     close();
@@ -507,7 +490,7 @@ void frmMailEdit::Save_Click()
     if (!fitsOrAccepted(m)
         || !scaffold::guarded([&] { m_stored = SaveDraft(m, m_stored, &created); }))
         return;
-    Main::gbModified = false;
+    gbModified = false;
     // From now on this window stores the same message again.
     Main::ComposeMode = Main::ComposeModes::Reopen;
     if (created)
@@ -518,7 +501,7 @@ void frmMailEdit::Save_Click()
 void frmMailEdit::munNewMail_Click()
 {
     // New empties the fields; text nobody saved is only given up on a Yes.
-    if (Main::gbModified
+    if (gbModified
         && !prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
                                texts::compose::AskDiscardOnNew, Prompter::Default::No))
         return;
@@ -532,7 +515,7 @@ void frmMailEdit::munNewMail_Click()
     Text4->clear();
     Text5->clear();
     m_filling = false;
-    Main::gbModified = false;
+    gbModified = false;
 }
 
 void frmMailEdit::Toolbar1_ButtonClick(int index)
@@ -563,7 +546,7 @@ void frmMailEdit::InsertAdd_Click()
                         compose::AttachmentItemText(file.fileName(), file.size()), ListView1);
     if (ListView1->count() >= 1)
         showAttachmentRow(true);
-    Main::gbModified = true;
+    gbModified = true;
 }
 
 void frmMailEdit::popmnuDelete_Click()
@@ -574,7 +557,7 @@ void frmMailEdit::popmnuDelete_Click()
     delete item;
     if (ListView1->count() == 0)
         showAttachmentRow(false);
-    Main::gbModified = true;
+    gbModified = true;
 }
 
 bool frmMailEdit::eventFilter(QObject *watched, QEvent *event)
@@ -613,11 +596,11 @@ bool frmMailEdit::Form_Unload()
 {
     // Text typed and neither sent nor saved would be lost without a word;
     // one question keeps a slip of the mouse from costing a long message.
-    if (Main::gbModified
+    if (gbModified
         && !prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
                                texts::compose::AskDiscardOnClose, Prompter::Default::No)) {
         return false;
     }
-    Main::gbModified = false;
+    gbModified = false;
     return true;
 }

@@ -65,6 +65,8 @@ public:
     bool attachmentRowShown() const { return m_attachmentRow == AttachmentRowShown; }
     // Where the window's message is stored; unset until it is.
     const StoredMail &storedMail() const { return m_stored; }
+    // The fields hold text that was neither sent nor saved.
+    bool gbModified = false;
 
     // ---- Commands ----------------------------------------------------------
     void mnuMailSend_Click();

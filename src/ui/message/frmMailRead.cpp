@@ -15,7 +15,6 @@
 #include "ui/message/frmMailEdit.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QFrame>
@@ -126,12 +125,7 @@ void frmMailRead::buildMenus()
 void frmMailRead::buildToolbar()
 {
     namespace r = texts::read;
-    Toolbar1 = named(addToolBar(QString()), u"Toolbar1"_s);
-    Toolbar1->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    Toolbar1->setIconSize(QSize(22, 22));
-    Toolbar1->setMovable(false);
-    Toolbar1->setFloatable(false);
-    Toolbar1->toggleViewAction()->setEnabled(false);
+    Toolbar1 = scaffold::fixedToolBar(this);
     m_buttons = scaffold::addTools(Toolbar1, {
         {"tbReply", &r::TbReply, &r::TbReplyTip, "mail-reply-sender"},
         {"tbReplyAll", &r::TbReplyAll, nullptr, "mail-reply-all"},
@@ -266,18 +260,7 @@ void frmMailRead::open(const MailRef &message)
 {
     frmMailRead *w = forms::MailRead();
     w->m_opened = message;
-    if (w->isVisible()) {
-        w->Form_Load();  // already open: it shows the message asked for
-    } else {
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget *main : windows) {
-            if (main->objectName() == u"frmMain" && main->isVisible())
-                scaffold::placeBeside(w, main);
-        }
-        w->show();
-    }
-    w->raise();
-    w->activateWindow();
+    scaffold::bringUp(w, [w] { w->Form_Load(); });
 }
 
 void frmMailRead::Form_Load()
@@ -297,9 +280,6 @@ void frmMailRead::Form_Load()
         return;
 
     const bool loaded = scaffold::guarded([this] {
-        // The Outbox is read as well; the read stays, so that a damaged
-        // Outbox stops this window as it always has.
-        store::Folder(FolderFile::Outbox);
         m_mails = store::Folder(m_folder);
         m_accounts = store::Accounts();
     });
