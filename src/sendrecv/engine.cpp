@@ -123,24 +123,6 @@ SendResult SendInto(FolderSet &set)
     return send(set);
 }
 
-SendResult SendStep()
-{
-    FolderSet set;
-    const SendResult result = send(set);
-    set.describe(texts::unsaved::SendReceive);
-    set.commit();
-    return result;
-}
-
-ReceiveResult ReceiveStep()
-{
-    FolderSet set;
-    const ReceiveResult result = receive(set);
-    set.describe(texts::unsaved::SendReceive);
-    set.commit();
-    return result;
-}
-
 RunResult RunSendReceive(qint16 mode)
 {
     RunResult run;

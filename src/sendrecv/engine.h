@@ -80,23 +80,17 @@ struct RunResult
 // account. Only the first account is compared, deliberately.
 bool CheckOutboxAccounts();
 
-// Sends the whole Outbox or nothing. Every message must pass
-// RecipientsAcceptable; then each goes to Sent Items (keeping its isnew)
-// and to the server queue (isnew "1"), both stamped with NowStamp(),
-// and the Outbox is saved empty.
-SendResult SendStep();
-
-// Delivers each queued message into the Inbox once for every account whose
-// address occurs among its recipients, stamped with the present time;
-// messages that match no account stay queued in order.
-ReceiveResult ReceiveStep();
-
 // The send step on folders that the caller commits, so that a class run
 // saves its own record in the same unit.
 SendResult SendInto(FolderSet &set);
 
 // The steps of one dialog load: mode 0 send then receive, 1 receive, 2
-// send, any other mode neither. A failed send does not keep mode 0 from
+// send, any other mode neither. Sending moves the whole Outbox or nothing:
+// every message must pass RecipientsAcceptable, then each goes to Sent
+// Items (keeping its isnew) and to the server queue (isnew "1"), both
+// stamped with NowStamp(). Receiving delivers each queued message into the
+// Inbox once for every account whose address occurs among its recipients;
+// messages that match no account stay queued in order. A failed send does not keep mode 0 from
 // receiving. Both steps are saved as one unit, unless the receive cannot
 // be made (the Inbox or the accounts cannot be read): then the send is
 // saved alone. A store error ends the run and is reported in errorText,

@@ -161,9 +161,17 @@ struct Cache
     std::map<QString, CachedFile> files;
 };
 
+// A child process made by fork() starts from what the files hold: what its
+// parent kept may be on its way to the disk by the parent's writer, which
+// the child does not have.
 Cache &theCache()
 {
     static Cache c;
+    static pid_t owner = ::getpid();
+    if (owner != ::getpid()) {
+        owner = ::getpid();
+        c = Cache();
+    }
     return c;
 }
 
@@ -899,6 +907,13 @@ bool takeOutcomes()
     return allSaved;
 }
 
+// Whether a folder's file is as it stood when it could not be read: the
+// user has been told, and it is not read again until it changes.
+bool failedAsItStands(const CachedFolder &kept, int folder)
+{
+    return kept.failedOf && *kept.failedOf == signatureAt(AppFilePath(FolderFile::fileName(folder)));
+}
+
 void takeReadings()
 {
     for (ReadResult &r : reader().takeResults()) {
@@ -908,9 +923,10 @@ void takeReadings()
             continue;
         }
         // The window's thread reads it itself: the box says why it cannot,
-        // or where a file that is no data file went.
+        // or where a file that is no data file went; once for the file as
+        // it stands, though its count and its messages were both asked for.
         try {
-            if (r.job.dir == AppDir())
+            if (r.job.dir == AppDir() && !failedAsItStands(theCache().folders[r.job.folder], r.job.folder))
                 folderRead(r.job.folder);
         } catch (const StoreError &error) {
             prompter().message(Prompter::Icon::Exclamation, texts::AppTitle, ErrorBoxText(error));
@@ -992,13 +1008,6 @@ bool InMemory(int folder)
         return false;
     return kept.stillHolds(AppFilePath(FolderFile::fileName(folder)), c.resolution);
 }
-
-namespace {
-bool failedAsItStands(const CachedFolder &kept, int folder)
-{
-    return kept.failedOf && *kept.failedOf == signatureAt(AppFilePath(FolderFile::fileName(folder)));
-}
-}  // namespace
 
 bool ReadAhead(int folder)
 {

@@ -157,7 +157,7 @@ private slots:
         QLockFile other(lockPath());
         QVERIFY(other.tryLock(0));
         for (int save = 0; save < 2; ++save)
-            QVERIFY_THROWS_EXCEPTION(FileError, SaveEmails(FolderFile::Inbox, EmailArray(), 1));
+            QVERIFY_THROWS_EXCEPTION(FileError, [] { FolderSet s; s.change(FolderFile::Inbox); s.commit(); }());
         QCOMPARE(DataReadOnlyText(), t::TakenOver.arg(folder(), QSysInfo::machineHostName()));
         lock.reset();
         QCOMPARE(dir->entries(), QStringList{QString::fromLatin1(LockFileName)});

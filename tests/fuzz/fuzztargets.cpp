@@ -71,6 +71,10 @@ int FuzzReader(const uint8_t *data, size_t size)
     // read from, no error; and what it keeps is what that reading gives.
     loadQuietly([&] {
         const FolderReading reading = ReadFolder(FolderFile::Inbox, file);
+        // The count made at start-up without decoding the messages.
+        const FolderFigures figures = FiguresOf(file);
+        check(figures.total == reading.mails.size() && figures.unread == CountUnread(reading.mails),
+              "figures as the folder reads");
         const FileFrame &frame = reading.sections.frame;
         const FileImage image = FolderImage(reading.mails, frame);
         const ProfileFile written = ProfileFile::parse(image.bytes);
@@ -80,12 +84,11 @@ int FuzzReader(const uint8_t *data, size_t size)
         check(idsOf(reading.mails) == idsOf(readBack.mails), "folder read back");
         check(!readBack.sections.countDisagrees() && readBack.sections.setAside.isEmpty(),
               "folder written whole");
-        const FolderReading kept = FolderAsRead(FolderFile::Inbox, reading.mails, frame, image);
-        check(testsupport::sameAsStored(kept.mails, readBack.mails)
-                  && kept.sections.frame == readBack.sections.frame
-                  && kept.sections.records == readBack.sections.records
-                  && kept.sections.number == readBack.sections.number,
-              "folder kept as read");
+        MailList kept = reading.mails;
+        if (ReadsAsGb18030(image.bytes)) {
+            KeepAsRead(FolderFile::Inbox, kept);
+            check(testsupport::sameAsStored(kept, readBack.mails), "folder kept as read");
+        }
         // Bytes that pass for UTF-8 are read as such, and so change; others
         // are written again as they were read.
         check(!ReadsAsGb18030(image.bytes)
@@ -101,9 +104,10 @@ int FuzzReader(const uint8_t *data, size_t size)
             check(after.mails.first().isnew == changed.first().isnew
                       && after.mails.size() == changed.size(),
                   "changed record read back");
-            check(testsupport::sameAsStored(
-                      FolderAsRead(FolderFile::Inbox, changed, frame, again).mails, after.mails),
-                  "changed folder kept as read");
+            if (ReadsAsGb18030(again.bytes)) {
+                KeepAsRead(FolderFile::Inbox, changed);
+                check(testsupport::sameAsStored(changed, after.mails), "changed folder kept as read");
+            }
         }
     });
     loadQuietly([&] {

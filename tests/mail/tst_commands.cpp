@@ -148,10 +148,6 @@ private slots:
             "9u|1|5u:z@x 7:you@x.cn;me@x.cn 6u:q|10u", "9u|1|5u 6u|10u 7@ 7@");
         row("receive: no account moves nothing", ReceiveOnly, "|1|7u|10u", "=", true, none, false);
         row("both: the message comes back", SendAndReceive, "7u|1||10u", "|1 7u@||10u 7u@");
-        row("a full Sent Items stops the send, nothing changed", SendOnly, "7u|full||10u", "=",
-            false, texts::OperationAbandoned);
-        row("a full Inbox stops the receive after the send went through", SendAndReceive,
-            "7u|1||full", "|1 7u@|7u@|full", false, texts::SentButNotReceived);
     }
     void sendAndReceive()
     {

@@ -53,6 +53,8 @@ const Folders start = [] {
                    folder(3, 30, each), folder(4, 30, each), folder(5, 20, {A, Nobody})};
 }();
 
+// Committed behind the caller; a test that looks at the files waits for it
+// through DataDir.
 void reset(const Folders &folders)
 {
     FolderSet set;
@@ -77,17 +79,32 @@ StoredMail opened(int folder) { return {folder, shown(folder).shown.id, 0, shown
 // What a compose window stores.
 const EmailRec written = start[FolderFile::Inbox].first();
 
-const QList<std::pair<const char *, std::function<void()>>> commands{
-    {"SaveEmails", [] { SaveEmails(FolderFile::Inbox, EmailArray(), 1); }},
-    {"SaveMailBoxes", [] { SaveMailBoxes(MailBoxArray(), 1); }},
-    {"SendStep", [] { SendStep(); }},
-    {"ReceiveStep", [] { ReceiveStep(); }},
-    {"MoveToDeletedItems", [] { MoveToDeletedItems(shown(FolderFile::Inbox)); }},
-    {"DeleteForGood", [] { DeleteForGood(shown(FolderFile::DeletedItems)); }},
-    {"MarkRead", [] { MarkRead(shown(FolderFile::Inbox)); }},
-    {"SaveDraft", [] { bool made; SaveDraft(written, {}, &made); }},
-    {"StoreForSend", [] { StoreForSend(written, opened(FolderFile::Drafts)); }},
-    {"StoreForSendLater", [] { StoreForSendLater(written, opened(FolderFile::DeletedItems)); }},
+// Each command returns what it tells its caller of a failure at once; one
+// found by the writer later is told in a box.
+const QList<std::pair<const char *, std::function<QString()>>> commands{
+    {"SaveMailBoxes", [] { SaveMailBoxes(MailBoxArray(), 1); return QString(); }},
+    {"send", [] { return RunSendReceive(SendReceiveModes::SendOnly).errorText; }},
+    {"receive", [] { return RunSendReceive(SendReceiveModes::ReceiveOnly).errorText; }},
+    {"MoveToDeletedItems", [] { MoveToDeletedItems(shown(FolderFile::Inbox)); return QString(); }},
+    {"DeleteForGood", [] { DeleteForGood(shown(FolderFile::DeletedItems)); return QString(); }},
+    {"MarkRead", [] { MarkRead(shown(FolderFile::Inbox)); return QString(); }},
+    {"SaveDraft", [] { bool made; SaveDraft(written, {}, &made); return QString(); }},
+    {"StoreForSend", [] { StoreForSend(written, opened(FolderFile::Drafts)); return QString(); }},
+    {"StoreForSendLater", [] { StoreForSendLater(written, opened(FolderFile::DeletedItems)); return QString(); }},
+};
+
+// Every box shown, one after another.
+struct Told final : Prompter
+{
+    Told() { setPrompter(this); }
+    ~Told() override { setPrompter(nullptr); }
+    void message(Icon, const QString &, const QString &text) override { all += text + u'\n'; }
+    bool confirm(Icon, const QString &, const QString &text, Default) override
+    {
+        all += text + u'\n';
+        return false;
+    }
+    QString all;
 };
 
 enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPlace, ReadOnlyFile };
@@ -95,9 +112,11 @@ enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPl
 // How a child that ran a command under a fault, or a copy started on a folder, ended.
 enum Ending { AsExpected, Otherwise, RootKept, Left, Held };
 
-// Runs command in a child process, as the fault cannot be taken back; it
-// must throw FileError saying that nothing changed and giving reason.
-int runInChild(Fault fault, rlim_t cap, const std::function<void()> &command, const QString &reason)
+// Runs command in a child process, as the fault cannot be taken back. Its
+// failure, at once or once the writer meets it, must tell the user the reason
+// and that nothing changed, in one message; what the program keeps must then
+// be what the files hold.
+int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command, const QString &reason)
 {
     const pid_t pid = ::fork();
     if (pid == 0) {
@@ -111,13 +130,33 @@ int runInChild(Fault fault, rlim_t cap, const std::function<void()> &command, co
         ::getrlimit(RLIMIT_FSIZE, &limit);
         limit.rlim_cur = qMin(cap, limit.rlim_max);
         ::setrlimit(RLIMIT_FSIZE, &limit);
+        Told told;
         try {
-            command();
+            told.all += command();
         } catch (const FileError &e) {
-            qWarning("%s", qPrintable(e.userText()));
-            ::_exit(e.filesUnchanged() && e.userText().contains(reason) ? AsExpected : Otherwise);
+            if (!e.filesUnchanged())
+                ::_exit(Otherwise);
+            told.all += texts::OperationAbandoned + e.userText();
         }
-        ::_exit(Otherwise);
+        const bool saved = store::Flush();
+        const auto all = [] {
+            QString kept;
+            for (int f = 0; f < FolderFile::Count; ++f) {
+                try {
+                    kept += ids(f) + u'/';
+                } catch (const StoreError &) {
+                    kept += u"unreadable/"_s;  // a folder in the file's place
+                }
+            }
+            return kept;
+        };
+        const QString shown = all();
+        store::Forget();
+        const QString unchanged = texts::unsaved::NotSaved.section(u'\r', -1);
+        const bool toldOnce = told.all.count(reason) == 1
+            && (told.all.contains(texts::OperationAbandoned) || (!saved && told.all.contains(unchanged)));
+        qWarning("%s", qPrintable(told.all));
+        ::_exit(toldOnce && shown == all() ? AsExpected : Otherwise);
     }
     int status = 0;
     ::waitpid(pid, &status, 0);
@@ -157,7 +196,7 @@ private slots:
         DataDir dir;
         reset(start);
         const auto before = entries(dir);
-        run();
+        QCOMPARE(run(), QString());
         QString largest;
         qsizetype largestSize = 0;
         for (const auto &[name, bytes] : entries(dir).asKeyValueRange()) {
@@ -275,7 +314,7 @@ private slots:
                 FolderSet set;
                 set.change(FolderFile::Inbox).removeLast();
                 set.change(FolderFile::Drafts).removeLast();
-                set.commit();
+                set.commitAndWait();
             }
         } catch (const FileError &e) {
             got = e.userText();
@@ -302,13 +341,14 @@ private slots:
         QList<QMap<QString, QByteArray>> states{entries(dir)};
         QElapsedTimer cycle;
         cycle.start();
-        SendStep();
+        RunSendReceive(SendReceiveModes::SendOnly);
         states.append(entries(dir));
-        ReceiveStep();
+        RunSendReceive(SendReceiveModes::ReceiveOnly);
         states.append(entries(dir));
         QCOMPARE(stored(FolderFile::Inbox).size(), 90);
         QCOMPARE(stored(FolderFile::ServerQueue).size(), 20);
         reset(start);
+        store::Flush();  // on the disk before any copy starts on it
         const qint64 cycleNs = cycle.nsecsElapsed();
 
         const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
@@ -377,7 +417,7 @@ private slots:
         dir.writeBytes(QString::fromLatin1(JournalName),
                        "quillpost-journal 1\nreceive_s.dat\nsend_s.dat\nend\n");
 
-        ReceiveStep();
+        RunSendReceive(SendReceiveModes::ReceiveOnly);
 
         QCOMPARE(dir.entries(), files);
         const auto copies = [&](int f) { return QString::number(ids(f).count(x[0].id)); };

@@ -15,10 +15,17 @@ using namespace Qt::Literals::StringLiterals;
 namespace testsupport {
 
 DataDir::DataDir() : m_previous(AppDir()) { SetAppDir(m_dir.path()); }
-DataDir::~DataDir() { SetAppDir(m_previous); }
+// What the folder holds is what the store's writer has put there: every
+// look at it, and its end, waits for the writer first.
+DataDir::~DataDir()
+{
+    store::Flush();
+    SetAppDir(m_previous);
+}
 
 void DataDir::writeBytes(const QString &name, const QByteArray &bytes) const
 {
+    store::Flush();
     QFile f(filePath(name + u".fixture"_s));
     if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
         qFatal("cannot write fixture %s", qPrintable(name));
@@ -30,12 +37,14 @@ void DataDir::writeBytes(const QString &name, const QByteArray &bytes) const
 
 QByteArray DataDir::readBytes(const QString &name) const
 {
+    store::Flush();
     QFile f(filePath(name));
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 QStringList DataDir::entries() const
 {
+    store::Flush();
     return QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name);
 }
 

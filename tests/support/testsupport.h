@@ -18,7 +18,9 @@ namespace testsupport {
 
 using Icon = Prompter::Icon;
 
-// A fresh, empty data folder for as long as the object lives.
+// A fresh, empty data folder for as long as the object lives. Each look at
+// its files, and its end, first waits until the store's writer has put
+// every commit there (store::Flush).
 class DataDir
 {
 public:

@@ -10,12 +10,26 @@ void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
 }
 
-void clickRow(QTreeWidget *list, int row, bool twice)
+QString cell(const QTreeView *list, int row, int column)
 {
-    QTreeWidgetItem *item = list->topLevelItem(row);
-    clickItem(list, item);
+    return list->model()->index(row, column).data().toString();
+}
+
+bool bold(const QTreeView *list, int row, int column)
+{
+    return list->model()->index(row, column).data(Qt::FontRole).value<QFont>().bold();
+}
+
+void clickRow(QTreeView *list, int row, bool twice)
+{
+    // The middle of the whole row, as a user aims at it.
+    const QModelIndex at = list->model()->index(row, 0);
+    list->scrollTo(at);
+    const int last = list->model()->columnCount() - 1;
+    const QPoint centre = list->visualRect(at).united(list->visualRect(at.siblingAtColumn(last))).center();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, centre);
     if (twice)
-        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, centre);
 }
 
 // Where the keyboard's keys go: an open menu, else the focus. A focus left
@@ -44,7 +58,10 @@ void press(const QString &keys)
 void act(QWidget *w, const Steps &steps)
 {
     for (const Step &s : steps) {
-        auto *list = w->findChild<QTreeWidget *>();
+        // The main window's message list, else the window's only list.
+        auto *list = w->findChild<QTreeView *>(u"ListView1"_s);
+        if (!list)
+            list = w->findChild<QTreeWidget *>();
         auto *box = w->findChild<QWidget *>(s.name);
         switch (s.kind) {
         case Step::Row:
@@ -80,9 +97,13 @@ frmMain *mainOn(int node, int row)
     w->show();
     QApplication::setActiveWindow(w);
     QCoreApplication::processEvents();
+    // The folders are read off the window's thread: the list fills once
+    // they are, as the user waits for it.
+    store::Flush();
     if (node > 0)
         clickItem(w->TreeView1, w->node(node));
-    if (row >= 0 && row < w->ListView1->topLevelItemCount())
+    store::Flush();
+    if (row >= 0 && row < w->ListView1->model()->rowCount())
         clickRow(w->ListView1, row);
     return w;
 }

@@ -34,9 +34,12 @@
 namespace testsupport {
 
 void clickItem(QTreeWidget *view, QTreeWidgetItem *item);
+// What a row of a list shows in a column, and whether it is bold.
+QString cell(const QTreeView *list, int row, int column);
+bool bold(const QTreeView *list, int row, int column = 3);
 // Clicked twice, as a user double-clicks: the first click lands before the
 // second press.
-void clickRow(QTreeWidget *list, int row, bool twice = false);
+void clickRow(QTreeView *list, int row, bool twice = false);
 inline void clickButton(QToolBar *bar, QAction *button)
 {
     QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);

@@ -25,9 +25,9 @@ QString state(const frmMain *w)
 {
     QStringList s{w->Label1->text(), page(w)};
     if (page(w) == u"messages") {
-        s << w->ListView1->headerItem()->text(2);
-        for (int i = 0; i < w->ListView1->topLevelItemCount(); ++i)
-            s << w->ListView1->topLevelItem(i)->text(3);
+        s << w->ListView1->model()->headerData(2, Qt::Horizontal).toString();
+        for (int i = 0; i < w->ListView1->model()->rowCount(); ++i)
+            s << cell(w->ListView1, i, 3);
     }
     return s.join(u' ') + u' ' + contextButtons(w);
 }
@@ -120,7 +120,7 @@ private slots:
                  QByteArray(deleted).replace("number=3", "number=4") + "[email-4]\r\n" + read);
         // Deleted Items looked at again: the same file, no second word.
         clickItem(w->TreeView1, w->node(Node::DeletedItems));
-        QCOMPARE(w->ListView1->topLevelItemCount(), 4);
+        QCOMPARE(w->ListView1->model()->rowCount(), 4);
     }
 
     void oneFailureShowsOneBox()
@@ -137,10 +137,12 @@ private slots:
             return op == FileOp::Rename && name == u"deleted_c.dat.new" ? EIO : 0;
         });
         act(w, u"button %1"_s.arg(frmMain::tbDelete));
+        store::Flush();
         SetFileFault({});
         QVERIFY2(boxes->done(), boxes->report());
         clickItem(w->TreeView1, w->node(Node::DeletedItems));
-        QCOMPARE(w->ListView1->topLevelItemCount(), 1);
+        store::Flush();  // read off the window's thread, the change finished first
+        QCOMPARE(w->ListView1->model()->rowCount(), 1);
         QCOMPARE(ids(FolderFile::Inbox) + u' ' + ids(FolderFile::DeletedItems), u"101 100"_s);
     }
 
@@ -240,12 +242,20 @@ private slots:
         const QByteArray before = allFiles(*dir);
         frmMain *w = mainOn(node);
 
+        const QAbstractItemModel *rows = w->ListView1->model();
+        QCOMPARE(rows->rowCount(), 3);
         for (int r = 0; r < 3; ++r) {
-            const QTreeWidgetItem *row = w->ListView1->topLevelItem(r);
-            QCOMPARE(row->text(2), inboxStyle ? list[r].from : list[r].to);
-            QCOMPARE(row->text(3), list[r].subject);  // file order, unsorted
-            QCOMPARE(row->font(3).bold() || !row->icon(0).isNull(), inboxStyle && r == 0);
+            QCOMPARE(cell(w->ListView1, r, 2), inboxStyle ? list[r].from : list[r].to);
+            QCOMPARE(cell(w->ListView1, r, 3), list[r].subject);  // file order, unsorted
+            const bool icon = !rows->index(r, 0).data(Qt::DecorationRole).value<QIcon>().isNull();
+            QCOMPARE(bold(w->ListView1, r, 2), inboxStyle && r == 0);
+            QCOMPARE(bold(w->ListView1, r, 3) || bold(w->ListView1, r, 4) || icon, inboxStyle && r == 0);
         }
+        // Received mail's columns, or sent mail's with its account.
+        QCOMPARE(rows->headerData(2, Qt::Horizontal).toString() + rows->headerData(4, Qt::Horizontal).toString()
+                     + rows->headerData(5, Qt::Horizontal).toString(),
+                 inboxStyle ? QString(texts::ColumnFrom + texts::ColumnReceived)
+                            : QString(texts::ColumnTo + texts::ColumnSent + texts::ColumnAccount));
         // A long subject ends in "…" with the whole in its tooltip.
         clickRow(w->ListView1, 1);
         QCOMPARE(w->Label5->text(), list[1].from);
@@ -254,8 +264,8 @@ private slots:
         // Another button than the left one does not move the highlight; a
         // click beside the rows leaves nothing previewed.
         QTest::mouseClick(w->ListView1->viewport(), Qt::RightButton, {},
-                          w->ListView1->visualItemRect(w->ListView1->topLevelItem(2)).center());
-        QCOMPARE(w->ListView1->currentItem(), w->ListView1->topLevelItem(1));
+                          w->ListView1->visualRect(rows->index(2, 0)).center());
+        QCOMPARE(w->ListView1->currentIndex().row(), 1);
         QTest::mouseClick(w->ListView1->viewport(), Qt::LeftButton, {},
                           QPoint(5, w->ListView1->viewport()->height() - 3));
         QCOMPARE(w->Text1->toPlainText() + w->Label5->text() + w->Label9->text(), texts::NoMailSelected);
@@ -273,8 +283,15 @@ private slots:
                                 u"AVAV To Ty fi ffi "_s.repeated(6) + chinese,
                                 u"e\u0301a\u0308 عربي שלום "_s.repeated(5) + u"😀"_s + chinese,
                                 u"i"_s.repeated(150) + u"W"_s.repeated(60)};
-        QTreeWidget *list = mainOn(Node::Inbox)->ListView1;
-        QAbstractItemDelegate *ours = list->itemDelegate();
+        // The message list's own delegate, in a list of rows made here.
+        QTreeView *shown = mainOn(Node::Inbox)->ListView1;
+        QAbstractItemDelegate *ours = shown->itemDelegate();
+        QTreeWidget view(shown->parentWidget());
+        QTreeWidget *list = &view;
+        list->setGeometry(shown->geometry());
+        list->setColumnCount(6);
+        list->setUniformRowHeights(true);
+        list->show();
         QStyledItemDelegate plain;
         for (QFont font : {fonts::uiFont(), QFont(u"DejaVu Sans"_s, 9)}) {
             list->clear();
@@ -377,10 +394,8 @@ private slots:
         // The list shows what the folder now holds, unread mail in bold,
         // and nothing chosen but what is previewed.
         QStringList rows, held;
-        for (int i = 0; folder >= 0 && i < w->ListView1->topLevelItemCount(); ++i) {
-            const QTreeWidgetItem *r = w->ListView1->topLevelItem(i);
-            rows << r->text(3) + (r->font(3).bold() ? u"*"_s : QString());
-        }
+        for (int i = 0; folder >= 0 && i < w->ListView1->model()->rowCount(); ++i)
+            rows << cell(w->ListView1, i, 3) + (bold(w->ListView1, i) ? u"*"_s : QString());
         for (const EmailRec &m : folder >= 0 ? stored(folder) : MailList())
             held << m.subject + ((node == Node::Inbox || node == Node::DeletedItems) && m.isnew == u"1" ? u"*"_s : QString());
         QCOMPARE(rows, held);
@@ -389,7 +404,7 @@ private slots:
             QCOMPARE(w->Label9->text(), how == u"double" ? stored(folder).first().subject : previewed);
             return;
         }
-        QVERIFY(w->ListView1->selectedItems().isEmpty());
+        QVERIFY(!w->ListView1->selectionModel()->hasSelection());
         // The message previewed is gone: nothing is previewed or can be deleted,
         // and a second press reaches no message the user has not looked at.
         QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
