@@ -244,7 +244,7 @@ bool asRead(const EmailRec &m)
     if (!m.origin || m.origin->asRead.size() != qsizetype(std::size(fields)))
         return false;
     for (size_t i = 0; i < std::size(fields); ++i) {
-        if (m.*fields[i] != m.origin->asRead.at(qsizetype(i)))
+        if (!SameText(m.*fields[i], m.origin->asRead.at(qsizetype(i))))
             return false;
     }
     return true;

@@ -115,8 +115,8 @@ RecordSections SortSections(const ProfileFile &file, QByteArrayView header, QByt
     out.records.reserve(records.size());
     for (const Record &r : records)
         out.records.append(r.section);
-    // Only four characters of the count are ever read.
-    out.number = LeadingNumber(file.value(header, "number", 5));
+    // Read whole: a folder holds any number of messages.
+    out.number = LeadingNumber(file.value(header, "number", 16));
     return out;
 }
 

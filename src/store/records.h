@@ -49,6 +49,13 @@ struct MailBoxRec
     friend bool operator!=(const MailBoxRec &a, const MailBoxRec &b) { return !(a == b); }
 };
 
+// Whether two texts are equal; at once when they share their characters,
+// as a record's fields do with the copies of it a folder of thousands keeps.
+inline bool SameText(const QString &a, const QString &b)
+{
+    return a.isSharedWith(b) || a == b;
+}
+
 // One message, one section of a folder file.
 struct EmailRec
 {

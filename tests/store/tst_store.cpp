@@ -7,6 +7,7 @@
 #include "sendrecv/engine.h"
 #include "store/appdir.h"
 #include "store/clock.h"
+#include "store/commit.h"
 #include "store/datadir.h"
 #include "store/errors.h"
 #include "store/folders.h"
@@ -19,11 +20,14 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QStringDecoder>
 #include <QStringEncoder>
 #include <QTest>
 
+#include <atomic>
+#include <cerrno>
 #include <climits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -361,6 +365,71 @@ private slots:
         QVERIFY2(boxes.done(), boxes.report());
         QCOMPARE(dir.entries(), QStringList{aside});
         QCOMPARE(dir.readBytes(aside), bytes);
+    }
+
+    // The first commit held at its sync: what the commands did shows at once, the
+    // commits queued behind it reach the disk as one, and a failure there puts back
+    // what the files hold and says, in one box, what was not saved.
+    void commitsBehindTheWindow_data()
+    {
+        QTest::addColumn<int>("marks");      // messages marked read while it is held
+        QTest::addColumn<int>("error");      // what the disk answers to its sync
+        QTest::addColumn<int>("writes");     // Inbox files written in all
+        QTest::addColumn<QString>("isnew");  // kept at the end, as the files hold it
+        QTest::newRow("a change shows before its sync") << 1 << 0 << 1 << u"0111"_s;
+        QTest::newRow("changes queued meanwhile written as one") << 3 << 0 << 2 << u"0001"_s;
+        QTest::newRow("a failed sync takes back all of them, told once") << 3 << ENOSPC << 1 << u"1111"_s;
+    }
+    void commitsBehindTheWindow()
+    {
+        QFETCH(int, marks);
+        QFETCH(int, error);
+        DataDir dir;
+        ScriptedPrompter boxes;
+        put(dir, FolderFile::Inbox, mails(4, 4));
+        const QString file = dir.filePath(u"receive_c.dat"_s);
+        const QByteArray before = dir.readBytes(u"receive_c.dat"_s);
+        const auto isnew = [] {
+            QString flags;
+            for (const EmailRec &m : stored(FolderFile::Inbox))
+                flags += m.isnew;
+            return flags;
+        };
+        QSemaphore entered, held;
+        std::atomic<int> writes = 0;
+        SetFileFault([&](FileOp op, const QString &name) {
+            if (op != FileOp::Sync || name != u"receive_c.dat.new" || writes++ > 0)
+                return 0;
+            entered.release();
+            held.acquire();
+            return error;
+        });
+        QStringList lost;
+        for (int i = 0; i < marks; ++i) {
+            const EmailRec m = stored(FolderFile::Inbox).at(i);
+            lost << texts::unsaved::MarkRead.arg(m.subject);
+            QVERIFY(MarkRead({FolderFile::Inbox, i, m}));
+            if (i == 0)
+                entered.acquire();  // the writer is at the first one
+        }
+        QCOMPARE(isnew(), QString(marks, u'0') + QString(4 - marks, u'1'));
+        QFile onDisk(file);
+        QVERIFY(onDisk.open(QIODevice::ReadOnly) && onDisk.readAll() == before);
+        if (error) {
+            boxes.expectMessage(Icon::Exclamation, texts::AppTitle,
+                                texts::unsaved::NotSaved.arg(lost.join(u'\r'),
+                                                             texts::CannotWriteFile.arg(file, texts::ReasonDiskFull)));
+        }
+        QSignalSpy shown(&storeEvents(), &StoreEvents::folderChanged);
+        held.release();
+        QCOMPARE(store::Flush(), error == 0);
+        SetFileFault({});
+        QVERIFY2(boxes.done(), boxes.report());
+        QCOMPARE(shown.count(), error ? 1 : 0);  // the windows go back to the files
+        QTEST(int(writes), "writes");
+        QTEST(isnew(), "isnew");
+        store::Forget();
+        QTEST(isnew(), "isnew");
     }
 
     void changesBehindTheProgramAreSeen()

@@ -8,7 +8,11 @@
 #include "store/commit.h"
 #include "ui/common/fonts.h"
 
+#include <QAbstractItemModelTester>
+#include <QSemaphore>
+
 #include <cerrno>
+#include <thread>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
@@ -144,6 +148,90 @@ private slots:
         store::Flush();  // read off the window's thread, the change finished first
         QCOMPARE(w->ListView1->model()->rowCount(), 1);
         QCOMPARE(ids(FolderFile::Inbox) + u' ' + ids(FolderFile::DeletedItems), u"101 100"_s);
+    }
+
+    // A folder of 20,000: read off the window's thread while the list says so, every
+    // row there, and a delete past the old hundred and a Ctrl+M keep every other message.
+    void noCeiling()
+    {
+        putAccounts(*dir, {u"me@x.com"_s});
+        MailList inbox = mails(20000, 20000, 100000), outbox = mails(1, 0, 400);
+        outbox[0].to = u"me@x.com"_s;
+        put(*dir, FolderFile::Inbox, inbox);
+        put(*dir, FolderFile::Outbox, outbox);
+        QSemaphore reading;
+        SetFileFault([&](FileOp op, const QString &name) {
+            if (op == FileOp::Read && name == u"receive_c.dat" && QThread::currentThread() != qApp->thread())
+                reading.acquire();
+            return 0;
+        });
+        frmMain *w = forms::Main();
+        forms::setMainWindow(w);
+        w->show();
+        QAbstractItemModelTester tester(w->ListView1->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        clickItem(w->TreeView1, w->node(Node::Inbox));
+        QCOMPARE(w->ListView1->model()->rowCount(), 0);
+        QCOMPARE(w->StatusPanel1->text(), texts::ReadingFolder.arg(texts::InboxName));
+        reading.release(2);  // its count and its messages
+        store::Flush();
+        SetFileFault({});
+        QCOMPARE(w->ListView1->model()->rowCount(), 20000);
+        QCOMPARE(w->node(Node::Inbox)->text(0), u"收件箱(20000)"_s);
+        clickRow(w->ListView1, 15000);
+        QCOMPARE(w->Label9->text(), inbox[15000].subject);
+        act(w, u"button %1"_s.arg(frmMain::tbDelete));
+        act(w, u"window: Ctrl+M"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!forms::SendAndReceive()->isVisible(), 20000);
+        inbox.removeAt(15000);
+        QStringList kept;
+        for (const EmailRec &m : inbox)
+            kept << m.id;
+        const QString now = ids(FolderFile::Inbox);
+        QCOMPARE(now.section(u'|', 0, 19998), kept.join(u'|'));
+        QCOMPARE(stored(FolderFile::Inbox).last().subject, outbox[0].subject);
+        QCOMPARE(w->ListView1->model()->rowCount(), 20000);
+        QCOMPARE(ids(FolderFile::DeletedItems), u"115000"_s);
+        store::Forget();
+        QCOMPARE(ids(FolderFile::Inbox), now);
+    }
+
+    // Closing waits until the disk has every change, and says so when it cannot.
+    void closingWaitsForTheDisk_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::newRow("a slow disk: the delete is there once closed") << 0;
+        QTest::newRow("a failing disk: one box, the message still in the Inbox") << EIO;
+    }
+    void closingWaitsForTheDisk()
+    {
+        QFETCH(int, error);
+        put(*dir, FolderFile::Inbox, mails(2, 0, 100));
+        frmMain *w = mainOn(Node::Inbox, 0);
+        const QByteArray before = dir->readBytes(u"receive_c.dat"_s);
+        QSemaphore held;
+        SetFileFault([&](FileOp op, const QString &name) {
+            if (op == FileOp::Sync && name == u"deleted_c.dat.new")
+                held.acquire();
+            return op == FileOp::Sync && name == u"deleted_c.dat.new" ? error : 0;
+        });
+        act(w, u"button %1"_s.arg(frmMain::tbDelete));
+        QCOMPARE(w->ListView1->model()->rowCount(), 1);  // shown before the disk has it
+        if (error) {
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                                 texts::unsaved::NotSaved.arg(texts::unsaved::Move.arg(u"s100"_s),
+                                                              texts::CannotWriteFile.arg(dir->filePath(u"deleted_c.dat"_s), texts::ReasonIoError)));
+        }
+        std::thread later([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+            held.release();
+        });
+        w->close();
+        later.join();
+        SetFileFault({});
+        QVERIFY(!w->isVisible());
+        QFile onDisk(dir->filePath(u"receive_c.dat"_s));
+        QVERIFY(onDisk.open(QIODevice::ReadOnly));
+        QCOMPARE(onDisk.readAll() == before, error != 0);
     }
 
     void pages_data()

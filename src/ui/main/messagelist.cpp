@@ -10,9 +10,10 @@ namespace {
 // opening the message changes.
 bool sameRow(const EmailRec &a, const EmailRec &b)
 {
-    return a.id == b.id && a.from == b.from && a.to == b.to && a.alsoto == b.alsoto
-        && a.subject == b.subject && a.content == b.content && a.datetime == b.datetime
-        && a.attachment == b.attachment;
+    return SameText(a.id, b.id) && SameText(a.from, b.from) && SameText(a.to, b.to)
+        && SameText(a.alsoto, b.alsoto) && SameText(a.subject, b.subject)
+        && SameText(a.content, b.content) && SameText(a.datetime, b.datetime)
+        && SameText(a.attachment, b.attachment);
 }
 }  // namespace
 
