@@ -6,6 +6,7 @@
 #include "windows.h"
 
 #include "store/commit.h"
+#include "store/errors.h"
 #include "ui/common/fonts.h"
 
 #include <QAbstractItemModelTester>
@@ -193,6 +194,38 @@ private slots:
         QCOMPARE(ids(FolderFile::DeletedItems), u"115000"_s);
         store::Forget();
         QCOMPARE(ids(FolderFile::Inbox), now);
+    }
+
+    // A message the compose window holds exists nowhere else: when the disk refuses
+    // it, the window stays open with every word, and the box says why.
+    void composeKeepsItsTextWhenTheDiskFails_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("save as draft") << u"Save"_s << u"draft.dat"_s;
+        QTest::newRow("send") << u"mnuMailSend"_s << u"send_c.dat"_s;
+    }
+    void composeKeepsItsTextWhenTheDiskFails()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, file);
+        putAccounts(*dir, {u"me@x.com"_s});
+        mainOn();
+        const QByteArray before = allFiles(*dir);
+        frmMailEdit::openAs(1, {});
+        frmMailEdit *e = forms::MailEdit();
+        act(e, {type("Text3", u"me@x.com"_s), type("Text5", u"hello"_s), type("Text1", u"first line"_s)});
+        SetFileFault([&](FileOp op, const QString &name) {
+            return op == FileOp::Sync && name == file + u".new" ? ENOSPC : 0;
+        });
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle,
+                             ErrorBoxText(FileError(texts::CannotWriteFile.arg(dir->filePath(file), texts::ReasonDiskFull))));
+        e->findChild<QAction *>(command)->trigger();
+        SetFileFault({});
+        QVERIFY2(boxes->done(), boxes->report());
+        QVERIFY(e->isVisible());
+        QCOMPARE(e->Text5->text() + e->Text1->toPlainText(), u"hellofirst line"_s);
+        QCOMPARE(allFiles(*dir), before);
     }
 
     // Closing waits until the disk has every change, and says so when it cannot.
