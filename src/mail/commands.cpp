@@ -127,7 +127,7 @@ bool MarkRead(const MailRef &ref)
 {
     FolderSet set;
     const int at = LocateMail(set.read(ref.folder), ref);
-    if (at < 0 || set.read(ref.folder).at(at).isnew != u"1")
+    if (at < 0 || !set.read(ref.folder).at(at).isUnread())
         return false;
     set.change(ref.folder)[at].isnew = u"0"_s;
     set.describe(texts::unsaved::MarkRead.arg(subjectOf(ref.shown)));

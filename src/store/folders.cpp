@@ -298,5 +298,5 @@ int CountUnread(int folder)
 int CountUnread(const QList<EmailRec> &mails)
 {
     return int(std::count_if(mails.begin(), mails.end(),
-                             [](const EmailRec &m) { return m.isnew == u"1"; }));
+                             [](const EmailRec &m) { return m.isUnread(); }));
 }

@@ -72,6 +72,10 @@ struct EmailRec
     QString isnew;       // "1" unread, "0" read
     StoredOrigin origin = {};  // none for a message not read from a file
 
+    // Only an isnew of exactly "1" marks a message unread: bold in the
+    // list, counted beside its folder, marked read when opened.
+    bool isUnread() const { return isnew == u"1"; }
+
     // Equal records show the same; where they were read from is not
     // compared.
     friend bool operator==(const EmailRec &a, const EmailRec &b)

@@ -729,7 +729,6 @@ void frmMain::openCompose(qint16 mode)
         ref = previewedMail();
         if (!ref.isSet())
             return;
-        CurrentMailId = TrimSpaces(ref.shown.id);
     }
     frmMailEdit::openAs(mode, ref);
 }
@@ -759,7 +758,6 @@ void frmMain::Delete_Click()
         if (!(forGood ? DeleteForGood(ref) : MoveToDeletedItems(ref)))
             mailGone();
     });
-    SelectedMail = 0;
     // The focus frame goes to the row that took the message's place, so
     // that the keys go on from there.
     const int rows = m_list->rowCount();

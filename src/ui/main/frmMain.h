@@ -73,8 +73,6 @@ public:
     // in memory yet is read off the window's thread: the list stays empty
     // until it is, and the status bar says so.
     void refreshlistview(qint16 folder);
-    // refreshlistview of the folder being shown.
-    void ReloadfrmMain();
     // Recounts the unread mail of the Inbox and Deleted Items and rewrites
     // their node captions and summary rows.
     void ShowUnreadCounts();
@@ -102,16 +100,6 @@ public:
     // The narrowest this window may be with its whole tool bar in view,
     // frame included.
     int narrowestWidth() const;
-
-    // ---- Fields other windows read -------------------------------------
-    qint16 InboxUnread = 0;
-    qint16 DeletedUnread = 0;
-    qint16 CurrentFolder = 0;
-    bool FolderHoldsUnsent = false;
-    qint32 SelectedMail = 0;
-    int MailCount = 0;
-    QString CurrentMailId;
-    MailList Mails;  // the folder the message list shows
 
     // ---- Menu items that act -------------------------------------------
     QAction *AddNewMail = nullptr;
@@ -162,6 +150,16 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    // The unread counts the Inbox and Deleted Items nodes show, kept while
+    // a new count is being made.
+    qint16 InboxUnread = 0;
+    qint16 DeletedUnread = 0;
+    // The folder the message page shows, and whether it opens as holding
+    // unsent mail (recipient columns, a double-click edits again).
+    qint16 CurrentFolder = 0;
+    bool FolderHoldsUnsent = false;
+    MailList Mails;  // the folder the message list shows
+
     void buildMenus();
     void buildToolbar();
     void buildPanes();

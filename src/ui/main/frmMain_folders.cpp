@@ -150,7 +150,6 @@ void frmMain::NodeClick(int index)
         Frame5->hide();
         m_page = Page::Start;
         m_previewed = -1;
-        SelectedMail = 0;
         setPaneHeader(index);
         SetToolbarState(ToolbarState::StartPage);
     } else if (index == Node::LocalFolders) {
@@ -160,7 +159,6 @@ void frmMain::NodeClick(int index)
         Frame5->show();
         m_page = Page::Summary;
         m_previewed = -1;
-        SelectedMail = 0;
         setPaneHeader(index);
         SetToolbarState(ToolbarState::Shown);
         SetToolbarState(ToolbarState::NoSelection);
@@ -283,23 +281,14 @@ void frmMain::ListView2_Click()
     };
     const Target &t = targets[row - 1];
 
-    ListView1->show();
-    ListView2->hide();
     {
         const QScopedValueRollback choosing(m_choosingNode, true);
         TreeView1->setCurrentItem(node(t.node));
     }
-    Frame2->show();
-    m_page = Page::Messages;
     setPaneHeader(t.node);
     CurrentFolder = t.folder;
     FolderHoldsUnsent = t.holdsUnsent;
-    m_forceInboxStyle = false;
-    // Nothing is previewed on a page just entered.
-    showNoMail();
-    SetToolbarState(ToolbarState::Shown);
-    SetToolbarState(ToolbarState::NoSelection);
-    scaffold::guarded([this] { refreshlistview(CurrentFolder); });
+    ShowMessagePage();
 }
 
 void frmMain::SetToolbarState(ToolbarState state)

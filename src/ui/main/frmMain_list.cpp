@@ -37,11 +37,6 @@ bool sameMessage(const EmailRec &a, const EmailRec &b)
 }
 }  // namespace
 
-void frmMain::ReloadfrmMain()
-{
-    refreshlistview(CurrentFolder);
-}
-
 void frmMain::refreshlistview(qint16 folder)
 {
     const MailRef previewed = previewedMail();
@@ -117,7 +112,6 @@ void frmMain::refreshlistview(qint16 folder)
 void frmMain::showMails(int folder, bool inboxStyle, const MailList &mails)
 {
     Mails = mails;
-    MailCount = int(Mails.size());
     const bool afresh = m_list->folder() != folder || m_list->inboxStyle() != inboxStyle;
     m_list->show(folder, inboxStyle, mails);
     // Another folder opens at its top, with nothing chosen; the first row
@@ -155,14 +149,11 @@ void frmMain::ShowMessagePage()
     Frame2->show();
     m_page = Page::Messages;
     m_forceInboxStyle = false;
+    // Nothing is previewed on a page just entered.
     showNoMail();
     stackPreviewLabels();
-    SelectedMail = 0;
     SetToolbarState(ToolbarState::Shown);
     SetToolbarState(ToolbarState::NoSelection);
-    // The server queue is read once more here; nothing uses the result, but
-    // the read belongs to entering a folder.
-    store::ReadAhead(FolderFile::ServerQueue);
     scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 
@@ -201,7 +192,6 @@ void frmMain::previewRow(int row)
     scaffold::guarded([&accounts] { accounts = store::Accounts(); });
 
     m_previewed = row;
-    SelectedMail = row;
     const EmailRec &m = Mails.at(row);
     Text1->setPlainText(ToWidgetText(m.content));
     Text1->selectAll();
@@ -222,8 +212,6 @@ void frmMain::previewRow(int row)
 void frmMain::ListView1_DblClick()
 {
     const MailRef ref = previewedMail();
-    if (SelectedMail >= 0 && SelectedMail < Mails.size())
-        CurrentMailId = TrimSpaces(Mails.at(SelectedMail).id);
     if (!ref.isSet())
         return;
     if (FolderHoldsUnsent)

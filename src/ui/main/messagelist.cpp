@@ -125,7 +125,7 @@ QVariant MessageListModel::data(const QModelIndex &index, int role) const
             return m_attachment;
         return {};
     case Qt::FontRole:
-        if (m_inboxStyle && m.isnew == u"1" && column >= ColPerson && column <= ColTime)
+        if (m_inboxStyle && m.isUnread() && column >= ColPerson && column <= ColTime)
             return m_bold;
         return {};
     default:

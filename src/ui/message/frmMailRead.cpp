@@ -335,7 +335,7 @@ void frmMailRead::resizeEvent(QResizeEvent *event)
 
 void frmMailRead::markRead(int index)
 {
-    if (m_mails.at(index).isnew != u"1")
+    if (!m_mails.at(index).isUnread())
         return;
     // The main window learns of it from the store and redraws the row, the
     // counts and the captions itself.
