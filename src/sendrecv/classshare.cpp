@@ -132,22 +132,7 @@ int readWhole(const QString &path, QByteArray *bytes)
     if (fd < 0)
         return errno;
     bytes->clear();
-    char buffer[16384];
-    int error = 0;
-    for (;;) {
-        const ssize_t n = ::read(fd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0) {
-            error = errno;
-            break;
-        }
-        if (n == 0)
-            break;
-        bytes->append(buffer, n);
-        if (bytes->size() > LargestFile)
-            break;
-    }
+    const int error = ReadToEnd(fd, *bytes, LargestFile);
     ::close(fd);
     return error;
 }

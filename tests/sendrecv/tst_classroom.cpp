@@ -104,39 +104,32 @@ private slots:
         classroom::SetClassDir(QString());
     }
 
+    // Message k has the subject "mk"; late is a machine that starts only in the
+    // second round, added an account machine 3 sets up then.
     void delivery_data()
     {
         QTest::addColumn<PerMachine>("accounts");
-        QTest::addColumn<Sends>("sends");  // message k is subject "mk"
-        QTest::addColumn<int>("late");  // a machine that starts only in the second round; -1 none
-        QTest::addColumn<QString>("added");  // an account machine 2 sets up in the second round
+        QTest::addColumn<Sends>("sends");
         QTest::addColumn<PerMachine>("inboxes");
-        const PerMachine one{{u"a@c.cn"_s}, {u"b@c.cn"_s}, {u"z@c.cn"_s}};
-        QTest::newRow("to a classmate on another machine")
-            << one << Sends{{0, u"b@c.cn"_s}} << -1 << QString() << PerMachine{{}, {u"m0"_s}, {}};
-        QTest::newRow("each way, and a copy to oneself once")
-            << one << Sends{{0, u"b@c.cn;a@c.cn"_s}, {1, u"a@c.cn"_s}} << -1 << QString()
-            << PerMachine{{u"m0"_s, u"m1"_s}, {u"m0"_s}, {}};
-        QTest::newRow("the same address on two machines reaches both")
-            << PerMachine{{u"a@c.cn"_s}, {u"z@c.cn"_s}, {u"z@c.cn"_s}} << Sends{{0, u"z@c.cn"_s}} << -1
-            << QString() << PerMachine{{}, {u"m0"_s}, {u"m0"_s}};
-        QTest::newRow("two accounts on one machine, a copy each")
-            << PerMachine{{u"a@c.cn"_s}, {u"b@c.cn"_s, u"y@c.cn"_s}, {}} << Sends{{0, u"y@c.cn,b@c.cn"_s}}
-            << -1 << QString() << PerMachine{{}, {u"m0"_s, u"m0"_s}, {}};
-        QTest::newRow("two accounts of one address on one machine, a copy each")
-            << PerMachine{{u"a@c.cn"_s}, {u"b@c.cn"_s, u"b@c.cn"_s}, {}} << Sends{{0, u"b@c.cn"_s}} << -1
-            << QString() << PerMachine{{}, {u"m0"_s, u"m0"_s}, {}};
-        QTest::newRow("between two accounts of the sending machine")
-            << PerMachine{{u"a@c.cn"_s, u"y@c.cn"_s}, {}, {}} << Sends{{0, u"y@c.cn"_s}} << -1 << QString()
-            << PerMachine{{u"m0"_s}, {}, {}};
-        QTest::newRow("an address inside a longer one matches")
-            << one << Sends{{0, u"xb@c.cnx"_s}} << -1 << QString() << PerMachine{{}, {u"m0"_s}, {}};
-        QTest::newRow("mail to nobody waits for an account set up later")
-            << one << Sends{{0, u"new@c.cn"_s}, {1, u"new@c.cn"_s}} << -1 << u"new@c.cn"_s
-            << PerMachine{{}, {}, {u"m0"_s, u"m1"_s}};
-        QTest::newRow("a machine that was off gets its mail when it runs")
-            << one << Sends{{0, u"z@c.cn"_s}, {1, u"z@c.cn;a@c.cn"_s}} << 2 << QString()
-            << PerMachine{{u"m1"_s}, {}, {u"m0"_s, u"m1"_s}};
+        QTest::addColumn<int>("late");
+        QTest::addColumn<QString>("added");
+        const auto row = [](const char *name, const PerMachine &accounts, const Sends &sends,
+                            const PerMachine &inboxes, int late = -1, const QString &added = {}) {
+            QTest::newRow(name) << accounts << sends << inboxes << late << added;
+        };
+        const QString a = u"a@c.cn"_s, b = u"b@c.cn"_s, y = u"y@c.cn"_s, z = u"z@c.cn"_s, m0 = u"m0"_s, m1 = u"m1"_s;
+        const PerMachine one{{a}, {b}, {z}};
+        row("to a classmate on another machine", one, {{0, b}}, {{}, {m0}, {}});
+        row("each way, and a copy to oneself once", one, {{0, b + u';' + a}, {1, a}}, {{m0, m1}, {m0}, {}});
+        row("the same address on two machines reaches both", {{a}, {z}, {z}}, {{0, z}}, {{}, {m0}, {m0}});
+        row("two accounts on one machine, a copy each", {{a}, {b, y}, {}}, {{0, y + u',' + b}}, {{}, {m0, m0}, {}});
+        row("two accounts of one address on one machine, a copy each", {{a}, {b, b}, {}}, {{0, b}}, {{}, {m0, m0}, {}});
+        row("between two accounts of the sending machine", {{a, y}, {}, {}}, {{0, y}}, {{m0}, {}, {}});
+        row("an address inside a longer one matches", one, {{0, u"xb@c.cnx"_s}}, {{}, {m0}, {}});
+        row("mail to nobody waits for an account set up later", one, {{0, u"new@c.cn"_s}, {1, u"new@c.cn"_s}},
+            {{}, {}, {m0, m1}}, -1, u"new@c.cn"_s);
+        row("a machine that was off gets its mail when it runs", one, {{0, z}, {1, z + u';' + a}},
+            {{m1}, {}, {m0, m1}}, 2);
     }
 
     // Everyone sends, then everyone runs twice (the second run takes what

@@ -2,7 +2,6 @@
 // reach the commands and what they never touch, refusals, questions,
 // attachments and closing. Where the commands put a message is tst_commands'.
 
-#include "mail/composerules.h"
 #include "windows.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -149,23 +148,6 @@ private slots:
         QCOMPARE(e->Text1->toPlainText(), body);
         QCOMPARE(stored(FolderFile::Drafts).value(0).content, body.left(1022));
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
-    }
-
-    // Cut to fit, a body never ends in half a line break; one that fits
-    // keeps what it ends with.
-    void cutToFit_data()
-    {
-        QTest::addColumn<QString>("body");
-        QTest::addColumn<QString>("kept");
-        QTest::newRow("cut between CR and LF: the CR goes too") << u"b"_s.repeated(2044) + u"\r\n"_s << u"b"_s.repeated(2044);
-        QTest::newRow("fits, ending in a CR") << u"body\r"_s << u"body\r"_s;
-    }
-    void cutToFit()
-    {
-        QFETCH(QString, body);
-        EmailRec m = mail(u"1"_s);
-        m.content = body;
-        QTEST(compose::CutToFit(m).content, "kept");
     }
 
     // A refusal says why, writes nothing and leaves the window as it was.
