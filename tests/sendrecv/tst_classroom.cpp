@@ -32,26 +32,17 @@ using PerMachine = QList<QStringList>;
 // A data folder of its own on a machine of its own name.
 struct Machine
 {
-    QTemporaryDir data;
+    DataDir data;
     QString name;
 
     void use() const { SetAppDir(data.path()), SetMachineName(name); }
-    void accounts(const QStringList &addresses) const
-    {
-        use();
-        FolderSet set;
-        set.changeAccounts().clear();
-        for (const QString &a : addresses)
-            set.changeAccounts().append({a, u"p"_s, u"s"_s, a, u"pw"_s, a});
-        set.commit();
-    }
+    void accounts(const QStringList &addresses) const { putAccounts(data, addresses); }
     // A message from the first account into the Outbox.
     void compose(const QString &to, const QString &subject) const
     {
         use();
-        FolderSet set;
-        AppendMail(set.change(FolderFile::Outbox), mail(u"1"_s, set.accounts().value(0).address, to, subject, true));
-        set.commit();
+        const QString from = store::Accounts().value(0).address;
+        put(data, FolderFile::Outbox, stored(FolderFile::Outbox) << mail(u"1"_s, from, to, subject, true));
     }
     // What the run would tell the user.
     QStringList run() const
