@@ -126,7 +126,8 @@ private slots:
     }
 
     // The folders before and after as Outbox|Sent Items|queue|Inbox, "full" for one of
-    // 101, "=" for no change. Each run goes twice: the second finds nothing more to do,
+    // 101, "=" for no change; each folder as msgs() reads it and look() writes it ("7u@":
+    // message 7, unread, stamped by a step; "5u:ab" before: sent to ab). Each run goes twice: the second finds nothing more to do,
     // so it leaves the folders and reports as the first did.
     void sendAndReceive_data()
     {

@@ -65,23 +65,6 @@ private slots:
         QTEST(int(::cutToCharacters(bytes, bytes.size() - 1).size()), "kept");
     }
 
-    // The store's own encoder gives the converter's bytes, half surrogate
-    // pairs included.
-    void encodesAsTheConverter_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("ASCII, Chinese and a four-byte character of the plane") << u"a中\u00A0"_s;
-        QTest::newRow("beyond the plane") << u"𠀀😀"_s;
-        QTest::newRow("half a pair in the middle") << u"a"_s + QChar(0xD800) + u'b';
-        QTest::newRow("half a pair at the end") << u"a"_s + QChar(0xD800);
-        QTest::newRow("a low half alone") << QChar(0xDC00) + u"a"_s;
-    }
-    void encodesAsTheConverter()
-    {
-        QFETCH(QString, text);
-        QCOMPARE(EncodeGb18030(text), QByteArray(QStringEncoder("GB18030", QStringConverter::Flag::Stateless).encode(text)));
-    }
-
     // What a value becomes in the file: letters lower-cased, control
     // characters dropped, a line break a blank, in a body "\n".
     void writtenValues_data()
