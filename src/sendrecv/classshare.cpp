@@ -79,19 +79,7 @@ int writePart(const QString &dir, const QString &name, const QByteArray &bytes)
     const int fd = ::open(part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (fd < 0)
         return errno;
-    int error = 0;
-    const char *p = bytes.constData();
-    qsizetype left = bytes.size();
-    while (left > 0 && error == 0) {
-        const ssize_t n = ::write(fd, p, size_t(left));
-        if (n < 0) {
-            if (errno != EINTR)
-                error = errno;
-        } else {
-            p += n;
-            left -= n;
-        }
-    }
+    int error = WriteToEnd(fd, bytes);
     if (error == 0 && Syncing() && ::fsync(fd) != 0)
         error = errno;
     if (::close(fd) != 0 && error == 0)

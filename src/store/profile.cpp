@@ -362,6 +362,22 @@ int ReadToEnd(int fd, QByteArray &bytes, qsizetype limit)
     return error;
 }
 
+int WriteToEnd(int fd, QByteArrayView bytes)
+{
+    const char *p = bytes.data();
+    qsizetype left = bytes.size();
+    while (left > 0) {
+        const ssize_t n = ::write(fd, p, size_t(left));
+        if (n < 0 && errno != EINTR)
+            return errno;
+        if (n > 0) {
+            p += n;
+            left -= n;
+        }
+    }
+    return 0;
+}
+
 bool ProfileFile::isBlank() const
 {
     for (char c : m_bytes) {

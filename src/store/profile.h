@@ -167,6 +167,9 @@ KeyLine FindKeyLine(QByteArrayView body, QByteArrayView key);
 // has first, and stops once more than limit bytes have come (limit < 0: no
 // limit). An interrupted read is tried again. 0, or the errno of a failure.
 int ReadToEnd(int fd, QByteArray &bytes, qsizetype limit = -1);
+// Writes all of bytes to an open file, trying an interrupted write again.
+// 0, or the errno of a failure.
+int WriteToEnd(int fd, QByteArrayView bytes);
 
 // Whether bytes hold NUL or another control character no text holds.
 bool HoldsBinary(QByteArrayView bytes);
