@@ -1,6 +1,7 @@
 // The compose window: what each opening fills in, how saving and sending
 // reach the commands and what they never touch, refusals, questions,
-// attachments and closing. Where the commands put a message is tst_commands'.
+// attachments and closing. Where the commands put a message is tst_commands';
+// sending with no account yet, through the wizard, tst_exercisewindow's.
 
 #include "windows.h"
 
@@ -225,21 +226,6 @@ private slots:
         QTEST(held(FolderFile::Drafts), "drafts");
         QTEST(held(FolderFile::SentItems), "sent");
         QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
-    }
-
-    // Sending with no account calls up the wizard; the message leaves from
-    // the account just made.
-    void sendWithNoAccount()
-    {
-        ModalScript script;
-        walkWizard(script);
-        script.start();
-        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
-        act(e, {type(To, u"friend@x.cn"_s), type(Subject, u"hi"_s), trigger("tbSend")});
-        QVERIFY2(script.finished(), script.report());
-        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-        QVERIFY(!e->isVisible());
-        QCOMPARE(stored(FolderFile::SentItems).value(0).from, u"new.office@example.com"_s);
     }
 
     // Text typed and neither sent nor saved is given up only on a Yes, the
