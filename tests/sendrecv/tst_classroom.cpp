@@ -206,13 +206,12 @@ private slots:
         p.start(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
         QVERIFY(p.waitForFinished(30000));
         QCOMPARE(p.exitCode(), 0);
-        QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n');
-        for (QString &line : lines)
-            line = line.simplified();
-        QCOMPARE(lines, (QStringList{u"机器 账号 已发送 已接收 最近收发"_s,
-                                     u"PC-1 a@c.cn 2 0 2024-02-03 04:05"_s,
-                                     u"PC-1 y@c.cn 0 2 2024-02-03 04:05"_s,
-                                     u"PC-2 b@c.cn 0 1 2024-02-03 04:05"_s, QString()}));
+        // Columns two blanks apart, a Chinese character two places wide.
+        QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n'),
+                 (QStringList{u"机器  账号    已发送  已接收  最近收发"_s,
+                              u"PC-1  a@c.cn  2       0       2024-02-03 04:05"_s,
+                              u"PC-1  y@c.cn  0       2       2024-02-03 04:05"_s,
+                              u"PC-2  b@c.cn  0       1       2024-02-03 04:05"_s, QString()}));
     }
 
     void badFiles_data()
@@ -278,6 +277,28 @@ private slots:
         QCOMPARE(QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 2);
         QCOMPARE(a.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
         QCOMPARE(copy.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
+    }
+
+    // A machine's own folder in the class folder: its name made safe for
+    // any file system, then a random part of eight hex digits.
+    void memberNames_data()
+    {
+        QTest::addColumn<QString>("machine");
+        QTest::addColumn<QString>("member");
+        QTest::newRow("letters lower-cased, digits, - _ . kept") << u"PC-09_a.Z"_s << u"pc-09_a.z"_s;
+        QTest::newRow("anything else a _") << u"Zimmer 3/Ä"_s << u"zimmer_3__"_s;
+        QTest::newRow("a name starting with . gets pc before it") << u".x"_s << u"pc.x"_s;
+        QTest::newRow("a name starting with -") << u"-x"_s << u"pc-x"_s;
+        QTest::newRow("no name") << QString() << u"pc"_s;
+        QTest::newRow("at most 32 characters") << u"m"_s.repeated(40) << u"m"_s.repeated(32);
+    }
+    void memberNames()
+    {
+        QFETCH(QString, machine);
+        QFETCH(QString, member);
+        const QString name = classroom::NewMemberName(machine);
+        QCOMPARE(name.chopped(9), member);
+        QVERIFY2(classroom::IsMemberName(name) && !classroom::IsMemberName(member), qPrintable(name));
     }
 
     // The administrator's file, as the README names it.
