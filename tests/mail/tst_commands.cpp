@@ -275,7 +275,8 @@ private slots:
                  "[email]\r\nnumber=1\r\n\r\n[email-1]\r\n" + QByteArray(section).replace("old", "new"));
     }
 
-    void textsBuiltFromTheMessage()
+    // A reply's and a forward's subject and quoted text.
+    void quotedMessage()
     {
         EmailRec q = mail(u"1"_s, u"  lilei@x.com  "_s, u"hanmeimei@x.com  "_s, u"Re:hello  "_s);
         q.alsoto = u"cc@x.com"_s;
@@ -291,7 +292,12 @@ private slots:
                              u"Sent:24-07-09 14:05\r\nSubject:Re:hello\r\n\r\n> line one\r\nline two  "_s;
         QCOMPARE(compose::QuotedBlock(q, true), head + rest);
         QCOMPARE(compose::QuotedBlock(q, false), head + u"  "_s + rest);
+    }
 
+    // The record the window's fields make: lower-cased, the copy line
+    // right-trimmed, stamped now; attachments as the list shows them.
+    void recordFromTheFields()
+    {
         const EmailRec m = compose::BuildRecord(
             u"12345678"_s, {u"Li@Example.COM"_s, u"Han@X.com"_s, u"Cc@X.COM   "_s, u"Test"_s,
                             u"Hello\r\n你好 ABC  "_s, u" a.txt(1.00kb)"_s});

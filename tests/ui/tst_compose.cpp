@@ -275,8 +275,15 @@ private slots:
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         QCOMPARE(e->windowTitle() + e->Text5->text(), t::Caption + u"Re:hello"_s);
         QVERIFY(!e->storedMail().isSet());
-        // New empties the fields and the caption but keeps the sender; text
-        // nobody saved goes only on a Yes.
+    }
+
+    // New empties the fields and the caption but keeps the sender; text
+    // nobody saved goes only on a Yes.
+    void newInTheWindow()
+    {
+        putAccounts(*dir, {u"a@x.com"_s});
+        put(*dir, FolderFile::Inbox, {quotedMail()});
+        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, false);
         act(e, {type(Cc, u"cc"_s), trigger("munNewMail")});
         QCOMPARE(e->Text4->text(), u"cc"_s);
