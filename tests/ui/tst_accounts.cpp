@@ -4,32 +4,27 @@
 #include "ui/accounts/ensuremailbox.h"
 #include "windows.h"
 
-#include <numeric>
-
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
 namespace t = texts::accounts;
 
 namespace {
-// Account k; display and logon names differ.
-MailBoxRec account(int k)
+// Accounts 1..n; display and logon names differ.
+QList<MailBoxRec> accounts(int n)
 {
-    return {u"office %1"_s.arg(k), u"pop%1"_s.arg(k), u"smtp%1"_s.arg(k), u"logon%1"_s.arg(k), u"pw%1"_s.arg(k),
-            u"user%1@x.cn"_s.arg(k)};
+    QList<MailBoxRec> list;
+    for (int k = 1; k <= n; ++k)
+        list.append({u"office %1"_s.arg(k), u"pop%1"_s.arg(k), u"smtp%1"_s.arg(k), u"logon%1"_s.arg(k),
+                     u"pw%1"_s.arg(k), u"user%1@x.cn"_s.arg(k)});
+    return list;
 }
-// The accounts of the given numbers, in that order, or accounts 1..n.
+// The accounts of the given numbers, in that order.
 QList<MailBoxRec> accounts(const QList<int> &numbers)
 {
     QList<MailBoxRec> list;
     for (int k : numbers)
-        list.append(account(k));
+        list.append(accounts(k).last());
     return list;
-}
-QList<MailBoxRec> accounts(int n)
-{
-    QList<int> numbers(n);
-    std::iota(numbers.begin(), numbers.end(), 1);
-    return accounts(numbers);
 }
 // The account the wizard walk of windows.cpp sets up, stored in lower case.
 const MailBoxRec walked{u"new office"_s, u"pop.example.com"_s, u"smtp.example.com"_s,
