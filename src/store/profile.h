@@ -132,7 +132,7 @@ private:
 
 // Builds a data file line by line: GB18030 text, CR LF line ends. The
 // bytes go to the disk through a FileCommit. Values are written lower-cased
-// (ASCII letters only): a data file holds no capitals.
+// (ASCII letters only): the program writes no capital into a data file.
 class ProfileWriter
 {
 public:
