@@ -260,6 +260,22 @@ private slots:
         QCOMPARE(b.inbox(), triedAgain ? (QStringList{u"first"_s, u"second"_s}) : QStringList{u"second"_s});
     }
 
+    // This machine's own folder gone, a file in its place, after it sent
+    // mail there: the class folder is taken for away, never written into.
+    void ownFolderReplacedByAFile()
+    {
+        const Machine &a = *machines[0];
+        a.accounts({u"a@c.cn"_s});
+        a.compose(u"a@c.cn"_s, u"m0"_s);
+        QCOMPARE(a.run(), QStringList());
+        const QString own = classDir() + u'/' + QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).value(0);
+        QFile file(own);
+        QVERIFY(QDir(own).removeRecursively() && file.open(QIODevice::WriteOnly));
+        a.compose(u"a@c.cn"_s, u"m1"_s);
+        QCOMPARE(a.run(), QStringList{texts::classroom::ShareAway.arg(classDir(), texts::classroom::FolderMissing)});
+        QVERIFY(QFileInfo(own).isFile());
+    }
+
     // A full Inbox takes nothing more: the user hears of it, and the mail
     // waits in the class folder until there is room.
     void aFullInboxWaits()
