@@ -79,19 +79,7 @@ int writePart(const QString &dir, const QString &name, const QByteArray &bytes)
     const int fd = ::open(part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (fd < 0)
         return errno;
-    int error = 0;
-    const char *p = bytes.constData();
-    qsizetype left = bytes.size();
-    while (left > 0 && error == 0) {
-        const ssize_t n = ::write(fd, p, size_t(left));
-        if (n < 0) {
-            if (errno != EINTR)
-                error = errno;
-        } else {
-            p += n;
-            left -= n;
-        }
-    }
+    int error = WriteToEnd(fd, bytes);
     if (error == 0 && Syncing() && ::fsync(fd) != 0)
         error = errno;
     if (::close(fd) != 0 && error == 0)
@@ -132,22 +120,7 @@ int readWhole(const QString &path, QByteArray *bytes)
     if (fd < 0)
         return errno;
     bytes->clear();
-    char buffer[16384];
-    int error = 0;
-    for (;;) {
-        const ssize_t n = ::read(fd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0) {
-            error = errno;
-            break;
-        }
-        if (n == 0)
-            break;
-        bytes->append(buffer, n);
-        if (bytes->size() > LargestFile)
-            break;
-    }
+    const int error = ReadToEnd(fd, *bytes, LargestFile);
     ::close(fd);
     return error;
 }

@@ -332,27 +332,50 @@ ProfileFile ProfileFile::load(const QString &path)
         error = InjectedFault(FileOp::Read, native);
     if (error == 0) {
         bytes.resize(qsizetype(st.st_size));
-        qsizetype got = 0;
-        for (;;) {
-            if (got == bytes.size())
-                bytes.resize(got + 64 * 1024);  // the file grew meanwhile
-            const ssize_t n = ::read(fd, bytes.data() + got, size_t(bytes.size() - got));
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n < 0) {
-                error = errno;
-                break;
-            }
-            if (n == 0)
-                break;
-            got += n;
-        }
-        bytes.truncate(got);
+        error = ReadToEnd(fd, bytes);
     }
     ::close(fd);
     if (error != 0)
         throw failure(error);
     return parse(std::move(bytes));
+}
+
+int ReadToEnd(int fd, QByteArray &bytes, qsizetype limit)
+{
+    qsizetype got = 0;
+    int error = 0;
+    while (limit < 0 || got <= limit) {
+        if (got == bytes.size())
+            bytes.resize(got + 64 * 1024);  // the file grew meanwhile, or its size is unknown
+        const ssize_t n = ::read(fd, bytes.data() + got, size_t(bytes.size() - got));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0) {
+            error = errno;
+            break;
+        }
+        if (n == 0)
+            break;
+        got += n;
+    }
+    bytes.truncate(got);
+    return error;
+}
+
+int WriteToEnd(int fd, QByteArrayView bytes)
+{
+    const char *p = bytes.data();
+    qsizetype left = bytes.size();
+    while (left > 0) {
+        const ssize_t n = ::write(fd, p, size_t(left));
+        if (n < 0 && errno != EINTR)
+            return errno;
+        if (n > 0) {
+            p += n;
+            left -= n;
+        }
+    }
+    return 0;
 }
 
 bool ProfileFile::isBlank() const

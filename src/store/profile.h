@@ -132,7 +132,7 @@ private:
 
 // Builds a data file line by line: GB18030 text, CR LF line ends. The
 // bytes go to the disk through a FileCommit. Values are written lower-cased
-// (ASCII letters only), as the files have always held them.
+// (ASCII letters only): the program writes no capital into a data file.
 class ProfileWriter
 {
 public:
@@ -162,6 +162,14 @@ struct KeyLine
     qsizetype next = -1;
 };
 KeyLine FindKeyLine(QByteArrayView body, QByteArrayView key);
+
+// Reads an open file to its end into bytes, filling the room bytes already
+// has first, and stops once more than limit bytes have come (limit < 0: no
+// limit). An interrupted read is tried again. 0, or the errno of a failure.
+int ReadToEnd(int fd, QByteArray &bytes, qsizetype limit = -1);
+// Writes all of bytes to an open file, trying an interrupted write again.
+// 0, or the errno of a failure.
+int WriteToEnd(int fd, QByteArrayView bytes);
 
 // Whether bytes hold NUL or another control character no text holds.
 bool HoldsBinary(QByteArrayView bytes);

@@ -7,7 +7,8 @@
 // Lower-cases A..Z only; every other character, Chinese included, stays.
 QString LowerAscii(const QString &text);
 
-// Removes trailing spaces (only spaces, as the store always has).
+// Removes trailing spaces, and only spaces: a tab or a line break at the
+// end is part of the value.
 QString RightTrim(const QString &text);
 QStringView RightTrimmed(QStringView text);  // the same, without a copy
 // Removes spaces at both ends, and only spaces: a tab or a line break is

@@ -110,6 +110,16 @@ private slots:
         QVERIFY(!start());
     }
 
+    // A lock of this machine's name whose process does not run here comes
+    // from another machine of the same name.
+    void sameNameElsewhere()
+    {
+        SetMachineName(u"pc-02"_s);
+        dir->writeBytes(QString::fromLatin1(LockFileName), "2147483646\nquillpost\npc-02\n");
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::HeldElsewhere.arg(folder(), u"pc-02"_s));
+        QVERIFY(!start());
+    }
+
     void anotherMachinesLock_data()
     {
         QTest::addColumn<int>("minutesOld");  // since it was renewed; -1: a lock no one can read

@@ -59,19 +59,20 @@ private slots:
 
     void validates_data()
     {
-        QTest::addColumn<QString>("command");  // the file checked last, below usr/share
-        QTest::newRow("menu entry") << u"desktop-file-validate applications/%1.desktop"_s;
-        QTest::newRow("metainfo") << u"appstreamcli validate --no-net metainfo/%1.metainfo.xml"_s;
+        QTest::addColumn<QStringList>("command");  // the validator and its options
+        QTest::addColumn<QString>("file");  // checked last, below usr/share
+        QTest::newRow("menu entry") << QStringList{u"desktop-file-validate"_s} << u"applications/%1.desktop"_s;
+        QTest::newRow("metainfo") << QStringList{u"appstreamcli"_s, u"validate"_s, u"--no-net"_s}
+                                  << u"metainfo/%1.metainfo.xml"_s;
     }
     void validates()
     {
-        QFETCH(QString, command);
-        QStringList args = command.arg(AppId).split(u' ');
-        args.last() = usr(u"share/"_s + args.last());
-        const QString tool = QStandardPaths::findExecutable(args.takeFirst());
+        QFETCH(QStringList, command);
+        QFETCH(QString, file);
+        const QString tool = QStandardPaths::findExecutable(command.takeFirst());
         if (tool.isEmpty())
             QSKIP("validator not installed (scripts/install-deps adds it)");
-        const Run r = run(tool, args);
+        const Run r = run(tool, command << usr(u"share/"_s + file.arg(AppId)));
         QVERIFY2(r.exitCode == 0, qPrintable(r.out + r.err));
     }
 
@@ -80,32 +81,32 @@ private slots:
     // prints the folder the store then uses instead of opening the main window.
     void says_data()
     {
-        QTest::addColumn<QString>("command");  // "built" runs the build tree's program
-        QTest::addColumn<QString>("out");  // parts of standard output and error, "~" the home
+        QTest::addColumn<bool>("built");  // the build tree's program, else the installed one
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("out");  // parts of standard output and error; "~" the home
         QTest::addColumn<QString>("err");
-        const auto row = [](const QString &command, const QString &out, const QString &err = {}) {
-            QTest::newRow(qPrintable(command)) << command << out << err;
+        const auto row = [](const char *name, bool built, const QString &args, const QString &out,
+                            const QString &err = {}) {
+            QTest::newRow(name) << built << args.split(u' ') << out << err;
         };
-        row(u"--help"_s, u"选项："_s);
-        row(u"-v"_s, u"Quillpost Express " APP_VERSION "\n"_s);
-        row(u"--frobnicate"_s, {}, u"未知的选项“frobnicate”"_s);
-        row(u"mail.eml"_s, {}, u"多余的参数：mail.eml"_s);
-        row(u"--print-data-dir"_s, u"~/.local/share/quillpost-express\n"_s);
-        row(u"built --print-data-dir"_s, QFileInfo(Built).absolutePath() + u'\n');
+        row("help", false, u"--help"_s, u"选项："_s);
+        row("version", false, u"-v"_s, u"Quillpost Express " APP_VERSION "\n"_s);
+        row("an unknown option", false, u"--frobnicate"_s, {}, u"未知的选项“frobnicate”"_s);
+        row("an argument too many", false, u"mail.eml"_s, {}, u"多余的参数：mail.eml"_s);
+        row("installed: the per-user data folder", false, u"--print-data-dir"_s, u"~/.local/share/quillpost-express\n"_s);
+        row("built: the folder beside it", true, u"--print-data-dir"_s, QFileInfo(Built).absolutePath() + u'\n');
         // Not even root can make a folder in /proc: the folder is kept, read-only, and named.
-        row(u"--print-data-dir --data-dir /proc/quillpost"_s, u"/proc/quillpost\n"_s,
-            u"无法写入数据文件夹“/proc/quillpost”"_s);
+        row("a folder that cannot be made", false, u"--print-data-dir --data-dir /proc/quillpost"_s,
+            u"/proc/quillpost\n"_s, u"无法写入数据文件夹“/proc/quillpost”"_s);
     }
     void says()
     {
-        QFETCH(QString, command);
+        QFETCH(bool, built);
+        QFETCH(QStringList, args);
         QFETCH(QString, out);
         QFETCH(QString, err);
         QTemporaryDir home;
-        QStringList args = command.split(u' ');
-        const QString program = args.first() == u"built" ? Built : usr(u"bin/quillpost"_s);
-        args.removeAll(u"built"_s);
-        const Run r = run(program, args, {{u"HOME"_s, home.path()}});
+        const Run r = run(built ? Built : usr(u"bin/quillpost"_s), args, {{u"HOME"_s, home.path()}});
         QCOMPARE(r.exitCode, out.isEmpty() ? 2 : 0);  // a usage error prints to stderr only
         QVERIFY2(r.out.contains(out.replace(u'~', home.path())) && r.err.contains(err),
                  qPrintable(r.out + r.err));

@@ -46,8 +46,10 @@ Mails msgs(const QString &looks)
     return out;
 }
 
-const QStringList FolderNames{u"Inbox"_s, u"Outbox"_s, u"Sent"_s, u"Deleted"_s, u"Drafts"_s};
+enum Command { Move, Read, ForGood, Save, Send, SendLater };
 }  // namespace
+
+Q_DECLARE_METATYPE(Command)
 
 class tst_commands : public QObject
 {
@@ -58,7 +60,7 @@ private slots:
     void cleanup() { SetClock({}); }
 
     // With the accounts x@y, then bob@a.cn, the last decides the To line in the Inbox:
-    // bob@a.cn when the message reaches it, else To, as it always is elsewhere.
+    // bob@a.cn when the message reaches it, else To, which every other folder shows.
     void addressRules_data()
     {
         QTest::addColumn<QString>("to");
@@ -124,7 +126,8 @@ private slots:
     }
 
     // The folders before and after as Outbox|Sent Items|queue|Inbox, "full" for one of
-    // 101, "=" for no change. Each run goes twice: the second finds nothing more to do,
+    // 101, "=" for no change; each folder as msgs() reads it and look() writes it ("7u@":
+    // message 7, unread, stamped by a step; "5u:ab" before: sent to ab). Each run goes twice: the second finds nothing more to do,
     // so it leaves the folders and reports as the first did.
     void sendAndReceive_data()
     {
@@ -176,61 +179,72 @@ private slots:
     }
 
     // A command acts on the record shown at a position, a compose command on the window's
-    // message stored there ("-": not stored yet). result: it acted; for save, a draft was made.
+    // message stored there (folder -1: not stored yet). The Inbox holds 1 (unread), 2, 2
+    // again unread (a copy) and 3; Drafts 40 41, the Outbox 50 51, Deleted Items 9. After:
+    // Inbox|Drafts|Outbox|Deleted Items as look() writes them, "=" for one unchanged.
+    // result: the command acted; for a save, a draft was made.
     void commands_data()
     {
-        QTest::addColumn<QString>("command");  // command folder position shown
+        QTest::addColumn<Command>("command");
+        QTest::addColumn<int>("folder");
+        QTest::addColumn<int>("position");
+        QTest::addColumn<QString>("shown");
         QTest::addColumn<bool>("result");
-        QTest::addColumn<QString>("after");  // Inbox|Drafts|Outbox|Deleted Items, "=" unchanged
-        const auto row = [](const char *name, const char *command, bool result, const char *after) {
-            QTest::newRow(name) << QString::fromUtf8(command) << result << QString::fromUtf8(after);
+        QTest::addColumn<QString>("after");
+        const auto row = [](const char *name, Command c, int folder, int position, const char *shown,
+                            bool result, const char *after) {
+            QTest::newRow(name) << c << folder << position << QString::fromUtf8(shown) << result
+                                << QString::fromUtf8(after);
         };
-        row("move: the one shown goes last to Deleted", "move Inbox 0 1u", true, "2 2u 3|=|=|9 1u");
-        row("move: of two copies the one shown", "move Inbox 2 2u", true, "1u 2 3|=|=|9 2u");
-        row("move: found where it went meanwhile", "move Inbox 3 2", true, "1u 2u 3|=|=|9 2");
-        row("move: found at the top", "move Inbox 2 1u", true, "2 2u 3|=|=|9 1u");
-        row("move: one gone meanwhile moves nothing", "move Inbox 0 5", false, "=|=|=|=");
-        row("mark read: the copy shown only", "read Inbox 2 2u", true, "1u 2 2 3|=|=|=");
-        row("mark read: a read one writes nothing", "read Inbox 1 2", false, "=|=|=|=");
-        row("delete for good: the one shown only", "forgood Deleted 0 9", true, "=|=|=|");
-        row("delete for good: one gone, nothing goes", "forgood Deleted 0 5", false, "=|=|=|=");
-        row("save, nothing stored: a new draft", "save - 0", true, "=|40 41 new*|=|=");
-        row("save a draft again: in place, same id", "save Drafts 1 41", false, "=|40 41*|=|=");
-        row("save a draft that moved: found by id", "save Drafts 1 40", false, "=|40* 41|=|=");
-        row("save a draft deleted meanwhile: again", "save Drafts 1 45", true, "=|40 41 45*|=|=");
-        row("save an Outbox message: in place", "save Outbox 1 51", false, "=|=|50 51*|=");
-        row("send, nothing stored: to the Outbox", "send - 0", false, "=|=|50 51 new*|=");
-        row("send a draft: it moves with its id", "send Drafts 1 41", false, "=|40|50 51 41*|=");
-        row("send a draft gone meanwhile: new id", "send Drafts 1 45", false, "=|=|50 51 new*|=");
-        row("send an Outbox message: in place", "send Outbox 0 50", false, "=|=|50* 51|=");
-        row("send from Deleted Items: a copy", "send Deleted 0 9", false, "=|=|50 51 new*|=");
-        row("send later from Deleted Items: moves", "later Deleted 0 9", false, "=|=|50 51 9*|");
+        const int unstored = -1;
+        row("move: the one shown goes last to Deleted", Move, Inbox, 0, "1u", true, "2 2u 3|=|=|9 1u");
+        row("move: of two copies the one shown", Move, Inbox, 2, "2u", true, "1u 2 3|=|=|9 2u");
+        row("move: found where it went meanwhile", Move, Inbox, 3, "2", true, "1u 2u 3|=|=|9 2");
+        row("move: found at the top", Move, Inbox, 2, "1u", true, "2 2u 3|=|=|9 1u");
+        row("move: one gone meanwhile moves nothing", Move, Inbox, 0, "5", false, "=|=|=|=");
+        row("mark read: the copy shown only", Read, Inbox, 2, "2u", true, "1u 2 2 3|=|=|=");
+        row("mark read: a read one writes nothing", Read, Inbox, 1, "2", false, "=|=|=|=");
+        row("delete for good: the one shown only", ForGood, DeletedItems, 0, "9", true, "=|=|=|");
+        row("delete for good: one gone, nothing goes", ForGood, DeletedItems, 0, "5", false, "=|=|=|=");
+        row("save, nothing stored: a new draft", Save, unstored, 0, "", true, "=|40 41 new*|=|=");
+        row("save a draft again: in place, same id", Save, Drafts, 1, "41", false, "=|40 41*|=|=");
+        row("save a draft that moved: found by id", Save, Drafts, 1, "40", false, "=|40* 41|=|=");
+        row("save a draft deleted meanwhile: again", Save, Drafts, 1, "45", true, "=|40 41 45*|=|=");
+        row("save an Outbox message: in place", Save, Outbox, 1, "51", false, "=|=|50 51*|=");
+        row("send, nothing stored: to the Outbox", Send, unstored, 0, "", false, "=|=|50 51 new*|=");
+        row("send a draft: it moves with its id", Send, Drafts, 1, "41", false, "=|40|50 51 41*|=");
+        row("send a draft gone meanwhile: new id", Send, Drafts, 1, "45", false, "=|=|50 51 new*|=");
+        row("send an Outbox message: in place", Send, Outbox, 0, "50", false, "=|=|50* 51|=");
+        row("send from Deleted Items: a copy", Send, DeletedItems, 0, "9", false, "=|=|50 51 new*|=");
+        row("send later from Deleted Items: moves", SendLater, DeletedItems, 0, "9", false, "=|=|50 51 9*|");
     }
     void commands()
     {
-        QFETCH(QString, command);
-        const QStringList c = command.split(u' ');
-        const int folder = FolderNames.indexOf(c[1]), index = c[2].toInt();
-        // The Inbox holds 1 (unread), 2, 2 again unread (a copy) and 3.
+        QFETCH(Command, command);
+        QFETCH(int, folder);
+        QFETCH(int, position);
+        QFETCH(QString, shown);
         const int folders[] = {Inbox, Drafts, Outbox, DeletedItems};
         const QStringList start{u"1u 2 2u 3"_s, u"40 41"_s, u"50 51"_s, u"9"_s};
         DataDir dir;
         for (int i = 0; i < 4; ++i)
             put(dir, folders[i], msgs(start[i]));
-        const MailRef ref{folder, index, msgs(c.value(3)).value(0)};
-        const StoredMail own = folder < 0 ? StoredMail() : StoredMail{folder, ref.shown.id, index, ref.shown};
+        const MailRef ref{folder, position, msgs(shown).value(0)};
+        const StoredMail own = folder < 0 ? StoredMail() : StoredMail{folder, ref.shown.id, position, ref.shown};
         const EmailRec written = mail(QString(), Me, You, u"written"_s);
 
         bool result = false;
-        if (c[0] == u"save") {
+        switch (command) {
+        case Move: result = MoveToDeletedItems(ref); break;
+        case Read: result = MarkRead(ref); break;
+        case ForGood: result = DeleteForGood(ref); break;
+        case Save: {
             const StoredMail now = SaveDraft(written, own, &result);
             QCOMPARE(stored(now.folder).value(now.index).id, now.id);
-        } else if (c[0] == u"send" || c[0] == u"later") {
-            (c[0] == u"send" ? StoreForSend : StoreForSendLater)(written, own);
-        } else {
-            result = (c[0] == u"move"   ? MoveToDeletedItems
-                      : c[0] == u"read" ? MarkRead
-                                        : DeleteForGood)(ref);
+            break;
+        }
+        case Send: StoreForSend(written, own); break;
+        case SendLater: StoreForSendLater(written, own); break;
         }
         QTEST(result, "result");
         QStringList after;
@@ -257,7 +271,8 @@ private slots:
                  "[email]\r\nnumber=1\r\n\r\n[email-1]\r\n" + QByteArray(section).replace("old", "new"));
     }
 
-    void textsBuiltFromTheMessage()
+    // A reply's and a forward's subject and quoted text.
+    void quotedMessage()
     {
         EmailRec q = mail(u"1"_s, u"  lilei@x.com  "_s, u"hanmeimei@x.com  "_s, u"Re:hello  "_s);
         q.alsoto = u"cc@x.com"_s;
@@ -273,7 +288,12 @@ private slots:
                              u"Sent:24-07-09 14:05\r\nSubject:Re:hello\r\n\r\n> line one\r\nline two  "_s;
         QCOMPARE(compose::QuotedBlock(q, true), head + rest);
         QCOMPARE(compose::QuotedBlock(q, false), head + u"  "_s + rest);
+    }
 
+    // The record the window's fields make: lower-cased, the copy line
+    // right-trimmed, stamped now; attachments as the list shows them.
+    void recordFromTheFields()
+    {
         const EmailRec m = compose::BuildRecord(
             u"12345678"_s, {u"Li@Example.COM"_s, u"Han@X.com"_s, u"Cc@X.COM   "_s, u"Test"_s,
                             u"Hello\r\n你好 ABC  "_s, u" a.txt(1.00kb)"_s});
@@ -304,19 +324,25 @@ private slots:
         QTEST(compose::AttachmentPieces(field).join(u'|'), "shown");
     }
 
-    // A field longer than the file keeps, as field:bytes:limit:kept; what is
-    // cut to fit reads back whole.
+    // A field longer than the file keeps, as field:bytes:limit:kept, and the body's
+    // characters the cut to fit keeps, never half a line break; what is cut reads
+    // back whole.
     void tooLongForTheFile_data()
     {
         QTest::addColumn<QString>("subject");
         QTest::addColumn<QString>("body");
         QTest::addColumn<QString>("overflows");
-        QTest::newRow("fits exactly") << QString(127, u'中') + u'x' << QString(2045, u'b') << none;
-        QTest::newRow("a body of 2046") << u"s"_s << QString(2046, u'b') << u"4:2046:2045:2045"_s;
-        QTest::newRow("whole characters") << u"s"_s << QString(1023, u'中') << u"4:2046:2045:1022"_s;
+        QTest::addColumn<int>("bodyKept");
+        const QString b = u"b"_s;
+        QTest::newRow("fits exactly") << QString(127, u'中') + u'x' << b.repeated(2045) << none << 2045;
+        QTest::newRow("a body of 2046") << u"s"_s << b.repeated(2046) << u"4:2046:2045:2045"_s << 2045;
+        QTest::newRow("whole characters") << u"s"_s << QString(1023, u'中') << u"4:2046:2045:1022"_s << 1022;
         QTest::newRow("line breaks count two bytes, trailing blanks of a subject none")
-            << QString(255, u'S') + u"   "_s << u"\r\n"_s.repeated(1023) << u"4:2046:2045:2044"_s;
-        QTest::newRow("256-byte subject") << QString(128, u'中') << u"b"_s << u"3:256:255:127"_s;
+            << QString(255, u'S') + u"   "_s << u"\r\n"_s.repeated(1023) << u"4:2046:2045:2044"_s << 2044;
+        QTest::newRow("256-byte subject") << QString(128, u'中') << b << u"3:256:255:127"_s << 1;
+        QTest::newRow("cut between CR and LF: the CR goes too") << u"s"_s << b.repeated(2044) + u"\r\n"_s
+                                                                << u"4:2046:2045:2044"_s << 2044;
+        QTest::newRow("fits, ending in a CR") << u"s"_s << u"body\r"_s << none << 5;
     }
     void tooLongForTheFile()
     {
@@ -330,9 +356,13 @@ private slots:
         QTEST(found.join(u' '), "overflows");
         DataDir dir;
         const EmailRec fitted = compose::CutToFit(m);
+        QTEST(int(fitted.content.size()), "bodyKept");
+        QVERIFY(body.startsWith(fitted.content));
         put(dir, FolderFile::Drafts, {fitted});
         const EmailRec read = stored(FolderFile::Drafts).value(0);
-        QCOMPARE(read.subject + u'|' + read.content, fitted.subject + u'|' + fitted.content);
+        // The file holds every line break as CR LF.
+        QCOMPARE(read.subject + u'|' + read.content,
+                 fitted.subject + u'|' + QString(fitted.content).replace(u"\r\n"_s, u"\r"_s).replace(u'\r', u"\r\n"_s));
     }
 };
 

@@ -34,7 +34,7 @@ const QStringList recipients{u"a@c.cn"_s, u"b@c.cn"_s,  u"c@c.cn"_s,      u"z@c.
 // Each machine writes at most this many messages, so that no Inbox fills.
 constexpr int Budget = 25;
 
-void use(const QTemporaryDir &data, int machine)
+void use(const DataDir &data, int machine)
 {
     SetAppDir(data.path());
     SetMachineName(u"PC-%1"_s.arg(machine + 1));
@@ -42,7 +42,7 @@ void use(const QTemporaryDir &data, int machine)
 
 // The child's loop: now and then a message into the Outbox, then a run in
 // any mode, then a short pause.
-[[noreturn]] void machineLoop(const QTemporaryDir &data, int machine, double writeChance)
+[[noreturn]] void machineLoop(const DataDir &data, int machine, double writeChance)
 {
     use(data, machine);
     QRandomGenerator random(quint32(::getpid()));
@@ -74,15 +74,10 @@ private slots:
     void everyMessageOnceAfterKills()
     {
         QTemporaryDir share;
-        QTemporaryDir data[3];
+        DataDir data[3];
         classroom::SetClassDir(share.path());
-        for (int i = 0; i < 3; ++i) {
-            use(data[i], i);
-            FolderSet set;
-            for (const QString &a : accounts[i])
-                set.changeAccounts().append({a, u"p"_s, u"s"_s, a, u"pw"_s, a});
-            set.commit();
-        }
+        for (int i = 0; i < 3; ++i)
+            putAccounts(data[i], accounts[i]);
 
         // A run's length on this disk now, so that kills fall anywhere in it
         // (bounded, for a disk that others keep busy).

@@ -32,26 +32,17 @@ using PerMachine = QList<QStringList>;
 // A data folder of its own on a machine of its own name.
 struct Machine
 {
-    QTemporaryDir data;
+    DataDir data;
     QString name;
 
     void use() const { SetAppDir(data.path()), SetMachineName(name); }
-    void accounts(const QStringList &addresses) const
-    {
-        use();
-        FolderSet set;
-        set.changeAccounts().clear();
-        for (const QString &a : addresses)
-            set.changeAccounts().append({a, u"p"_s, u"s"_s, a, u"pw"_s, a});
-        set.commit();
-    }
+    void accounts(const QStringList &addresses) const { putAccounts(data, addresses); }
     // A message from the first account into the Outbox.
     void compose(const QString &to, const QString &subject) const
     {
         use();
-        FolderSet set;
-        AppendMail(set.change(FolderFile::Outbox), mail(u"1"_s, set.accounts().value(0).address, to, subject, true));
-        set.commit();
+        const QString from = store::Accounts().value(0).address;
+        put(data, FolderFile::Outbox, stored(FolderFile::Outbox) << mail(u"1"_s, from, to, subject, true));
     }
     // What the run would tell the user.
     QStringList run() const
@@ -104,39 +95,32 @@ private slots:
         classroom::SetClassDir(QString());
     }
 
+    // Message k has the subject "mk"; late is a machine that starts only in the
+    // second round, added an account machine 3 sets up then.
     void delivery_data()
     {
         QTest::addColumn<PerMachine>("accounts");
-        QTest::addColumn<Sends>("sends");  // message k is subject "mk"
-        QTest::addColumn<int>("late");  // a machine that starts only in the second round; -1 none
-        QTest::addColumn<QString>("added");  // an account machine 2 sets up in the second round
+        QTest::addColumn<Sends>("sends");
         QTest::addColumn<PerMachine>("inboxes");
-        const PerMachine one{{u"a@c.cn"_s}, {u"b@c.cn"_s}, {u"z@c.cn"_s}};
-        QTest::newRow("to a classmate on another machine")
-            << one << Sends{{0, u"b@c.cn"_s}} << -1 << QString() << PerMachine{{}, {u"m0"_s}, {}};
-        QTest::newRow("each way, and a copy to oneself once")
-            << one << Sends{{0, u"b@c.cn;a@c.cn"_s}, {1, u"a@c.cn"_s}} << -1 << QString()
-            << PerMachine{{u"m0"_s, u"m1"_s}, {u"m0"_s}, {}};
-        QTest::newRow("the same address on two machines reaches both")
-            << PerMachine{{u"a@c.cn"_s}, {u"z@c.cn"_s}, {u"z@c.cn"_s}} << Sends{{0, u"z@c.cn"_s}} << -1
-            << QString() << PerMachine{{}, {u"m0"_s}, {u"m0"_s}};
-        QTest::newRow("two accounts on one machine, a copy each")
-            << PerMachine{{u"a@c.cn"_s}, {u"b@c.cn"_s, u"y@c.cn"_s}, {}} << Sends{{0, u"y@c.cn,b@c.cn"_s}}
-            << -1 << QString() << PerMachine{{}, {u"m0"_s, u"m0"_s}, {}};
-        QTest::newRow("two accounts of one address on one machine, a copy each")
-            << PerMachine{{u"a@c.cn"_s}, {u"b@c.cn"_s, u"b@c.cn"_s}, {}} << Sends{{0, u"b@c.cn"_s}} << -1
-            << QString() << PerMachine{{}, {u"m0"_s, u"m0"_s}, {}};
-        QTest::newRow("between two accounts of the sending machine")
-            << PerMachine{{u"a@c.cn"_s, u"y@c.cn"_s}, {}, {}} << Sends{{0, u"y@c.cn"_s}} << -1 << QString()
-            << PerMachine{{u"m0"_s}, {}, {}};
-        QTest::newRow("an address inside a longer one matches")
-            << one << Sends{{0, u"xb@c.cnx"_s}} << -1 << QString() << PerMachine{{}, {u"m0"_s}, {}};
-        QTest::newRow("mail to nobody waits for an account set up later")
-            << one << Sends{{0, u"new@c.cn"_s}, {1, u"new@c.cn"_s}} << -1 << u"new@c.cn"_s
-            << PerMachine{{}, {}, {u"m0"_s, u"m1"_s}};
-        QTest::newRow("a machine that was off gets its mail when it runs")
-            << one << Sends{{0, u"z@c.cn"_s}, {1, u"z@c.cn;a@c.cn"_s}} << 2 << QString()
-            << PerMachine{{u"m1"_s}, {}, {u"m0"_s, u"m1"_s}};
+        QTest::addColumn<int>("late");
+        QTest::addColumn<QString>("added");
+        const auto row = [](const char *name, const PerMachine &accounts, const Sends &sends,
+                            const PerMachine &inboxes, int late = -1, const QString &added = {}) {
+            QTest::newRow(name) << accounts << sends << inboxes << late << added;
+        };
+        const QString a = u"a@c.cn"_s, b = u"b@c.cn"_s, y = u"y@c.cn"_s, z = u"z@c.cn"_s, m0 = u"m0"_s, m1 = u"m1"_s;
+        const PerMachine one{{a}, {b}, {z}};
+        row("to a classmate on another machine", one, {{0, b}}, {{}, {m0}, {}});
+        row("each way, and a copy to oneself once", one, {{0, b + u';' + a}, {1, a}}, {{m0, m1}, {m0}, {}});
+        row("the same address on two machines reaches both", {{a}, {z}, {z}}, {{0, z}}, {{}, {m0}, {m0}});
+        row("two accounts on one machine, a copy each", {{a}, {b, y}, {}}, {{0, y + u',' + b}}, {{}, {m0, m0}, {}});
+        row("two accounts of one address on one machine, a copy each", {{a}, {b, b}, {}}, {{0, b}}, {{}, {m0, m0}, {}});
+        row("between two accounts of the sending machine", {{a, y}, {}, {}}, {{0, y}}, {{m0}, {}, {}});
+        row("an address inside a longer one matches", one, {{0, u"xb@c.cnx"_s}}, {{}, {m0}, {}});
+        row("mail to nobody waits for an account set up later", one, {{0, u"new@c.cn"_s}, {1, u"new@c.cn"_s}},
+            {{}, {}, {m0, m1}}, -1, u"new@c.cn"_s);
+        row("a machine that was off gets its mail when it runs", one, {{0, z}, {1, z + u';' + a}},
+            {{m1}, {}, {m0, m1}}, 2);
     }
 
     // Everyone sends, then everyone runs twice (the second run takes what
@@ -222,13 +206,12 @@ private slots:
         p.start(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
         QVERIFY(p.waitForFinished(30000));
         QCOMPARE(p.exitCode(), 0);
-        QStringList lines = QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n');
-        for (QString &line : lines)
-            line = line.simplified();
-        QCOMPARE(lines, (QStringList{u"机器 账号 已发送 已接收 最近收发"_s,
-                                     u"PC-1 a@c.cn 2 0 2024-02-03 04:05"_s,
-                                     u"PC-1 y@c.cn 0 2 2024-02-03 04:05"_s,
-                                     u"PC-2 b@c.cn 0 1 2024-02-03 04:05"_s, QString()}));
+        // Columns two blanks apart, a Chinese character two places wide.
+        QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n'),
+                 (QStringList{u"机器  账号    已发送  已接收  最近收发"_s,
+                              u"PC-1  a@c.cn  2       0       2024-02-03 04:05"_s,
+                              u"PC-1  y@c.cn  0       2       2024-02-03 04:05"_s,
+                              u"PC-2  b@c.cn  0       1       2024-02-03 04:05"_s, QString()}));
     }
 
     void badFiles_data()
@@ -277,6 +260,39 @@ private slots:
         QCOMPARE(b.inbox(), triedAgain ? (QStringList{u"first"_s, u"second"_s}) : QStringList{u"second"_s});
     }
 
+    // This machine's own folder gone, a file in its place, after it sent
+    // mail there: the class folder is taken for away, never written into.
+    void ownFolderReplacedByAFile()
+    {
+        const Machine &a = *machines[0];
+        a.accounts({u"a@c.cn"_s});
+        a.compose(u"a@c.cn"_s, u"m0"_s);
+        QCOMPARE(a.run(), QStringList());
+        const QString own = classDir() + u'/' + QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).value(0);
+        QFile file(own);
+        QVERIFY(QDir(own).removeRecursively() && file.open(QIODevice::WriteOnly));
+        a.compose(u"a@c.cn"_s, u"m1"_s);
+        QCOMPARE(a.run(), QStringList{texts::classroom::ShareAway.arg(classDir(), texts::classroom::FolderMissing)});
+        QVERIFY(QFileInfo(own).isFile());
+    }
+
+    // A full Inbox takes nothing more: the user hears of it, and the mail
+    // waits in the class folder until there is room.
+    void aFullInboxWaits()
+    {
+        const Machine &a = *machines[0], &b = *machines[1];
+        a.accounts({u"a@c.cn"_s});
+        b.accounts({u"b@c.cn"_s});
+        put(b.data, FolderFile::Inbox, mails(101));
+        a.compose(u"b@c.cn"_s, u"m0"_s);
+        QCOMPARE(a.run(), QStringList());
+        QCOMPARE(b.run(), QStringList{texts::classroom::InboxFull});
+        QCOMPARE(b.inbox().size(), 101);
+        put(b.data, FolderFile::Inbox, {});
+        QCOMPARE(b.run(), QStringList());
+        QCOMPARE(b.inbox(), QStringList{u"m0"_s});
+    }
+
     // A copy of a data folder, handed out or opened elsewhere, writes into
     // a member folder of its own and keeps what was taken as taken.
     void copiedDataFolderTakesItsOwnMemberFolder()
@@ -295,6 +311,28 @@ private slots:
         QCOMPARE(QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 2);
         QCOMPARE(a.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
         QCOMPARE(copy.inbox(), (QStringList{u"m0"_s, u"m1"_s}));
+    }
+
+    // A machine's own folder in the class folder: its name made safe for
+    // any file system, then a random part of eight hex digits.
+    void memberNames_data()
+    {
+        QTest::addColumn<QString>("machine");
+        QTest::addColumn<QString>("member");
+        QTest::newRow("letters lower-cased, digits, - _ . kept") << u"PC-09_a.Z"_s << u"pc-09_a.z"_s;
+        QTest::newRow("anything else a _") << u"Zimmer 3/Ä"_s << u"zimmer_3__"_s;
+        QTest::newRow("a name starting with . gets pc before it") << u".x"_s << u"pc.x"_s;
+        QTest::newRow("a name starting with -") << u"-x"_s << u"pc-x"_s;
+        QTest::newRow("no name") << QString() << u"pc"_s;
+        QTest::newRow("at most 32 characters") << u"m"_s.repeated(40) << u"m"_s.repeated(32);
+    }
+    void memberNames()
+    {
+        QFETCH(QString, machine);
+        QFETCH(QString, member);
+        const QString name = classroom::NewMemberName(machine);
+        QCOMPARE(name.chopped(9), member);
+        QVERIFY2(classroom::IsMemberName(name) && !classroom::IsMemberName(member), qPrintable(name));
     }
 
     // The administrator's file, as the README names it.

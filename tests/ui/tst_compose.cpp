@@ -1,8 +1,8 @@
 // The compose window: what each opening fills in, how saving and sending
 // reach the commands and what they never touch, refusals, questions,
-// attachments and closing. Where the commands put a message is tst_commands'.
+// attachments and closing. Where the commands put a message is tst_commands';
+// sending with no account yet, through the wizard, tst_exercisewindow's.
 
-#include "mail/composerules.h"
 #include "windows.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -151,23 +151,6 @@ private slots:
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
-    // Cut to fit, a body never ends in half a line break; one that fits
-    // keeps what it ends with.
-    void cutToFit_data()
-    {
-        QTest::addColumn<QString>("body");
-        QTest::addColumn<QString>("kept");
-        QTest::newRow("cut between CR and LF: the CR goes too") << u"b"_s.repeated(2044) + u"\r\n"_s << u"b"_s.repeated(2044);
-        QTest::newRow("fits, ending in a CR") << u"body\r"_s << u"body\r"_s;
-    }
-    void cutToFit()
-    {
-        QFETCH(QString, body);
-        EmailRec m = mail(u"1"_s);
-        m.content = body;
-        QTEST(compose::CutToFit(m).content, "kept");
-    }
-
     // A refusal says why, writes nothing and leaves the window as it was.
     void refusals_data()
     {
@@ -245,21 +228,6 @@ private slots:
         QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
     }
 
-    // Sending with no account calls up the wizard; the message leaves from
-    // the account just made.
-    void sendWithNoAccount()
-    {
-        ModalScript script;
-        walkWizard(script);
-        script.start();
-        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
-        act(e, {type(To, u"friend@x.cn"_s), type(Subject, u"hi"_s), trigger("tbSend")});
-        QVERIFY2(script.finished(), script.report());
-        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-        QVERIFY(!e->isVisible());
-        QCOMPARE(stored(FolderFile::SentItems).value(0).from, u"new.office@example.com"_s);
-    }
-
     // Text typed and neither sent nor saved is given up only on a Yes, the
     // question's default being No; an untouched window closes without one.
     void closing_data()
@@ -307,8 +275,15 @@ private slots:
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         QCOMPARE(e->windowTitle() + e->Text5->text(), t::Caption + u"Re:hello"_s);
         QVERIFY(!e->storedMail().isSet());
-        // New empties the fields and the caption but keeps the sender; text
-        // nobody saved goes only on a Yes.
+    }
+
+    // New empties the fields and the caption but keeps the sender; text
+    // nobody saved goes only on a Yes.
+    void newInTheWindow()
+    {
+        putAccounts(*dir, {u"a@x.com"_s});
+        put(*dir, FolderFile::Inbox, {quotedMail()});
+        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, false);
         act(e, {type(Cc, u"cc"_s), trigger("munNewMail")});
         QCOMPARE(e->Text4->text(), u"cc"_s);

@@ -262,22 +262,32 @@ private slots:
     // placed on the 800 x 800 offscreen screen: the accounts dialog at two
     // fifths of the free space, the wizard centred, the message windows 120
     // and 78 pixels right of and below the main window's corner (1, 2) and
-    // moved back inside the screen's right edge.
+    // moved back inside the screen's right edge. Then the accounts dialog's
+    // controls in its fixed pixel layout, placed in the dialog; the list's
+    // top is counted from the foot of the tabs, whose height the font decides.
     void geometry_data()
     {
         QTest::addColumn<QString>("window");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QPoint>("at");  // (-1, -1): left to the toolkit
-        QTest::newRow("accounts dialog, 446 x 330 pixels") << u"frmMailBox"_s << QSize(446, 330) << QPoint(140, 186);
-        QTest::newRow("wizard page, 7800 x 5100 twips") << u"frmMainBoxAdd3"_s << QSize(520, 340) << QPoint(138, 228);
-        QTest::newRow("properties, 6600 x 6900 twips") << u"frmMailBoxProp"_s << QSize(440, 460) << QPoint(-1, -1);
-        QTest::newRow("compose window, 10500 x 8400 twips") << u"frmMailEdit"_s << QSize(700, 560) << QPoint(100, 80);
-        QTest::newRow("read window, 10200 x 7800 twips") << u"frmMailRead"_s << QSize(680, 520) << QPoint(120, 80);
+        QTest::addColumn<QString>("control");  // empty: the window itself
+        QTest::addColumn<QRect>("rect");  // at (-1, -1): left to the toolkit
+        const auto row = [](const char *name, const char *window, const char *control, QRect rect) {
+            QTest::newRow(name) << QString::fromLatin1(window) << QString::fromLatin1(control) << rect;
+        };
+        row("accounts dialog, 446 x 330 pixels", "frmMailBox", "", {140, 186, 446, 330});
+        row("wizard page, 7800 x 5100 twips", "frmMainBoxAdd3", "", {138, 228, 520, 340});
+        row("properties, 6600 x 6900 twips", "frmMailBoxProp", "", {-1, -1, 440, 460});
+        row("compose window, 10500 x 8400 twips", "frmMailEdit", "", {100, 80, 700, 560});
+        row("read window, 10200 x 7800 twips", "frmMailRead", "", {120, 80, 680, 520});
+        row("accounts: the list, inside the panel below the tabs", "frmMailBox", "ListView1", {16, 8, 306, 274});
+        // The add menu pops up at the add button's top-right corner, (438, 16).
+        row("accounts: the add button", "frmMailBox", "btnAddNew", {338, 16, 100, 24});
+        row("accounts: Close at the foot", "frmMailBox", "btnClose", {338, 298, 100, 24});
     }
     void geometry()
     {
         QFETCH(QString, window);
-        QFETCH(QPoint, at);
+        QFETCH(QString, control);
+        QFETCH(QRect, rect);
         put(*dir, FolderFile::Inbox, {mail(u"1"_s)});
         mainOn(Node::Inbox);
         const QHash<QString, std::function<QWidget *()>> open{
@@ -289,34 +299,20 @@ private slots:
         };
         QWidget *w = open[window]();
         w->show();
-        QTEST(w->size(), "size");
-        if (at.x() >= 0)
-            QCOMPARE(w->frameGeometry().topLeft(), at);
-    }
-
-    // The accounts dialog's controls in its fixed pixel layout: the add menu
-    // pops up at the add button's top-right corner, (438, 16). The list's top
-    // is counted from the foot of the tabs, whose height the font decides.
-    void accountsLayout_data()
-    {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<QRect>("rect");
-        QTest::newRow("the list, inside the panel below the tabs") << u"ListView1"_s << QRect(QPoint(16, 8), QPoint(321, 281));
-        QTest::newRow("the add button") << u"btnAddNew"_s << QRect(338, 16, 100, 24);
-        QTest::newRow("Close at the foot") << u"btnClose"_s << QRect(338, 298, 100, 24);
-    }
-    void accountsLayout()
-    {
-        QFETCH(QString, control);
-        frmMailBox *d = forms::MailBox();
-        d->show();
-        const QWidget *c = d->findChild<QWidget *>(control);
-        QRect rect(c->mapTo(d, QPoint()), c->size());
-        if (control == u"ListView1")
-            rect.setTop(rect.top() - d->TabStrip1->geometry().bottom());
-        QTEST(rect, "rect");
-        for (int column = 0; column < 3; ++column)  // 1400 twips each
-            QCOMPARE(d->ListView1->header()->sectionSize(column), 93);
+        if (control.isEmpty()) {
+            QCOMPARE(w->size(), rect.size());
+            if (rect.x() >= 0)
+                QCOMPARE(w->frameGeometry().topLeft(), rect.topLeft());
+            return;
+        }
+        const QWidget *c = w->findChild<QWidget *>(control);
+        QRect placed(c->mapTo(w, QPoint()), c->size());
+        if (control == u"ListView1") {
+            placed.setTop(placed.top() - forms::MailBox()->TabStrip1->geometry().bottom());
+            for (int column = 0; column < 3; ++column)  // 1400 twips each
+                QCOMPARE(forms::MailBox()->ListView1->header()->sectionSize(column), 93);
+        }
+        QCOMPARE(placed, rect);
     }
 
     void lastResortGuard()
