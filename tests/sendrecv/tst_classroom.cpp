@@ -276,23 +276,6 @@ private slots:
         QVERIFY(QFileInfo(own).isFile());
     }
 
-    // A full Inbox takes nothing more: the user hears of it, and the mail
-    // waits in the class folder until there is room.
-    void aFullInboxWaits()
-    {
-        const Machine &a = *machines[0], &b = *machines[1];
-        a.accounts({u"a@c.cn"_s});
-        b.accounts({u"b@c.cn"_s});
-        put(b.data, FolderFile::Inbox, mails(101));
-        a.compose(u"b@c.cn"_s, u"m0"_s);
-        QCOMPARE(a.run(), QStringList());
-        QCOMPARE(b.run(), QStringList{texts::classroom::InboxFull});
-        QCOMPARE(b.inbox().size(), 101);
-        put(b.data, FolderFile::Inbox, {});
-        QCOMPARE(b.run(), QStringList());
-        QCOMPARE(b.inbox(), QStringList{u"m0"_s});
-    }
-
     // A copy of a data folder, handed out or opened elsewhere, writes into
     // a member folder of its own and keeps what was taken as taken.
     void copiedDataFolderTakesItsOwnMemberFolder()
