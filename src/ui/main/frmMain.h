@@ -181,6 +181,9 @@ private:
     int chosenRow() const;
     void previewRow(int row);
     void showSummaryRow(int folder);
+    // The unread counts and the summary row of a folder whose figures may
+    // have changed; false while the window is not built yet.
+    bool showFigures(int folder);
     void folderChanged(int folder);
     // A folder came into memory, or its figures became known.
     void folderRead(int folder);

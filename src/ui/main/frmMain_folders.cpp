@@ -219,31 +219,30 @@ void frmMain::showSummaryRow(int folder)
     }
 }
 
-void frmMain::folderChanged(int folder)
+bool frmMain::showFigures(int folder)
 {
     if (!node(Node::Root))
-        return;  // not started yet
+        return false;  // not started yet
     if (folder == FolderFile::Inbox || folder == FolderFile::DeletedItems)
         ShowUnreadCounts();
     // The summary is filled afresh whenever it is opened.
     if (m_page == Page::Summary)
         showSummaryRow(folder);
-    if (m_page == Page::Messages && folder == CurrentFolder)
+    return true;
+}
+
+void frmMain::folderChanged(int folder)
+{
+    if (showFigures(folder) && m_page == Page::Messages && folder == CurrentFolder)
         scaffold::guarded([this] { refreshlistview(CurrentFolder); });
 }
 
 void frmMain::folderRead(int folder)
 {
-    if (!node(Node::Root))
-        return;  // not started yet
-    if (folder == FolderFile::Inbox || folder == FolderFile::DeletedItems)
-        ShowUnreadCounts();
-    if (m_page == Page::Summary)
-        showSummaryRow(folder);
     // The list waiting for its folder fills once the messages are read (a
     // count may come first); a folder that could not be read stays empty,
     // its box shown.
-    if (m_page != Page::Messages || folder != CurrentFolder || m_reading != folder)
+    if (!showFigures(folder) || m_page != Page::Messages || folder != CurrentFolder || m_reading != folder)
         return;
     const bool read = store::InMemory(folder);
     if (!read && store::ReadAhead(folder))
