@@ -59,6 +59,22 @@ QList<QString> valuesOf(const EmailRec &m)
     return {m.id, m.from, m.to, m.alsoto, m.subject, m.content, m.datetime, m.attachment, m.isnew};
 }
 
+// Whether a record's fields all hold what was read; asked of every record
+// of a folder at every change, so without a list made for the question.
+bool asRead(const EmailRec &m)
+{
+    static constexpr QString EmailRec::*fields[] = {
+        &EmailRec::id,      &EmailRec::from,     &EmailRec::to,         &EmailRec::alsoto, &EmailRec::subject,
+        &EmailRec::content, &EmailRec::datetime, &EmailRec::attachment, &EmailRec::isnew};
+    if (!m.origin || m.origin->asRead.size() != qsizetype(std::size(fields)))
+        return false;
+    for (size_t i = 0; i < std::size(fields); ++i) {
+        if (!SameText(m.*fields[i], m.origin->asRead.at(qsizetype(i))))
+            return false;
+    }
+    return true;
+}
+
 // The body a record shows. One stored in its brackets is unescaped as the
 // files have always been read; one another tool stored without them (or
 // shorter than two brackets) shows whole, its line breaks restored, since
@@ -133,8 +149,14 @@ FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
                                        + m.attachment.size() + m.isnew.size());
     }
     RecordFileWriter out(frame, "email", "email-", mails.size(), bytes);
-    for (const EmailRec &m : mails)
-        out.record(emailFormats(), fieldsOf(m), m.origin);
+    for (const EmailRec &m : mails) {
+        // Most records of a large folder are as they were read: their
+        // bytes are taken as they are, without a look at their text.
+        if (asRead(m))
+            out.stored(m.origin);
+        else
+            out.record(emailFormats(), fieldsOf(m), m.origin);
+    }
     return out.finish();
 }
 
@@ -233,23 +255,6 @@ bool linesReadBack(const EmailRec &m)
 }
 }  // namespace
 
-namespace {
-// Whether a record's fields all hold what was read; asked of every record
-// of a folder at every change, so without a list made for the question.
-bool asRead(const EmailRec &m)
-{
-    static constexpr QString EmailRec::*fields[] = {
-        &EmailRec::id,      &EmailRec::from,     &EmailRec::to,         &EmailRec::alsoto, &EmailRec::subject,
-        &EmailRec::content, &EmailRec::datetime, &EmailRec::attachment, &EmailRec::isnew};
-    if (!m.origin || m.origin->asRead.size() != qsizetype(std::size(fields)))
-        return false;
-    for (size_t i = 0; i < std::size(fields); ++i) {
-        if (!SameText(m.*fields[i], m.origin->asRead.at(qsizetype(i))))
-            return false;
-    }
-    return true;
-}
-}  // namespace
 
 namespace {
 void keepAsRead(int folder, QList<EmailRec> &mails, qsizetype from, qsizetype to)

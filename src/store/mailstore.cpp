@@ -16,6 +16,7 @@
 #include <QSet>
 
 #include <cerrno>
+#include <malloc.h>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -28,6 +29,17 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+// A folder of thousands of messages is read, laid out and written as
+// blocks of megabytes, again at every commit, on three threads. The C
+// library would raise the size it maps such blocks from to the largest one
+// freed, and serve the next ones from the heaps of those threads, where
+// they leave holes that are never given back: the process would keep tens
+// of megabytes it no longer uses. Blocks of 256 KiB and more are mapped,
+// and given back when freed.
+#ifdef M_MMAP_THRESHOLD
+const bool largeBlocksMapped = ::mallopt(M_MMAP_THRESHOLD, 256 * 1024) == 1;
+#endif
 
 // What tells a file apart from the one read before: a file rewritten by
 // anyone gets a new inode (a rename), a new time or a new size. A time is
