@@ -397,7 +397,8 @@ int main(int argc, char *argv[])
             clickNode(w, Node::Inbox);
         });
     rowsShown();
-    filled.removeFirst();  // the warm-up's
+    if (!filled.isEmpty())
+        filled.removeFirst();  // the warm-up's
     store::Flush();
     idle();
 

@@ -59,6 +59,22 @@ QList<QString> valuesOf(const EmailRec &m)
     return {m.id, m.from, m.to, m.alsoto, m.subject, m.content, m.datetime, m.attachment, m.isnew};
 }
 
+// Whether a record's fields all hold what was read; asked of every record
+// of a folder at every change, so without a list made for the question.
+bool asRead(const EmailRec &m)
+{
+    static constexpr QString EmailRec::*fields[] = {
+        &EmailRec::id,      &EmailRec::from,     &EmailRec::to,         &EmailRec::alsoto, &EmailRec::subject,
+        &EmailRec::content, &EmailRec::datetime, &EmailRec::attachment, &EmailRec::isnew};
+    if (!m.origin || m.origin->asRead.size() != qsizetype(std::size(fields)))
+        return false;
+    for (size_t i = 0; i < std::size(fields); ++i) {
+        if (!SameText(m.*fields[i], m.origin->asRead.at(qsizetype(i))))
+            return false;
+    }
+    return true;
+}
+
 // The body a record shows. One stored in its brackets is unescaped as the
 // files have always been read; one another tool stored without them (or
 // shorter than two brackets) shows whole, its line breaks restored, since
@@ -133,8 +149,14 @@ FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
                                        + m.attachment.size() + m.isnew.size());
     }
     RecordFileWriter out(frame, "email", "email-", mails.size(), bytes);
-    for (const EmailRec &m : mails)
-        out.record(emailFormats(), fieldsOf(m), m.origin);
+    for (const EmailRec &m : mails) {
+        // Most records of a large folder are as they were read: their
+        // bytes are taken as they are, without a look at their text.
+        if (asRead(m))
+            out.stored(m.origin);
+        else
+            out.record(emailFormats(), fieldsOf(m), m.origin);
+    }
     return out.finish();
 }
 
@@ -233,27 +255,11 @@ bool linesReadBack(const EmailRec &m)
 }
 }  // namespace
 
-namespace {
-// Whether a record's fields all hold what was read; asked of every record
-// of a folder at every change, so without a list made for the question.
-bool asRead(const EmailRec &m)
-{
-    static constexpr QString EmailRec::*fields[] = {
-        &EmailRec::id,      &EmailRec::from,     &EmailRec::to,         &EmailRec::alsoto, &EmailRec::subject,
-        &EmailRec::content, &EmailRec::datetime, &EmailRec::attachment, &EmailRec::isnew};
-    if (!m.origin || m.origin->asRead.size() != qsizetype(std::size(fields)))
-        return false;
-    for (size_t i = 0; i < std::size(fields); ++i) {
-        if (!SameText(m.*fields[i], m.origin->asRead.at(qsizetype(i))))
-            return false;
-    }
-    return true;
-}
-}  // namespace
 
-void KeepAsRead(int folder, QList<EmailRec> &mails)
+namespace {
+void keepAsRead(int folder, QList<EmailRec> &mails, qsizetype from, qsizetype to)
 {
-    for (int k = 0; k < mails.size(); ++k) {
+    for (int k = int(from); k < to; ++k) {
         const EmailRec &kept = std::as_const(mails)[k];
         const bool unchanged = asRead(kept);
         if (unchanged && kept.folder == folder && kept.index == k)
@@ -274,6 +280,50 @@ void KeepAsRead(int folder, QList<EmailRec> &mails)
         }
         m.folder = folder;
         m.index = k;
+    }
+}
+
+// The same characters in the same place: an empty text too, which shares
+// no data with anything.
+bool sameChars(const QString &a, const QString &b)
+{
+    return a.constData() == b.constData() && a.size() == b.size();
+}
+
+// Whether a record is the very one kept, every field sharing its
+// characters: a look at the record alone, not at what it was read from.
+bool sameRecord(const EmailRec &a, const EmailRec &b)
+{
+    return a.origin == b.origin && a.folder == b.folder && sameChars(a.id, b.id)
+        && sameChars(a.from, b.from) && sameChars(a.to, b.to) && sameChars(a.alsoto, b.alsoto)
+        && sameChars(a.subject, b.subject) && sameChars(a.content, b.content)
+        && sameChars(a.datetime, b.datetime) && sameChars(a.attachment, b.attachment)
+        && sameChars(a.isnew, b.isnew);
+}
+}  // namespace
+
+void KeepAsRead(int folder, QList<EmailRec> &mails)
+{
+    keepAsRead(folder, mails, 0, mails.size());
+}
+
+void KeepAsRead(int folder, QList<EmailRec> &mails, const QList<EmailRec> &kept)
+{
+    // A command changes a few records of a folder: those before and after
+    // them are the records kept, as read, and are not looked into (in a
+    // folder of 20,000 that look would be most of a change's cost). Those
+    // after only take their new position.
+    const QList<EmailRec> &now = mails;
+    const qsizetype n = now.size(), common = qMin(n, kept.size());
+    qsizetype head = 0, tail = 0;
+    while (head < common && sameRecord(now.at(head), kept.at(head)) && kept.at(head).index == head)
+        ++head;
+    while (tail < common - head && sameRecord(now.at(n - 1 - tail), kept.at(kept.size() - 1 - tail)))
+        ++tail;
+    keepAsRead(folder, mails, head, n - tail);
+    for (qsizetype k = n - tail; k < n; ++k) {
+        if (now.at(k).index != k)
+            mails[k].index = int(k);
     }
 }
 

@@ -42,6 +42,9 @@ FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame);
 // so that keeping a folder of any size after a change costs the records
 // that changed.
 void KeepAsRead(int folder, QList<EmailRec> &mails);
+// The same for records changed from kept, records of this folder as
+// KeepAsRead or ReadFolder left them.
+void KeepAsRead(int folder, QList<EmailRec> &mails, const QList<EmailRec> &kept);
 
 // How many records a folder file holds and how many are unread, by the
 // rules ReadFolder reads them with, without decoding the messages.

@@ -139,6 +139,7 @@ public:
 
 private:
     std::map<int, MailList> m_folders;
+    std::map<int, MailList> m_kept;  // each folder as it was kept when read
     std::map<int, FileFrame> m_frames;  // the rest of each file read
     FileFrame m_accountsFrame = PlainFrame();
     std::set<int> m_changed;

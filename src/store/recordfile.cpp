@@ -174,7 +174,7 @@ void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<con
         QList<Replacement> replacements;
         const QByteArrayView body = origin->bytes;
         for (qsizetype i = 0; i < formats.size(); ++i) {
-            if (*fields[i] == origin->asRead[i])
+            if (SameText(*fields[i], origin->asRead[i]))
                 continue;
             ProfileWriter line;
             writeField(line, formats[i], *fields[i]);
@@ -198,6 +198,19 @@ void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<con
     }
     m_image.bodyEnd.append(out.size());
     m_image.asOrigin.append(asOrigin);
+}
+
+void RecordFileWriter::stored(const StoredOrigin &origin)
+{
+    QByteArray &out = m_image.bytes;
+    out += '[';
+    out += m_prefix;
+    out += QByteArray::number(m_image.bodyBegin.size() + 1);
+    out += "]\r\n";
+    m_image.bodyBegin.append(out.size());
+    out += origin->bytes;
+    m_image.bodyEnd.append(out.size());
+    m_image.asOrigin.append(true);
 }
 
 FileImage RecordFileWriter::finish()

@@ -93,6 +93,8 @@ public:
     // that is not blank.
     void record(const QList<FieldFormat> &formats, const QList<const QString *> &fields,
                 const StoredOrigin &origin);
+    // The next record, whose fields all hold what was read: its bytes.
+    void stored(const StoredOrigin &origin);
     FileImage finish();
 
 private:

@@ -53,7 +53,7 @@ struct MailBoxRec
 // as a record's fields do with the copies of it a folder of thousands keeps.
 inline bool SameText(const QString &a, const QString &b)
 {
-    return a.isSharedWith(b) || a == b;
+    return (a.constData() == b.constData() && a.size() == b.size()) || a == b;
 }
 
 // One message, one section of a folder file.

@@ -48,6 +48,7 @@ void MessageListModel::show(int folder, bool inboxStyle, const MailList &mails)
     while (tail < qMin(before, after) - head
            && sameRow(m_mails.at(before - 1 - tail), mails.at(after - 1 - tail)))
         ++tail;
+    const MailList old = m_mails;
     m_old = std::exchange(m_mails, mails);
     m_head = int(head);
     m_removed = int(before - tail - head);
@@ -65,9 +66,28 @@ void MessageListModel::show(int folder, bool inboxStyle, const MailList &mails)
         endInsertRows();
     }
     m_inserted = 0;
-    // Read marks may have changed anywhere; the view repaints what shows.
-    if (!m_mails.isEmpty())
-        emit dataChanged(index(0, 0), index(int(m_mails.size()) - 1, ColumnCount - 1));
+    // Read marks may have changed in the rows that stayed: only the rows
+    // whose mark did are told, since a view asks for the place of every
+    // cell of a range it is told of, and a folder may hold 20,000 rows.
+    const auto markChanged = [&](qsizetype row, qsizetype oldRow) {
+        return !SameText(old.at(oldRow).isnew, m_mails.at(row).isnew);
+    };
+    const auto tell = [this](qsizetype first, qsizetype last) {
+        emit dataChanged(index(int(first), 0), index(int(last), ColumnCount - 1));
+    };
+    const auto tellChanged = [&](qsizetype from, qsizetype to, qsizetype shift) {
+        for (qsizetype row = from; row < to; ++row) {
+            if (!markChanged(row, row - shift))
+                continue;
+            qsizetype last = row;
+            while (last + 1 < to && markChanged(last + 1, last + 1 - shift))
+                ++last;
+            tell(row, last);
+            row = last;
+        }
+    };
+    tellChanged(0, head, 0);
+    tellChanged(after - tail, after, after - before);
 }
 
 const EmailRec &MessageListModel::mailAt(int row) const
