@@ -25,18 +25,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-// The same message after a refresh: every field but the read mark, which
-// opening it changes.
-bool sameMessage(const EmailRec &a, const EmailRec &b)
-{
-    return SameText(a.id, b.id) && SameText(a.from, b.from) && SameText(a.to, b.to)
-        && SameText(a.alsoto, b.alsoto) && SameText(a.subject, b.subject)
-        && SameText(a.content, b.content) && SameText(a.datetime, b.datetime)
-        && SameText(a.attachment, b.attachment);
-}
-}  // namespace
-
 void frmMain::refreshlistview(qint16 folder)
 {
     const MailRef previewed = previewedMail();
@@ -79,10 +67,10 @@ void frmMain::refreshlistview(qint16 folder)
     // otherwise nothing is, and the preview and the toolbar say so.
     int keep = -1;
     if (previewed.isSet() && previewed.folder == folder) {
-        if (previewed.index < Mails.size() && sameMessage(Mails.at(previewed.index), previewed.shown))
+        if (previewed.index < Mails.size() && SameMessage(Mails.at(previewed.index), previewed.shown))
             keep = previewed.index;
         for (int i = 0; keep < 0 && i < Mails.size(); ++i) {
-            if (sameMessage(Mails.at(i), previewed.shown))
+            if (SameMessage(Mails.at(i), previewed.shown))
                 keep = i;
         }
     }

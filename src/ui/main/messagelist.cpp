@@ -5,17 +5,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-// The same row after a refresh: every field but the read mark, which
-// opening the message changes.
-bool sameRow(const EmailRec &a, const EmailRec &b)
+bool SameMessage(const EmailRec &a, const EmailRec &b)
 {
     return SameText(a.id, b.id) && SameText(a.from, b.from) && SameText(a.to, b.to)
         && SameText(a.alsoto, b.alsoto) && SameText(a.subject, b.subject)
         && SameText(a.content, b.content) && SameText(a.datetime, b.datetime)
         && SameText(a.attachment, b.attachment);
 }
-}  // namespace
 
 MessageListModel::MessageListModel(QObject *parent)
     : QAbstractItemModel(parent), m_attachment(appIcon(u"mail-attachment"_s))
@@ -43,10 +39,10 @@ void MessageListModel::show(int folder, bool inboxStyle, const MailList &mails)
     // the change stay.
     const qsizetype before = m_mails.size(), after = mails.size();
     qsizetype head = 0, tail = 0;
-    while (head < qMin(before, after) && sameRow(m_mails.at(head), mails.at(head)))
+    while (head < qMin(before, after) && SameMessage(m_mails.at(head), mails.at(head)))
         ++head;
     while (tail < qMin(before, after) - head
-           && sameRow(m_mails.at(before - 1 - tail), mails.at(after - 1 - tail)))
+           && SameMessage(m_mails.at(before - 1 - tail), mails.at(after - 1 - tail)))
         ++tail;
     const MailList old = m_mails;
     m_old = std::exchange(m_mails, mails);

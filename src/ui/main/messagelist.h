@@ -12,6 +12,10 @@
 // rows bold and an attachment with its icon; other mail shows the
 // recipient, never bold. The rows are made as the view asks for them, so
 // a folder of any size costs what its visible rows cost.
+// The same message after a refresh: every field but the read mark, which
+// opening it changes.
+bool SameMessage(const EmailRec &a, const EmailRec &b);
+
 class MessageListModel final : public QAbstractItemModel
 {
     Q_OBJECT
