@@ -148,8 +148,7 @@ RecordFileWriter::RecordFileWriter(const FileFrame &frame, QByteArrayView header
     m_image.asOrigin.reserve(count);
 }
 
-void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<const QString *> &fields,
-                              const StoredOrigin &origin)
+QByteArray &RecordFileWriter::sectionHeader()
 {
     QByteArray &out = m_image.bytes;
     out += '[';
@@ -157,6 +156,13 @@ void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<con
     out += QByteArray::number(m_image.bodyBegin.size() + 1);
     out += "]\r\n";
     m_image.bodyBegin.append(out.size());
+    return out;
+}
+
+void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<const QString *> &fields,
+                              const StoredOrigin &origin)
+{
+    QByteArray &out = sectionHeader();
     bool asOrigin = false;
 
     if (!origin || origin->asRead.size() != fields.size()) {
@@ -202,12 +208,7 @@ void RecordFileWriter::record(const QList<FieldFormat> &formats, const QList<con
 
 void RecordFileWriter::stored(const StoredOrigin &origin)
 {
-    QByteArray &out = m_image.bytes;
-    out += '[';
-    out += m_prefix;
-    out += QByteArray::number(m_image.bodyBegin.size() + 1);
-    out += "]\r\n";
-    m_image.bodyBegin.append(out.size());
+    QByteArray &out = sectionHeader();
     out += origin->bytes;
     m_image.bodyEnd.append(out.size());
     m_image.asOrigin.append(true);

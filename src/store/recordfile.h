@@ -98,6 +98,9 @@ public:
     FileImage finish();
 
 private:
+    // Writes the next record's "[PREFIXn]" line and marks where its body
+    // begins; the bytes, for the body to follow.
+    QByteArray &sectionHeader();
     QByteArrayView m_prefix;
     QByteArray m_trailer;
     FileImage m_image;
