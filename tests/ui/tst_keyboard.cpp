@@ -1,7 +1,7 @@
 // Every window from the keyboard and a screen reader, in Chinese; then a
 // new trainee's whole road with the keyboard alone: two accounts through the
-// wizard, a message from one to the other, received, read and answered,
-// checked on the screen and in the files.
+// wizard, a message from one to the other, received, read, answered,
+// deleted and deleted for good, checked on the screen and in the files.
 
 #include "store/clock.h"
 #include "ui/common/application.h"
@@ -320,7 +320,19 @@ private slots:
         // Alt+F opens the File menu on New (&N); the next N is Send Later (&N).
         press(u"Alt+F N Return"_s);
         QTRY_VERIFY(!e->isVisible());
-        QCOMPARE(folders(), u"hello:0 | re:hello:0 | hello:0 |  |  | "_s);
+
+        // 7. Delete moves it to Deleted Items; there Delete and Yes remove it.
+        QVERIFY(activate(w));
+        w->ListView1->setFocus();
+        press(u"Home Delete"_s);
+        QCOMPARE(folders(), u" | re:hello:0 | hello:0 | hello:0 |  | "_s);
+        w->TreeView1->setFocus();
+        press(u"Down Down Down Return Home"_s);
+        QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));
+        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, true);
+        press(u"Delete"_s);
+        QCOMPARE(folders(), u" | re:hello:0 | hello:0 |  |  | "_s);
+        QCOMPARE(w->Text1->toPlainText(), texts::NoMailSelected);
     }
 };
 
