@@ -227,7 +227,7 @@ private slots:
         row("values over 256 bytes and a body over 2 KB, marked read", "read",
             head("2") + sec(1, plain) + sec(2, longOdd), head("2") + sec(1, plain) + sec(2, marked(longOdd)));
         const QByteArray huge = odd("content=[" + QByteArray(3 << 20, 'y') + "]\r\nsubject=" + long600 + "\r\n");
-        QByteArray fifty;  // and a save of them copies their bytes, so it is soon done
+        QByteArray fifty;  // unchanged, so copied as bytes and saved within the time limit
         const QByteArray body = QByteArray(gb(u"正文，"_s) + "body\\n").repeated(440000);
         for (int k = 2; k <= 11; ++k)
             fifty += sec(k, "id=" + QByteArray::number(100 + k) + "\r\nsubject=s\r\ncontent=[" + body + "]\r\nisnew=1\r\n\r\n");
