@@ -47,9 +47,7 @@ QString outcome(const frmMain *w)
     return s.join(u' ') + u' ' + w->node(Node::Inbox)->text(0) + u' ' + w->node(Node::DeletedItems)->text(0);
 }
 
-// What a user does: "button N" on the tool bar, "tree: KEYS", "list:
-// KEYS" or "window: KEYS" from the keyboard, "double" on row 0, "drop N"
-// in the send/receive drop-down, or the name of a menu item or a button.
+// What a user does, as the tables below write it.
 void act(frmMain *w, const QString &how)
 {
     const QString arg = how.section(u' ', 1);
@@ -269,7 +267,7 @@ private slots:
 
     void pages_data()
     {
-        QTest::addColumn<QString>("how");  // "click N" or keys given to the tree
+        QTest::addColumn<QString>("how");  // "click N": a click on node N; "tree: KEYS": KEYS typed to the tree
         QTest::addColumn<int>("node");
         // Every row starts on Drafts, the last node, with a message previewed.
         const auto row = [](const char *name, const char *how, int node) {
@@ -435,6 +433,13 @@ private slots:
     void commands_data()
     {
         QTest::addColumn<int>("node");  // its last message previewed
+        // What the user does:
+        //   button N      clicks the tool bar's button N (frmMain::tbDelete ...)
+        //   tree: KEYS    types KEYS to the folder tree; "list:" to the message
+        //                 list, "window:" to the window
+        //   double        double-clicks the list's first row
+        //   drop N        chooses item N of the send/receive drop-down
+        //   NAME          clicks the button or triggers the menu item of that name
         QTest::addColumn<QString>("how");
         QTest::addColumn<QString>("box");  // "yes" or "no" to a delete for good, "warn"
         QTest::addColumn<QString>("opened");  // a window, its subject; a run, its mode
