@@ -83,7 +83,6 @@ inline const QString SentButNotReceived =
 // name, %2 the new name, %3 the folder holding both.
 inline const QString DamagedFileSetAside =
     u"文件“%1”无法作为数据文件读取。为了不丢失其中的内容，它已被改名为“%2”，保存在文件夹“%3”中。程序将把它当作空文件继续运行。"_s;
-inline const QString BadPosition = u"位置超出范围。"_s;
 
 // What a change was, for the box of a change the disk refused after the
 // windows had shown it. %1, where there is one: the message's subject.

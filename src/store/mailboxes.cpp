@@ -67,31 +67,13 @@ QByteArray AccountBytes(const QList<MailBoxRec> &accounts, const FileFrame &fram
     return out.finish().bytes;
 }
 
-void LoadMailBoxes(MailBoxArray &accounts, MailCount &count)
-{
-    const QList<MailBoxRec> read = count != 0 ? store::Accounts(count) : store::Accounts();
-    for (int k = 0; k < read.size(); ++k)
-        accounts[k] = read[k];
-    count = MailCount(read.size());
-}
-
 void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
 {
     if (count > MAX_MAILBOXES)
         throw IndexError(texts::TooManyAccounts);
-    // The accounts dialog keeps its own table, made of what was typed: it is
-    // only left once the file holds it.
+    // Waits for the disk: the caller's table is the only other copy.
     FolderSet set;
     set.changeAccounts() = QList<MailBoxRec>(accounts.begin(), accounts.begin() + qMax<int>(count, 0));
     set.describe(texts::unsaved::Accounts);
     set.commitAndWait();
-}
-
-void RemoveMailBoxAt(MailBoxArray &accounts, int position)
-{
-    if (position < 0)
-        throw IndexError(texts::BadPosition);
-    const int upper = MAX_MAILBOXES - 1;
-    for (int i = position; i < upper; ++i)
-        accounts[i] = accounts[i + 1];
 }

@@ -10,16 +10,9 @@ class ProfileFile;
 
 // mailbox.dat: the accounts.
 
-// Fills accounts from index 0. A count of 0 on entry is replaced by the
-// file's "number"; any other count reads that many accounts. Throws
-// IndexError when the count exceeds the array's capacity.
-void LoadMailBoxes(MailBoxArray &accounts, MailCount &count);
 // Rewrites mailbox.dat with records 0..count-1, every value lower-cased,
 // and returns once the disk has it (FolderSet::commitAndWait).
 void SaveMailBoxes(const MailBoxArray &accounts, MailCount count);
-// Shifts the records after position one place down; the last slot keeps
-// its contents.
-void RemoveMailBoxAt(MailBoxArray &accounts, int position);
 
 // mailbox.dat read: its accounts (the sections mailbox-N, by the rules in
 // recordfile.h), each with the section it came from, and the rest of the

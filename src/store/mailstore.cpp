@@ -1011,16 +1011,6 @@ AccountList Accounts()
     return accountsRead().accounts;
 }
 
-AccountList Accounts(int count)
-{
-    if (count > MAX_MAILBOXES)
-        throw IndexError(texts::TooManyAccounts);
-    AccountList accounts = accountsRead().accounts;
-    if (count != 0)
-        accounts.resize(qMax(count, 0));
-    return accounts;
-}
-
 bool InMemory(int folder)
 {
     Cache &c = cache();

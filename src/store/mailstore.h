@@ -37,9 +37,6 @@ namespace store {
 MailList Folder(int folder);
 // The accounts of mailbox.dat, as many as its "number" says.
 AccountList Accounts();
-// The accounts of mailbox.dat read by a count given from outside, which
-// the file's "number" does not overrule.
-AccountList Accounts(int count);
 
 // Whether Folder(folder) answers from memory, without reading its file.
 bool InMemory(int folder);
