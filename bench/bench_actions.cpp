@@ -211,18 +211,6 @@ void openFolder(frmMain *w, int node)
     idle();
 }
 
-qint64 statusKib(const char *key)
-{
-    QFile status(u"/proc/self/status"_s);
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(key))
-            return line.mid(qstrlen(key)).trimmed().split(' ').first().toLongLong();
-    }
-    return 0;
-}
-
 }  // namespace
 
 int main(int argc, char *argv[])
@@ -424,14 +412,14 @@ int main(int argc, char *argv[])
     for (int i = 0; i < 100; ++i)
         clickNode(w, i % 2 ? Node::Inbox : Node::Outbox);
     idle();
-    const qint64 before = statusKib("VmRSS:");
+    const qint64 before = bench::statusKib("VmRSS:");
     for (int i = 0; i < 3000; ++i) {
         clickNode(w, i % 2 ? Node::Inbox : Node::Outbox);
         if (i % 50 == 0)
             idle();
     }
     idle();
-    const qint64 growth = statusKib("VmRSS:") - before;
+    const qint64 growth = bench::statusKib("VmRSS:") - before;
 
     figures.insert(figures.size() - 1, unsynced);
     figures.insert(figures.size() - 1, first);
@@ -450,7 +438,7 @@ int main(int argc, char *argv[])
         std::printf("%-44s %10lld KiB\n", "memory growth over 3,000 folder clicks",
                     static_cast<long long>(growth));
         std::printf("%-44s %10lld KiB\n", "memory in use at the end (RSS)",
-                    static_cast<long long>(statusKib("VmRSS:")));
+                    static_cast<long long>(bench::statusKib("VmRSS:")));
     }
     forms::destroyAll();
     store::Flush();

@@ -124,18 +124,6 @@ double mainWindowMs(int runs)
     return times.at(times.size() / 2);
 }
 
-qint64 statusKib(const char *key)
-{
-    QFile status(u"/proc/self/status"_s);
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(key))
-            return line.mid(qstrlen(key)).trimmed().split(' ').first().toLongLong();
-    }
-    return 0;
-}
-
 }  // namespace
 
 int main(int argc, char *argv[])
@@ -206,7 +194,7 @@ int main(int argc, char *argv[])
     if (after.size() != before.size() + 1 || after.mid(0, before.size()) != before)
         qFatal("Ctrl+M lost or changed a message of the Inbox");
     std::printf("%-44s %10lld KiB (peak %lld KiB)\n", "  memory in use after a Ctrl+M into it",
-                static_cast<long long>(statusKib("VmRSS:")), static_cast<long long>(statusKib("VmHWM:")));
+                static_cast<long long>(bench::statusKib("VmRSS:")), static_cast<long long>(bench::statusKib("VmHWM:")));
     forms::destroyAll();
     return 0;
 }

@@ -4,6 +4,7 @@
 // prints rows of one table; scripts/run-benchmarks prints its header once.
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QList>
 
 #include <algorithm>
@@ -36,6 +37,19 @@ inline void printRow(const char *name, double ms, double floorMs = 0.0)
     else
         std::printf("%-44s %10.3f %10s %9s\n", name, ms, "-", "-");
     std::fflush(stdout);
+}
+
+// A field of /proc/self/status in KiB ("VmRSS:", "VmHWM:"); 0 when unknown.
+inline qint64 statusKib(const char *key)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.mid(qstrlen(key)).trimmed().split(' ').first().toLongLong();
+    }
+    return 0;
 }
 
 }  // namespace bench
