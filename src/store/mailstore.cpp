@@ -680,14 +680,17 @@ Reader &reader()
 // A change whose journal stands was made but not finished (its renames
 // failed, or a kill came between): it is finished before anything is read,
 // so that no command builds on half of it and then undoes the rest. While
-// the writer is at work the journal may be its own, which it finishes.
+// the writer is at work the journal may be its own, which it finishes. Work
+// it has for another data folder is done first (by cache()): left waiting,
+// it would put off the finishing to a later read of the same command, which
+// would then hold files from before the change and after it together.
 void finishPendingChange()
 {
+    Cache &c = cache();
     if (DataReadOnly() || !QFileInfo::exists(AppFilePath(QLatin1StringView(JournalName)))
         || !writer().idle())
         return;
     RecoverDataFolder();
-    Cache &c = theCache();
     const QString dir = c.dir;
     const qint64 resolution = c.resolution;
     c = Cache();

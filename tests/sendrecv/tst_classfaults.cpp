@@ -42,7 +42,7 @@ void use(const DataDir &data, int machine)
 
 // The child's loop: now and then a message into the Outbox, then a run in
 // any mode, then a short pause.
-[[noreturn]] void machineLoop(const DataDir &data, int machine, double writeChance)
+[[noreturn]] void machineLoop(const DataDir &data, int machine, int trial, double writeChance)
 {
     use(data, machine);
     QRandomGenerator random(quint32(::getpid()));
@@ -52,7 +52,7 @@ void use(const DataDir &data, int machine)
             && set.read(FolderFile::Outbox).size() + set.read(FolderFile::SentItems).size() < Budget) {
             EmailRec m = mail(u"1"_s, accounts[machine].first(),
                               recipients[random.bounded(int(recipients.size()))],
-                              u"%1-%2-%3"_s.arg(machine).arg(::getpid()).arg(counter), true);
+                              u"%1-%2-%3"_s.arg(machine).arg(trial).arg(counter), true);
             AppendMail(set.change(FolderFile::Outbox), m);
             set.commit();
         }
@@ -101,7 +101,7 @@ private slots:
             for (int i = 0; i < 3; ++i) {
                 pids[i] = ::fork();
                 if (pids[i] == 0)
-                    machineLoop(data[i], i, writeChance);
+                    machineLoop(data[i], i, trial, writeChance);
             }
             // Each at its own instant, the three running at once until then.
             for (pid_t pid : pids) {
@@ -138,7 +138,8 @@ private slots:
             QVERIFY(stored(FolderFile::Outbox).isEmpty());
             QVERIFY(!ProfileFile::load(AppFilePath(u"class.dat"_s)).bytes().contains("[email-1]"));
             for (const EmailRec &m : stored(FolderFile::SentItems))
-                QVERIFY2(!sent.contains(m.subject) && sent.insert(m.subject, m) != sent.end(), "sent twice");
+                QVERIFY2(!sent.contains(m.subject) && sent.insert(m.subject, m) != sent.end(),
+                         qPrintable(u"sent twice: "_s + m.subject));
         }
         int copies = 0;
         for (int i = 0; i < 3; ++i) {

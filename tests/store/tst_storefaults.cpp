@@ -4,6 +4,7 @@
 
 #include "mail/commands.h"
 #include "sendrecv/engine.h"
+#include "store/appdir.h"
 #include "store/clock.h"
 #include "store/commit.h"
 #include "store/errors.h"
@@ -404,20 +405,37 @@ private slots:
     }
 
     // A change whose renames failed after its journal is finished before the next
-    // command reads, so that the command neither builds on half of it nor undoes the rest.
+    // command reads, so that the command neither builds on half of it nor undoes the rest:
+    // also when the writer is still busy with another data folder's change.
+    void unfinishedChangeIsFinishedFirst_data()
+    {
+        QTest::addColumn<bool>("writingElsewhere");
+        QTest::newRow("writer idle") << false;
+        QTest::newRow("writer busy in another folder") << true;
+    }
     void unfinishedChangeIsFinishedFirst()
     {
+        QFETCH(bool, writingElsewhere);
         DataDir dir;
         reset(start);
         const QStringList files = dir.entries();
-        // x was sent: the change put it in Sent Items and the queue.
+        // x was sent: the change took it from the Outbox into Sent Items and the queue.
         const MailList x{start[FolderFile::Outbox].first()};
+        dir.writeBytes(u"send_c.dat.new"_s, FolderBytes(start[FolderFile::Outbox].mid(1)));
         for (int f : {FolderFile::SentItems, FolderFile::ServerQueue})
             dir.writeBytes(FolderFile::fileName(f) + u".new"_s, FolderBytes(start[f] + x));
         dir.writeBytes(QString::fromLatin1(JournalName),
-                       "quillpost-journal 1\nreceive_s.dat\nsend_s.dat\nend\n");
+                       "quillpost-journal 1\nsend_c.dat\nreceive_s.dat\nsend_s.dat\nend\n");
+        QTemporaryDir other;
+        if (writingElsewhere) {
+            SetAppDir(other.path());
+            FolderSet set;
+            set.change(FolderFile::Drafts) = x;
+            set.commit();  // its outcome not taken yet
+            SetAppDir(dir.path());
+        }
 
-        RunSendReceive(SendReceiveModes::ReceiveOnly);
+        RunSendReceive(SendReceiveModes::SendAndReceive);
 
         QCOMPARE(dir.entries(), files);
         const auto copies = [&](int f) { return QString::number(ids(f).count(x[0].id)); };
