@@ -1,6 +1,7 @@
 // The store under writes the kernel refuses and kills at random instants, both in a
 // child process: a file-size limit and dropping root cannot be taken back, and a kill
-// ends the process. QUILLPOST_KILL_TRIALS sets the kill trials (200; make torture 2000).
+// ends the process. QUILLPOST_KILL_TRIALS sets the kill trials (200; make torture 2000, a
+// mutation run fewer).
 
 #include "mail/commands.h"
 #include "sendrecv/engine.h"
@@ -352,7 +353,9 @@ private slots:
         store::Flush();  // on the disk before any copy starts on it
         const qint64 cycleNs = cycle.nsecsElapsed();
 
-        const int trials = qMax(200, qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS"));
+        const int trials = qEnvironmentVariableIsSet("QUILLPOST_KILL_TRIALS")
+            ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS")
+            : 200;
         std::array<int, 3> found{};
         int afterJournal = 0, left = 0;
         // A copy of the program: it holds the folder and recovers it, or leaves; the
