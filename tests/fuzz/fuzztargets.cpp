@@ -16,11 +16,7 @@ using testsupport::DataDir;
 
 namespace {
 
-void check(bool promise, const char *what)
-{
-    if (!promise)
-        qFatal("broken: %s", what);
-}
+void check(bool promise, const char *what) { if (!promise) qFatal("broken: %s", what); }
 
 QStringList idsOf(const MailList &mails)
 {
@@ -33,11 +29,7 @@ QStringList idsOf(const MailList &mails)
 // Only the errors the loaders document end a load; anything else escapes.
 void loadQuietly(const std::function<void()> &load)
 {
-    try {
-        load();
-    } catch (const IndexError &) {
-    } catch (const FormatError &) {
-    }
+    try { load(); } catch (const IndexError &) {} catch (const FormatError &) {}
 }
 
 // Loading never loses bytes: the file stands as it was (its parts that
@@ -59,8 +51,7 @@ void loadKeepsBytes(const QString &name, const QByteArray &bytes, const std::fun
 
 int FuzzReader(const uint8_t *data, size_t size)
 {
-    const ProfileFile file =
-        ProfileFile::parse(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));
+    const ProfileFile file = ProfileFile::parse(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));
     file.isBlank();
     file.hasNumberedSection("email-");
     for (int buffer : {0, 1, 2, 3, 4, 5, ProfileFile::ValueBuffer})
@@ -82,8 +73,7 @@ int FuzzReader(const uint8_t *data, size_t size)
               "folder written as text");
         const FolderReading readBack = ReadFolder(FolderFile::Inbox, written);
         check(idsOf(reading.mails) == idsOf(readBack.mails), "folder read back");
-        check(!readBack.sections.countDisagrees() && readBack.sections.setAside.isEmpty(),
-              "folder written whole");
+        check(!readBack.sections.countDisagrees() && readBack.sections.setAside.isEmpty(), "folder written whole");
         MailList kept = reading.mails;
         if (ReadsAsGb18030(image.bytes)) {
             KeepAsRead(FolderFile::Inbox, kept);
@@ -91,8 +81,7 @@ int FuzzReader(const uint8_t *data, size_t size)
         }
         // Bytes that pass for UTF-8 are read as such, and so change; others
         // are written again as they were read.
-        check(!ReadsAsGb18030(image.bytes)
-                  || FolderImage(readBack.mails, readBack.sections.frame).bytes == image.bytes,
+        check(!ReadsAsGb18030(image.bytes) || FolderImage(readBack.mails, readBack.sections.frame).bytes == image.bytes,
               "folder written again as it was read");
         // A changed record keeps its other lines; it reads back as changed.
         if (!readBack.mails.isEmpty()) {
@@ -101,8 +90,7 @@ int FuzzReader(const uint8_t *data, size_t size)
             changed.last().subject += u"x"_s;
             const FileImage again = FolderImage(changed, frame);
             const FolderReading after = ReadFolder(FolderFile::Inbox, ProfileFile::parse(again.bytes));
-            check(after.mails.first().isnew == changed.first().isnew
-                      && after.mails.size() == changed.size(),
+            check(after.mails.first().isnew == changed.first().isnew && after.mails.size() == changed.size(),
                   "changed record read back");
             if (ReadsAsGb18030(again.bytes)) {
                 KeepAsRead(FolderFile::Inbox, changed);
