@@ -29,8 +29,7 @@ class tst_datafolder : public WindowTest
     {
         qint64 pid = 0;
         QString machine, program;
-        QLockFile(lockPath()).getLockInfo(&pid, &machine, &program);
-        return pid;
+        return QLockFile(lockPath()).getLockInfo(&pid, &machine, &program), pid;
     }
     // The folder's last change, and every entry: name, last change, bytes.
     QStringList snapshot() const
@@ -137,19 +136,18 @@ private slots:
         const QString machine = QSysInfo::machineHostName();
         QLockFile other(lockPath());
         QFile file(lockPath());
-        if (minutesOld < 0)
-            QVERIFY(QDir(dir->path()).mkdir(QString::fromLatin1(LockFileName)));
-        else
-            QVERIFY(other.tryLock(0) && file.open(QIODevice::ReadWrite)
-                    && file.setFileTime(QDateTime::currentDateTime().addSecs(-60 * minutesOld),
-                                        QFileDevice::FileModificationTime));
         dir->writeBytes(u"send_c.dat.new"_s, "being written there");
-        if (minutesOld < 0)
+        if (minutesOld < 0) {
+            QVERIFY(QDir(dir->path()).mkdir(QString::fromLatin1(LockFileName)));
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::Unavailable.arg(folder()));
-        else if (minutesOld < 5)
-            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::HeldElsewhere.arg(folder(), machine));
-        else
-            boxes->expectConfirm(Icon::Warning, texts::AppTitle, t::AskTakeOver.arg(folder(), machine).arg(minutesOld), yes);
+        } else {
+            QVERIFY(other.tryLock(0) && file.open(QIODevice::ReadWrite)
+                    && file.setFileTime(QDateTime::currentDateTime().addSecs(-60 * minutesOld), QFileDevice::FileModificationTime));
+            if (minutesOld < 5)
+                boxes->expectMessage(Icon::Exclamation, texts::AppTitle, t::HeldElsewhere.arg(folder(), machine));
+            else
+                boxes->expectConfirm(Icon::Warning, texts::AppTitle, t::AskTakeOver.arg(folder(), machine).arg(minutesOld), yes);
+        }
         const QStringList before = snapshot();
 
         QCOMPARE(start(), yes || minutesOld < 0);
