@@ -4,11 +4,10 @@
 // run fewer).
 
 #include "sendrecv/classroom.h"
-#include "store/folderlock.h"
 #include "sendrecv/recipients.h"
 #include "store/appdir.h"
 #include "store/clock.h"
-#include "store/folders.h"
+#include "store/folderlock.h"
 #include "store/mailstore.h"
 #include "store/profile.h"
 #include "testsupport.h"
@@ -35,11 +34,7 @@ const QStringList recipients{u"a@c.cn"_s, u"b@c.cn"_s,  u"c@c.cn"_s,      u"z@c.
 // Each machine writes at most this many messages, so that no Inbox fills.
 constexpr int Budget = 25;
 
-void use(const DataDir &data, int machine)
-{
-    SetAppDir(data.path());
-    SetMachineName(u"PC-%1"_s.arg(machine + 1));
-}
+void use(const DataDir &data, int machine) { SetAppDir(data.path()), SetMachineName(u"PC-%1"_s.arg(machine + 1)); }
 
 // The child's loop: now and then a message into the Outbox, then a run in
 // any mode, then a short pause.
@@ -51,10 +46,8 @@ void use(const DataDir &data, int machine)
         FolderSet set;
         if (random.generateDouble() < writeChance
             && set.read(FolderFile::Outbox).size() + set.read(FolderFile::SentItems).size() < Budget) {
-            EmailRec m = mail(u"1"_s, accounts[machine].first(),
-                              recipients[random.bounded(int(recipients.size()))],
-                              u"%1-%2-%3"_s.arg(machine).arg(trial).arg(counter), true);
-            AppendMail(set.change(FolderFile::Outbox), m);
+            AppendMail(set.change(FolderFile::Outbox), mail(u"1"_s, accounts[machine].first(), recipients[random.bounded(int(recipients.size()))],
+                                                            u"%1-%2-%3"_s.arg(machine).arg(trial).arg(counter), true));
             set.commit();
         }
         if (!classroom::ClassRun::runHere(qint16(random.bounded(3))).errorText.isEmpty())
@@ -90,9 +83,7 @@ private slots:
         const int cycleUs = qBound(1000, int(cycle.nsecsElapsed() / 1000), 10000);
         store::Flush();  // no write of this process left when the machines start
 
-        const int trials = qEnvironmentVariableIsSet("QUILLPOST_KILL_TRIALS")
-            ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS")
-            : 200;
+        const int trials = qEnvironmentVariableIsSet("QUILLPOST_KILL_TRIALS") ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS") : 200;
         const double writeChance = 12.0 / trials;
         // What the kills interrupted: mail numbered but not yet in the class
         // folder, a commit past its journal, a file half written there.
@@ -108,8 +99,7 @@ private slots:
             }
             // Each at its own instant, the three running at once until then.
             for (pid_t pid : pids) {
-                std::this_thread::sleep_for(
-                    std::chrono::microseconds(QRandomGenerator::global()->bounded(2 * cycleUs)));
+                std::this_thread::sleep_for(std::chrono::microseconds(QRandomGenerator::global()->bounded(2 * cycleUs)));
                 ::kill(pid, SIGKILL);
             }
             for (int i = 0; i < 3; ++i) {
@@ -148,12 +138,10 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             use(data[i], i);
             QMap<QString, int> expected, found;
-            for (const EmailRec &m : sent) {
-                for (const QString &a : accounts[i]) {
+            for (const EmailRec &m : sent)
+                for (const QString &a : accounts[i])
                     if (AddressMatches(RecipientText(m.to, m.alsoto), a))
                         ++expected[m.subject];
-                }
-            }
             for (const EmailRec &m : stored(FolderFile::Inbox))
                 ++found[m.subject], ++copies;
             QCOMPARE(found, expected);
