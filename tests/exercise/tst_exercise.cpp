@@ -57,8 +57,7 @@ private slots:
             task(1, u"folder=sent\nfrom=zhangsan@"_s) + task(2, u"folder=sent\nto=@example.cn"_s)
                 + task(3, u"folder=sent\ncc=wangwu"_s) + task(4, u"folder=sent\nsubject=会议"_s)
                 + task(5, u"folder=sent\nbody=周一"_s) + task(6, u"folder=sent\nattachment=周报.doc"_s)
-                + task(7, u"folder=sent\nsubject=周一"_s),
-            one, {true, true, true, true, true, true, false});
+                + task(7, u"folder=sent\nsubject=周一"_s), one, {true, true, true, true, true, true, false});
         row("letter case ignored both ways, accented and full-width letters alike but not as ASCII",
             task(1, u"folder=sent\nsubject=MEETING"_s) + task(2, u"folder=sent\nto=ADA@Example.CN"_s)
                 + task(3, u"folder=sent\nsubject=ｑｕｉｚ"_s) + task(4, u"folder=sent\nsubject=ÉTUDE 2"_s)
@@ -74,8 +73,7 @@ private slots:
             {full(u"a"_s, u"会议通知"_s), full(u"b"_s, u"放假通知"_s)}, {true, false});
         row("one message does several tasks; a folder alone asks for any message in it",
             task(1, u"Folder=SENT\nTo=lisi@"_s) + task(2, u"folder=sent\nsubject=\"会议\""_s)
-                + task(3, u"folder=sent"_s) + task(4, u"folder=drafts"_s),
-            one, {true, true, true, false});
+                + task(3, u"folder=sent"_s) + task(4, u"folder=drafts"_s), one, {true, true, true, false});
         row("an account by its whole address, ignoring case",
             task(1, u"account=LiSi@Example.cn"_s) + task(2, u"account=si@example.cn"_s), {}, {true, false});
         // The same exercise as an editor may save it: the title and a Chinese subject read alike.
@@ -142,14 +140,12 @@ private slots:
     void refusals()
     {
         QFETCH(QByteArray, file);
-        QFETCH(int, line);
-        QFETCH(QString, reason);
         try {
             exercise::ParseExercise(file);
             QFAIL("accepted");
         } catch (const exercise::ExerciseError &e) {
-            QCOMPARE(e.reason(), reason);
-            QCOMPARE(e.line(), line);
+            QTEST(e.reason(), "reason");
+            QTEST(e.line(), "line");
         }
     }
 
@@ -165,8 +161,7 @@ private slots:
         const QString sent = u"[task1]\ntext=发通知\nfolder=sent\nsubject=通知\n"_s;
         const QString account = u"[task2]\ntext=加账号\naccount=lisi@example.cn\n"_s;
         QTest::newRow("every task done: 0") << sent << u"."_s << 0 << u"完成\t1\t发通知\n1/1\n"_s << QString();
-        QTest::newRow("a task open: 1") << sent + account << u"."_s << 1
-                                        << u"完成\t1\t发通知\n未完成\t2\t加账号\n1/2\n"_s << QString();
+        QTest::newRow("a task open: 1") << sent + account << u"."_s << 1 << u"完成\t1\t发通知\n未完成\t2\t加账号\n1/2\n"_s << QString();
         QTest::newRow("a refused file: 2, the line quoted") << sent + u"foldr=x\n"_s << u"."_s << 2 << QString()
                                                            << u"第 7 行“foldr=x”：不认识“foldr=”"_s;
         QTest::newRow("no data folder: 3") << sent << u"gone"_s << 3 << QString() << u"gone”不存在"_s;
@@ -175,8 +170,6 @@ private slots:
     {
         QFETCH(QString, tasks);
         QFETCH(QString, folder);
-        QFETCH(int, exitCode);
-        QFETCH(QString, out);
         QFETCH(QString, err);
         DataDir dir;
         dir.writeBytes(u"lesson.ini"_s, (Header + tasks).toUtf8());
@@ -186,15 +179,13 @@ private slots:
         dir.writeBytes(u"receive_s.dat.new"_s, FolderBytes({full(u"x"_s, u"会议通知"_s)}));
         dir.writeBytes(QString::fromLatin1(JournalName), "quillpost-journal 1\nreceive_s.dat\nend\n");
         dir.writeBytes(MailBoxFileName, QByteArray("\x01\x02 binary", 9));
-        const QStringList entries = dir.entries();
-        const QByteArray bytes = allFiles(dir);
+        const auto before = std::pair(dir.entries(), allFiles(dir));
 
         const Run r = check({dir.filePath(u"lesson.ini"_s), u"--data-dir"_s, dir.filePath(folder)});
-        QCOMPARE(r.exitCode, exitCode);
-        QCOMPARE(r.out, out);
+        QTEST(r.exitCode, "exitCode");
+        QTEST(r.out, "out");
         QVERIFY2(r.err.contains(err) && r.err.isEmpty() == err.isEmpty(), qPrintable(r.err));
-        QCOMPARE(dir.entries(), entries);
-        QCOMPARE(allFiles(dir), bytes);
+        QCOMPARE(std::pair(dir.entries(), allFiles(dir)), before);
     }
 
     // Without --data-dir, the folder the program would use: a copy in a
@@ -208,17 +199,15 @@ private slots:
         QFile(copy).setPermissions(QFileDevice::ExeOwner | QFileDevice::ReadOwner);
         put(dir, FolderFile::SentItems, {full(u"x"_s, u"会议通知"_s)});
         dir.writeBytes(u"lesson.ini"_s, (Header + u"[task1]\ntext=a\nfolder=sent\nsubject=会议\n"_s).toUtf8());
-        QProcess program;
+        QProcess program, p;
         program.start(copy, {u"-platform"_s, u"offscreen"_s});
         QVERIFY(program.waitForStarted());
         QTRY_VERIFY(dir.exists(QString::fromLatin1(LockFileName)));
-        QProcess p;
         p.start(copy, {u"--check"_s, dir.filePath(u"lesson.ini"_s)});
         QVERIFY(p.waitForFinished());
         program.kill();
         program.waitForFinished();
-        QCOMPARE(p.exitCode(), 0);
-        QCOMPARE(p.readAllStandardOutput(), QByteArray("完成\t1\ta\n1/1\n"));
+        QCOMPARE(std::pair(p.exitCode(), p.readAllStandardOutput()), std::pair(0, QByteArray("完成\t1\ta\n1/1\n")));
     }
 };
 
