@@ -65,8 +65,7 @@ private slots:
             {full(u"ada@example.cn"_s, u"ＱＵＩＺ Meeting étude 2"_s)}, {true, true, true, true, false});
         row("a Chinese text matches characters, never the bytes across two",
             task(1, u"folder=sent\nsubject=形"_s), {full(u"x"_s, u"中文"_s)}, {false});
-        row("every condition in one message, not spread over two",
-            task(1, u"folder=sent\nto=lisi@example.cn\nsubject=会议通知"_s),
+        row("every condition in one message, not spread over two", task(1, u"folder=sent\nto=lisi@example.cn\nsubject=会议通知"_s),
             {full(u"lisi@example.cn"_s, u"周报"_s), full(u"wangwu@example.cn"_s, u"会议通知"_s)}, {false});
         row("count asks for at least that many messages",
             task(1, u"folder=sent\nsubject=通知\ncount=2"_s) + task(2, u"folder=sent\nsubject=通知\ncount=3"_s),
@@ -133,8 +132,7 @@ private slots:
         row("an account and a folder", Header + ok + u"account=a@b\n"_s, 6, t::AccountAlone.arg(u"folder"_s));
         row("a message field beside an account", Header + u"[task1]\ntext=a\nsubject=x\naccount=a@b\n"_s, 5,
             t::AccountAlone.arg(u"subject"_s));
-        row("a message field without a folder", Header + u"[task1]\ntext=a\nsubject=x\n"_s, 5,
-            t::NeedsFolder.arg(u"subject"_s));
+        row("a message field without a folder", Header + u"[task1]\ntext=a\nsubject=x\n"_s, 5, t::NeedsFolder.arg(u"subject"_s));
         QTest::newRow("a byte no text has") << QByteArray("[exercise]\ntitle=a\x01\n") << 2 << t::NotText;
     }
     void refusals()

@@ -41,8 +41,7 @@ class tst_install : public QObject
 private slots:
     void initTestCase()
     {
-        const Run r = run(QStringLiteral(CMAKE_COMMAND),
-                          {u"--install"_s, QStringLiteral(BUILD_DIR), u"--prefix"_s, u"/usr"_s},
+        const Run r = run(QStringLiteral(CMAKE_COMMAND), {u"--install"_s, QStringLiteral(BUILD_DIR), u"--prefix"_s, u"/usr"_s},
                           {{u"DESTDIR"_s, m_dest.path()}});
         QVERIFY2(r.exitCode == 0, qPrintable(r.out + r.err));
     }

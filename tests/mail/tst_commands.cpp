@@ -38,8 +38,7 @@ Mails msgs(const QString &looks)
     Mails out;
     for (const QString &m : looks.split(u' ', Qt::SkipEmptyParts)) {
         const QString look = m.section(u':', 0, 0), to = m.section(u':', 1);
-        out << mail(look.chopped(look.endsWith(u'u')), Me, to.isEmpty() ? You : to, u"s"_s,
-                    look.endsWith(u'u'));
+        out << mail(look.chopped(look.endsWith(u'u')), Me, to.isEmpty() ? You : to, u"s"_s, look.endsWith(u'u'));
     }
     return out;
 }

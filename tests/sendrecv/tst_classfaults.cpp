@@ -153,8 +153,7 @@ private slots:
         QCOMPARE(files.filter(u".part"_s), QStringList());
         QCOMPARE(files.filter(u"/0"_s).size(), sent.size());
         qInfo("kill trials %d (3 machines each, killed one after another up to %.0f ms apart) in %.1f s; after a kill, mail waiting "
-              "to go out %d times, a journal %d, a half-written file %d; %d messages sent, %d Inbox "
-              "copies, each exactly once",
+              "to go out %d times, a journal %d, a half-written file %d; %d messages sent, %d Inbox copies, each exactly once",
               trials, 2 * cycleUs / 1000.0, killing, waiting, journals, parts, int(sent.size()), copies);
     }
 };

@@ -117,8 +117,7 @@ private slots:
         row("an address inside a longer one matches", one, {{0, u"xb@c.cnx"_s}}, {{}, {m0}, {}});
         row("mail to nobody waits for an account set up later", one, {{0, u"new@c.cn"_s}, {1, u"new@c.cn"_s}},
             {{}, {}, {m0, m1}}, -1, u"new@c.cn"_s);
-        row("a machine that was off gets its mail when it runs", one, {{0, z}, {1, z + u';' + a}},
-            {{m1}, {}, {m0, m1}}, 2);
+        row("a machine that was off gets its mail when it runs", one, {{0, z}, {1, z + u';' + a}}, {{m1}, {}, {m0, m1}}, 2);
     }
 
     // Everyone sends, then everyone runs twice (the second run takes what
