@@ -60,32 +60,6 @@ class tst_compose : public WindowTest
 
 private slots:
 
-    // The accounts are a@x.com and c@x.com.
-    void opening_data()
-    {
-        QTest::addColumn<int>("folder");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("reply from Deleted Items: To is the sender, an empty sender offered too")
-            << FolderFile::DeletedItems << int(Main::ComposeModes::Reply) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted;
-        QTest::newRow("forward: To and Cc empty, attachments copied")
-            << FolderFile::Inbox << int(Main::ComposeModes::Forward) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com ;  ;  ; Fw:hello ; "
-                                      u"plan.doc(3.00kb)|map.png(1.50kb) ; "_s + quoted;
-        QTest::newRow("re-opened draft: its subject as caption, its own sender kept")
-            << FolderFile::Drafts << int(Main::ComposeModes::Reopen) << u"hello ; bob@y.com ; a@x.com|c@x.com ; a@x.com ; carol@z.com ; hello ; "
-                         u"plan.doc(3.00kb)|map.png(1.50kb) ; first line\nsecond line"_s;
-    }
-    void opening()
-    {
-        QFETCH(int, folder);
-        QFETCH(int, mode);
-        putAccounts(*dir, {u"a@x.com"_s, u"c@x.com"_s});
-        put(*dir, folder, {quotedMail()});
-        const QByteArray before = allFiles(*dir);
-        QTEST(shown(openOn(folder, qint16(mode))), "shown");
-        QCOMPARE(allFiles(*dir), before);
-    }
-
     // Each field lands in its place; attachments come from the tool bar and the menu and go by the pop-up or
     // the Delete key, the row with the last.
     void aNewMessageWithAttachmentsSentLater()
@@ -185,58 +159,66 @@ private slots:
         QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
     }
 
-    // A box each, and nothing written: a refusal says why and leaves the window as it was; a reply's text
-    // typed and neither sent nor saved is given up, closing or by New, only on a Yes, the question's default
-    // being No, and an untouched window closes without one; New empties all but the sender.
-    void refusalsAndQuestions_data()
+    // The window opened on a message (its folder's first), then the user's steps, the box they bring, and
+    // the window as it shows then; nothing is ever written. An opening fills the fields from the message. A
+    // refusal says why and leaves the window as it was. A reply's text typed and neither sent nor saved is
+    // given up, closing or by New, only on a Yes, the question's default being No, and an untouched window
+    // closes without one; New empties all but the sender.
+    void openingRefusalsAndQuestions_data()
     {
-        QTest::addColumn<QString>("from");  // the account on file, if any
+        QTest::addColumn<QStringList>("accounts");
+        QTest::addColumn<int>("folder");
         QTest::addColumn<int>("mode");
         QTest::addColumn<Steps>("steps");
         QTest::addColumn<QString>("said");  // none: no box
         QTest::addColumn<int>("answer");  // -1: a message, else No or Yes to a question
         QTest::addColumn<QString>("shown");  // "" once closed
-        const int fresh = Main::ComposeModes::New, reply = Main::ComposeModes::Reply;
-        const QString to = t::CannotSendNoRecipient, from = t::CannotSaveNoSender, close = t::AskDiscardOnClose;
+        const auto add = [](const char *name, const QStringList &accounts, int folder, int mode, const Steps &steps,
+                            const QString &said, int answer, const QString &shown) {
+            QTest::newRow(name) << accounts << folder << mode << steps << said << answer << shown;
+        };
+        const QStringList a{u"a@x.com"_s}, ac{u"a@x.com"_s, u"c@x.com"_s}, none;
+        const int in = FolderFile::Inbox, fresh = Main::ComposeModes::New, reply = Main::ComposeModes::Reply;
+        const QString to = t::CannotSendNoRecipient, from = t::CannotSaveNoSender, close = t::AskDiscardOnClose,
+                      renew = t::AskDiscardOnNew;
         const QString empty = t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s, toB = t::Caption + u" ;  ;  ; b@y.com ;  ;  ; - ; "_s;
-        const QString blank = t::Caption + u" ;  ;  ;  ;  ;  ; - ; "_s;
+        const QString blank = t::Caption + u" ;  ;  ;  ;  ;  ; - ; "_s, both = u"a@x.com|c@x.com"_s;
         const QString ccBy = t::Caption + u" ; a@x.com ; a@x.com ; bob@y.com ; %1 ; Re:hello ; - ; "_s + quoted;
-        QTest::newRow("send with empty To") << u"a@x.com"_s << fresh << Steps{trigger("mnuMailSend")} << to << -1 << empty;
-        QTest::newRow("send tests To before From") << QString() << fresh << Steps{trigger("mnuMailSend")} << to << -1 << blank;
-        QTest::newRow("send later with empty To") << u"a@x.com"_s << fresh << Steps{trigger("mnuMailSendLate")} << to << -1
-                                                  << empty;
-        QTest::newRow("send later with empty From")
-            << QString() << fresh << Steps{type(To, u"b@y.com"_s), trigger("mnuMailSendLate")} << from << -1 << toB;
-        QTest::newRow("save with empty From") << QString() << fresh << Steps{type(To, u"b@y.com"_s), trigger("Save")}
-                                              << from << -1 << toB;
-        QTest::newRow("reply with no account: the window stays empty") << QString() << reply << Steps{} << t::NoAccountYet
-                                                                       << -1 << blank;
-        QTest::newRow("untouched, closed from the menu") << u"a@x.com"_s << reply << Steps{trigger("mnuClose")}
-                                                         << QString() << -1 << QString();
-        QTest::newRow("typed text, Escape answered No") << u"a@x.com"_s << reply << Steps{type(Cc, u"x"_s), key("Escape")}
-                                                        << close << 0 << ccBy.arg(u"x"_s);
-        QTest::newRow("typed text, closed and answered Yes")
-            << u"a@x.com"_s << reply << Steps{type(Cc, u"x"_s), trigger("mnuClose")} << close << 1 << QString();
-        QTest::newRow("typed text, New answered No") << u"a@x.com"_s << reply << Steps{type(Cc, u"cc"_s), trigger("munNewMail")}
-                                                     << t::AskDiscardOnNew << 0 << ccBy.arg(u"cc"_s);
-        QTest::newRow("typed text, New answered Yes") << u"a@x.com"_s << reply << Steps{type(Cc, u"cc"_s), trigger("munNewMail")}
-                                                      << t::AskDiscardOnNew << 1 << empty;
+        add("reply from Deleted Items: To is the sender, an empty sender offered too", ac, FolderFile::DeletedItems,
+            reply, {}, {}, -1, t::Caption + u" ; a@x.com ; "_s + both + u"| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted);
+        add("forward: To and Cc empty, attachments copied", ac, in, Main::ComposeModes::Forward, {}, {}, -1,
+            t::Caption + u" ; a@x.com ; "_s + both + u" ;  ;  ; Fw:hello ; plan.doc(3.00kb)|map.png(1.50kb) ; "_s + quoted);
+        add("re-opened draft: its subject as caption, its own sender kept", ac, FolderFile::Drafts,
+            Main::ComposeModes::Reopen, {}, {}, -1, u"hello ; bob@y.com ; "_s + both + u" ; a@x.com ; carol@z.com ; hello ; "
+                                                    u"plan.doc(3.00kb)|map.png(1.50kb) ; first line\nsecond line"_s);
+        add("send with empty To", a, in, fresh, {trigger("mnuMailSend")}, to, -1, empty);
+        add("send tests To before From", none, in, fresh, {trigger("mnuMailSend")}, to, -1, blank);
+        add("send later with empty To", a, in, fresh, {trigger("mnuMailSendLate")}, to, -1, empty);
+        add("send later with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("mnuMailSendLate")}, from, -1, toB);
+        add("save with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("Save")}, from, -1, toB);
+        add("reply with no account: the window stays empty", none, in, reply, {}, t::NoAccountYet, -1, blank);
+        add("untouched, closed from the menu", a, in, reply, {trigger("mnuClose")}, {}, -1, {});
+        add("typed text, Escape answered No", a, in, reply, {type(Cc, u"x"_s), key("Escape")}, close, 0, ccBy.arg(u"x"_s));
+        add("typed text, closed and answered Yes", a, in, reply, {type(Cc, u"x"_s), trigger("mnuClose")}, close, 1, {});
+        add("typed text, New answered No", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 0, ccBy.arg(u"cc"_s));
+        add("typed text, New answered Yes", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 1, empty);
     }
-    void refusalsAndQuestions()
+    void openingRefusalsAndQuestions()
     {
-        QFETCH(QString, from);
+        QFETCH(int, folder);
         QFETCH(int, mode);
         QFETCH(QString, said);
         QFETCH(int, answer);
-        if (!from.isEmpty())
-            putAccounts(*dir, {from});
-        put(*dir, FolderFile::Inbox, {quotedMail()});
+        QFETCH(QStringList, accounts);
+        if (!accounts.isEmpty())
+            putAccounts(*dir, accounts);
+        put(*dir, folder, {quotedMail()});
         const QByteArray before = allFiles(*dir);
         if (answer >= 0)
             boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, said, answer == 1);
         else if (!said.isEmpty())
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle, said);
-        frmMailEdit *e = openOn(FolderFile::Inbox, qint16(mode));
+        frmMailEdit *e = openOn(folder, qint16(mode));
         QFETCH(Steps, steps);
         act(e, steps);
         QTEST(e->isVisible() ? shown(e) : QString(), "shown");
