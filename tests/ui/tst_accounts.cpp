@@ -130,18 +130,16 @@ private slots:
         QTest::addColumn<bool>("stored");
         QTest::addColumn<bool>("rewritten");
         const Steps byButton{row(1), click("btnProperty")};
-        const QStringList ok{u"Command1"_s};
-        QTest::newRow("OK without edits stores the same values") << byButton << false << ok << false << false;
-        QTest::newRow("opened by Enter, Cancel stores nothing") << Steps{key("Tab"), key("Down"), key("Return")} << true
-                                                                << QStringList{u"Command2"_s} << false << false;
-        QTest::newRow("opened by a double-click, Apply then OK") << Steps{rowTwice(1)} << true
-                                                                 << QStringList{u"Command3"_s, u"Command1"_s} << true << false;
-        QTest::newRow("Apply then Cancel keeps what Apply stored") << byButton << true
-                                                                   << QStringList{u"Command3"_s, u"Command2"_s} << true << false;
-        QTest::newRow("a password not remembered is still stored")
-            << byButton << true << QStringList{u"Check2"_s, u"Command1"_s} << true << false;
+        const QString ok = u"Command1"_s, cancel = u"Command2"_s, apply = u"Command3"_s;
+        QTest::newRow("OK without edits stores the same values") << byButton << false << QStringList{ok} << false << false;
+        QTest::newRow("opened by Enter, Cancel stores nothing")
+            << Steps{key("Tab"), key("Down"), key("Return")} << true << QStringList{cancel} << false << false;
+        QTest::newRow("opened by a double-click, Apply then OK") << Steps{rowTwice(1)} << true << QStringList{apply, ok}
+                                                                 << true << false;
+        QTest::newRow("Apply then Cancel keeps what Apply stored") << byButton << true << QStringList{apply, cancel} << true << false;
+        QTest::newRow("a password not remembered is still stored") << byButton << true << QStringList{u"Check2"_s, ok} << true << false;
         QTest::newRow("the file rewritten meanwhile: OK, then Delete, change nothing")
-            << byButton << true << ok << false << true;
+            << byButton << true << QStringList{ok} << false << true;
     }
     void properties()
     {
@@ -263,16 +261,14 @@ private slots:
         QTest::addColumn<Steps>("steps");
         QTest::addColumn<QList<bool>>("answers");
         QTest::addColumn<bool>("added");
-        QTest::newRow("no account: a cancelled wizard ends the command")
-            << 0 << true << 2 << Steps{click("btnCancel")} << QList{true} << false;
+        const Steps cancel{click("btnCancel")};
+        QTest::newRow("no account: a cancelled wizard ends the command") << 0 << true << 2 << cancel << QList{true} << false;
         QTest::newRow("an account on file: no wizard") << 1 << true << 0 << Steps{} << QList<bool>{} << false;
         QTest::newRow("from the menu, added after those on file") << 2 << false << 5 << Steps{} << QList<bool>{} << true;
         QTest::newRow("21 accounts: a 22nd is refused") << 21 << false << 5 << Steps{} << QList<bool>{} << false;
-        QTest::newRow("Cancel on page 5 closes every page") << 1 << false << 5 << Steps{click("btnCancel")} << QList{true}
-                                                            << false;
+        QTest::newRow("Cancel on page 5 closes every page") << 1 << false << 5 << cancel << QList{true} << false;
         QTest::newRow("Escape on page 3 asks the same") << 1 << false << 3 << Steps{key("Escape")} << QList{true} << false;
-        QTest::newRow("No leaves every page open") << 1 << false << 2 << Steps{click("btnCancel"), click("btnCancel")}
-                                                   << QList{false, true} << false;
+        QTest::newRow("No leaves every page open") << 1 << false << 2 << cancel + cancel << QList{false, true} << false;
     }
     void wizard()
     {

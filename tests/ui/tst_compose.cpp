@@ -183,7 +183,7 @@ private slots:
                       renew = t::AskDiscardOnNew;
         const QString empty = t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s, toB = t::Caption + u" ;  ;  ; b@y.com ;  ;  ; - ; "_s;
         const QString blank = t::Caption + u" ;  ;  ;  ;  ;  ; - ; "_s, both = u"a@x.com|c@x.com"_s;
-        const QString ccBy = t::Caption + u" ; a@x.com ; a@x.com ; bob@y.com ; %1 ; Re:hello ; - ; "_s + quoted;
+        const QString replyWith = t::Caption + u" ; a@x.com ; a@x.com ; bob@y.com ; %1 ; Re:hello ; - ; %2"_s + quoted;  // Cc, body
         add("reply from Deleted Items: To is the sender, an empty sender offered too", ac, FolderFile::DeletedItems,
             reply, {}, {}, -1, t::Caption + u" ; a@x.com ; "_s + both + u"| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted);
         add("forward: To and Cc empty, attachments copied", ac, in, Main::ComposeModes::Forward, {}, {}, -1,
@@ -198,9 +198,9 @@ private slots:
         add("save with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("Save")}, from, -1, toB);
         add("reply with no account: the window stays empty", none, in, reply, {}, t::NoAccountYet, -1, blank);
         add("untouched, closed from the menu", a, in, reply, {trigger("mnuClose")}, {}, -1, {});
-        add("typed text, Escape answered No", a, in, reply, {type(Cc, u"x"_s), key("Escape")}, close, 0, ccBy.arg(u"x"_s));
+        add("typed text, Escape answered No", a, in, reply, {type(Body, u"x"_s), key("Escape")}, close, 0, replyWith.arg(QString(), u"x"_s));
         add("typed text, closed and answered Yes", a, in, reply, {type(Cc, u"x"_s), trigger("mnuClose")}, close, 1, {});
-        add("typed text, New answered No", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 0, ccBy.arg(u"cc"_s));
+        add("typed text, New answered No", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 0, replyWith.arg(u"cc"_s, QString()));
         add("typed text, New answered Yes", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 1, empty);
     }
     void openingRefusalsAndQuestions()
