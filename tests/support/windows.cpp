@@ -27,8 +27,7 @@ void clickRow(QTreeView *list, int row, bool twice)
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, centre);
 }
 
-// Where the keyboard's keys go: an open menu, else the focus. A focus left behind in a window just closed
-// does not count.
+// Where keys go: an open menu, else the focus, unless that was left behind in a window just closed.
 static QWidget *keyboard()
 {
     if (QWidget *menu = QApplication::activePopupWidget())

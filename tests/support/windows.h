@@ -1,7 +1,6 @@
 #pragma once
 
-// The window tests' ground: a user's clicks and keys, scripted file choosers and modal steps, a fresh data
-// folder per test. It brings in every window.
+// The window tests' ground: a user's clicks and keys, scripted choosers and modal steps, fresh data folders.
 
 #include "store/folders.h"
 #include "store/mailboxes.h"
@@ -59,7 +58,7 @@ inline Step click(const char *button) { return {Step::Click, 0, QString::fromLat
 inline Step trigger(const char *action) { return {Step::Trigger, 0, QString::fromLatin1(action)}; }
 // A key ("Down", "Ctrl+R") typed to the control that has the focus.
 inline Step key(const char *key) { return {Step::Key, 0, QString::fromLatin1(key)}; }
-// Text typed at the end of a box, which the user clicks into first.
+// Text typed into a box at its cursor, the box given the focus first.
 inline Step type(const char *box, const QString &text) { return {Step::Type, 0, QString::fromLatin1(box), text}; }
 void act(QWidget *window, const Steps &steps);
 
@@ -107,14 +106,12 @@ private:
     QPointer<QWidget> m_seen;
 };
 
-// Steps answering the wizard's pages 1 to lastPage for "New Office" (see windows.cpp), each then Next (Finish
-// on page 5), on lastPage if pressLast.
+// Answers the wizard's pages 1 to lastPage for "New Office", each then Next (page 5: Finish), lastPage if pressLast.
 void walkWizard(ModalScript &script, int lastPage = 5, bool pressLast = true);
 // Clicks a button, check box or option of a window by name.
 void click(QWidget *window, const QString &button);
 
-// A fresh data folder and prompter per test function; cleanup closes every window and fails the test when a
-// scripted box never came.
+// A fresh data folder and prompter per test; cleanup closes every window, failing when a scripted box never came.
 class WindowTest : public QObject
 {
     Q_OBJECT

@@ -1,5 +1,4 @@
-// The accounts dialog, the new-account wizard and the properties dialog, by mouse and keyboard; checked on
-// the rows, the buttons and mailbox.dat.
+// The accounts dialog, the new-account wizard and the properties dialog, by mouse and keyboard.
 
 #include "ui/accounts/ensuremailbox.h"
 #include "windows.h"
@@ -40,8 +39,7 @@ frmMailBox *openDialog(const DataDir &dir, const QList<MailBoxRec> &onFile)
     return forms::MailBox();
 }
 
-// The dialog's rows by logon name, "*" after the one chosen, "?" after one without its icon, kind or
-// connection.
+// The dialog's rows by logon name, "*" after the one chosen, "?" after one lacking icon, kind or connection.
 QStringList rows(const frmMailBox *d)
 {
     QStringList out;
@@ -206,8 +204,7 @@ private slots:
         QCOMPARE(allFiles(*dir), before);
     }
 
-    // A page enables Next once it holds what it asks for; the boxes listed are the ones that cannot be typed
-    // into.
+    // A page enables Next once it holds what it asks for; listed, the boxes that cannot be typed into.
     void nextRules_data()
     {
         QTest::addColumn<int>("page");
@@ -251,24 +248,27 @@ private slots:
     }
 
     // The wizard called up from the add menu or by a command that needs an account: walked to a page, where
-    // the user does the steps (each asking whether to quit, answered in turn) or finishes on page 5. No keeps
-    // every page open; the file gets the new account only at the finish.
+    // the user does the steps, each asking whether to quit, or finishes on page 5. Then the pages on screen
+    // after each answer, none for a Yes: No keeps every page open. The file gets the new account only at the
+    // finish.
     void wizard_data()
     {
         QTest::addColumn<int>("onFile");
         QTest::addColumn<bool>("forACommand");
         QTest::addColumn<int>("page");
         QTest::addColumn<Steps>("steps");
-        QTest::addColumn<QList<bool>>("answers");
+        QTest::addColumn<QStringList>("pages");
         QTest::addColumn<bool>("added");
         const Steps cancel{click("btnCancel")};
-        QTest::newRow("no account: a cancelled wizard ends the command") << 0 << true << 2 << cancel << QList{true} << false;
-        QTest::newRow("an account on file: no wizard") << 1 << true << 0 << Steps{} << QList<bool>{} << false;
-        QTest::newRow("from the menu, added after those on file") << 2 << false << 5 << Steps{} << QList<bool>{} << true;
-        QTest::newRow("21 accounts: a 22nd is refused") << 21 << false << 5 << Steps{} << QList<bool>{} << false;
-        QTest::newRow("Cancel on page 5 closes every page") << 1 << false << 5 << cancel << QList{true} << false;
-        QTest::newRow("Escape on page 3 asks the same") << 1 << false << 3 << Steps{key("Escape")} << QList{true} << false;
-        QTest::newRow("No leaves every page open") << 1 << false << 2 << cancel + cancel << QList{false, true} << false;
+        const QStringList closed{QString()}, none;
+        QTest::newRow("no account: a cancelled wizard ends the command") << 0 << true << 2 << cancel << closed << false;
+        QTest::newRow("an account on file: no wizard") << 1 << true << 0 << Steps{} << none << false;
+        QTest::newRow("from the menu, added after those on file") << 2 << false << 5 << Steps{} << none << true;
+        QTest::newRow("21 accounts: a 22nd is refused") << 21 << false << 5 << Steps{} << none << false;
+        QTest::newRow("Cancel on page 5 closes every page") << 1 << false << 5 << cancel << closed << false;
+        QTest::newRow("Escape on page 3 asks the same") << 1 << false << 3 << Steps{key("Escape")} << closed << false;
+        QTest::newRow("No leaves every page open") << 1 << false << 2 << cancel + cancel << QStringList{u"12"_s, QString()}
+                                                   << false;
     }
     void wizard()
     {
@@ -276,18 +276,19 @@ private slots:
         QFETCH(bool, forACommand);
         QFETCH(int, page);
         QFETCH(Steps, steps);
-        QFETCH(QList<bool>, answers);
+        QFETCH(QStringList, pages);
         QFETCH(bool, added);
         dir->writeBytes(MailBoxFileName, AccountBytes(accounts(onFile)));
         ModalScript script;
         walkWizard(script, page, steps.isEmpty());
-        QStringList open;  // the pages on screen after each answer
+        QStringList open;
         if (!steps.isEmpty()) {
             script.on(u"frmMainBoxAdd%1"_s.arg(page), [&](QWidget *p) {
                 for (int i = 0; i < steps.size(); ++i) {
-                    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, answers[i]);
+                    const bool yes = pages.value(i).isEmpty();
+                    boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, yes);
                     act(p, {steps[i]});
-                    open << openPages();
+                    open << (yes ? QString() : openPages());  // a Yes closes them as their loops end
                 }
             });
         }
@@ -300,10 +301,8 @@ private slots:
         else
             QCOMPARE(openDialog(*dir, accounts(onFile))->mnuEmail_Click(), added);
         QVERIFY2(script.finished(), script.report());
+        QCOMPARE(open, pages);
         QCOMPARE(openPages(), QString());
-        for (int i = 0; i < answers.size(); ++i)
-            if (!answers[i])
-                QCOMPARE(open.value(i), u"12345"_s.left(page));
         QList<MailBoxRec> expected = accounts(onFile);
         if (added)
             expected << walked;
@@ -315,8 +314,7 @@ private slots:
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
-    // Next on page 3 while page 4, just left by Back, is still closing, as a user typing ahead gives it: page
-    // 4 comes back.
+    // Next on page 3 while page 4, just left by Back, is still closing (a user typing ahead): page 4 returns.
     void nextTypedAhead()
     {
         ModalScript script;

@@ -1,5 +1,4 @@
-// The compose window: what each opening fills in, what saving and sending store and never touch, refusals,
-// questions, attachments and closing.
+// The compose window: openings, what saving and sending store and never touch, refusals, questions, attachments.
 
 #include "windows.h"
 
@@ -29,8 +28,8 @@ QString entries(const QAbstractItemModel *model)
     return out.join(u'|');
 }
 
-// The window as the user sees it: caption, sender, senders offered, To, Cc, Subject, attachments ("-" with
-// their row hidden) and body.
+// The window as the user sees it: caption, sender, senders offered, To, Cc, Subject, attachments ("-": row
+// hidden), body.
 QString shown(const frmMailEdit *e)
 {
     const QString attached = e->ListView1->isVisible() ? entries(e->ListView1->model()) : u"-"_s;
