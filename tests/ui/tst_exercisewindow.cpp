@@ -43,10 +43,9 @@ private slots:
         QTest::addColumn<QRect>("area");
         QTest::addColumn<QRect>("main");
         QTest::addColumn<QRect>("exercise");
-        QTest::newRow("room beside: the main window as it was") << QRect(0, 0, 1920, 1080)
-                                                                 << QRect(1, 1, 904, 624) << QRect(909, 1, 300, 624);
-        QTest::newRow("room for just the exercise window") << QRect(0, 0, 1209, 800) << QRect(1, 1, 904, 624)
-                                                          << QRect(909, 1, 300, 624);
+        const QRect asItWas(1, 1, 904, 624), beside(909, 1, 300, 624);
+        QTest::newRow("room beside: the main window as it was") << QRect(0, 0, 1920, 1080) << asItWas << beside;
+        QTest::newRow("room for just the exercise window") << QRect(0, 0, 1209, 800) << asItWas << beside;
         QTest::newRow("1024 wide: the main window moves left and gives up width")
             << QRect(0, 0, 1024, 768) << QRect(0, 1, 720, 624) << QRect(724, 1, 300, 624);
         QTest::newRow("800 wide: the main window at its narrowest, the exercise narrower")
@@ -57,7 +56,7 @@ private slots:
     void placement()
     {
         QFETCH(QRect, area);
-        const SideBySide p = PlaceSideBySide(area, QRect(1, 1, 904, 624), 523, 300, 220);
+        const SideBySide p = PlaceSideBySide(area, {1, 1, 904, 624}, 523, 300, 220);
         QTEST(p.main, "main");
         QTEST(p.exercise, "exercise");
     }

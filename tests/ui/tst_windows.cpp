@@ -53,19 +53,18 @@ private slots:
         QTest::addColumn<QString>("isnew");
         QTest::addColumn<QString>("quoted");
         const Step previous = trigger("tbPrevious"), next = trigger("tbNext");
-        QTest::newRow("previous on the first stays") << 0 << Steps{previous} << QList{0} << u"011"_s << QString();
-        QTest::newRow("next on the last stays") << 2 << Steps{next} << QList{2} << u"110"_s << QString();
+        const QString none;
+        QTest::newRow("previous on the first stays") << 0 << Steps{previous} << QList{0} << u"011"_s << none;
+        QTest::newRow("next on the last stays") << 2 << Steps{next} << QList{2} << u"110"_s << none;
         QTest::newRow("through all, by keys too") << 1 << Steps{previous, key("Ctrl+<"), next, key("Ctrl+>"), next}
-                                                  << QList{0, 0, 1, 2, 2} << u"000"_s << QString();
-        QTest::newRow("another opened from the list shows, marked") << 0 << Steps{rowTwice(2)} << QList{2} << u"010"_s
-                                                                    << QString();
+                                                  << QList{0, 0, 1, 2, 2} << u"000"_s << none;
+        QTest::newRow("another opened from the list shows, marked") << 0 << Steps{rowTwice(2)} << QList{2} << u"010"_s << none;
         QTest::newRow("next, then reply: the message shown is quoted")
             << 0 << Steps{next, trigger("tbReply")} << QList{1, -1} << u"001"_s << u"Re:s20000001"_s;
         QTest::newRow("reply to all replies to the sender") << 0 << Steps{key("Ctrl+>"), key("Ctrl+Shift+R")}
                                                             << QList{1, -1} << u"001"_s << u"Re:s20000001"_s;
-        QTest::newRow("forward from the Message menu") << 2 << Steps{trigger("mnuMsgForward")} << QList{-1} << u"110"_s
-                                                       << u"Fw:s20000002"_s;
-        QTest::newRow("Escape closes") << 1 << Steps{key("Escape")} << QList{-1} << u"101"_s << QString();
+        QTest::newRow("forward from the Message menu") << 2 << Steps{trigger("mnuMsgForward")} << QList{-1} << u"110"_s << u"Fw:s20000002"_s;
+        QTest::newRow("Escape closes") << 1 << Steps{key("Escape")} << QList{-1} << u"101"_s << none;
     }
 
     void readWindowActsOnWhatItShows()
