@@ -90,7 +90,8 @@ private slots:
             << 3 << Steps{row(1), beside()} << QString() << three << false << all;
         QTest::newRow("the news tab lists none, the buttons stay")
             << 3 << Steps{row(2), tab(2)} << QString() << QStringList{} << true << all;
-        QTest::newRow("the All tab lists them again") << 3 << Steps{row(2), tab(2), tab(0)} << QString() << three << false << all;
+        QTest::newRow("the All tab lists them again")
+            << 3 << Steps{row(2), tab(2), tab(0)} << QString() << three << false << all;
         QTest::newRow("delete answered No keeps every account and the choice")
             << 3 << Steps{row(1), click("btnDelete")} << u"logon2"_s << second << true << all;
         QTest::newRow("delete the only account: the file holds none")
@@ -134,8 +135,10 @@ private slots:
             << Steps{key("Tab"), key("Down"), key("Return")} << true << QStringList{cancel} << false << false;
         QTest::newRow("opened by a double-click, Apply then OK") << Steps{rowTwice(1)} << true << QStringList{apply, ok}
                                                                  << true << false;
-        QTest::newRow("Apply then Cancel keeps what Apply stored") << byButton << true << QStringList{apply, cancel} << true << false;
-        QTest::newRow("a password not remembered is still stored") << byButton << true << QStringList{u"Check2"_s, ok} << true << false;
+        QTest::newRow("Apply then Cancel keeps what Apply stored")
+            << byButton << true << QStringList{apply, cancel} << true << false;
+        QTest::newRow("a password not remembered is still stored")
+            << byButton << true << QStringList{u"Check2"_s, ok} << true << false;
         QTest::newRow("the file rewritten meanwhile: OK, then Delete, change nothing")
             << byButton << true << QStringList{ok} << false << true;
     }
@@ -214,7 +217,8 @@ private slots:
         const QStringList none;
         QTest::newRow("1: empty") << 1 << Steps{} << false << none;
         QTest::newRow("1: a name") << 1 << Steps{type("Text1", u"Ann"_s)} << true << none;
-        QTest::newRow("1: the name erased") << 1 << Steps{type("Text1", u"Ann"_s), key("Ctrl+A"), key("Backspace")} << false << none;
+        QTest::newRow("1: the name erased")
+            << 1 << Steps{type("Text1", u"Ann"_s), key("Ctrl+A"), key("Backspace")} << false << none;
         QTest::newRow("2: an existing address offered first") << 2 << Steps{} << false << QStringList{u"Combo1"_s};
         QTest::newRow("2: signing up takes the address box away") << 2 << Steps{click("Option2")} << false
                                                                   << QStringList{u"Text1"_s};

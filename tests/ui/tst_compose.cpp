@@ -42,7 +42,8 @@ QString shown(const frmMailEdit *e)
 frmMailEdit *openOn(int folder, qint16 mode)
 {
     const QList<EmailRec> mails = stored(folder);
-    frmMailEdit::openAs(mode, mode != Main::ComposeModes::New && !mails.isEmpty() ? MailRef{folder, 0, mails.first()} : MailRef());
+    const bool quoting = mode != Main::ComposeModes::New && !mails.isEmpty();
+    frmMailEdit::openAs(mode, quoting ? MailRef{folder, 0, mails.first()} : MailRef());
     // Its keys work once it is the active window, as it is for a user.
     if (forms::MailEdit()->isVisible())
         (void)QTest::qWaitForWindowActive(forms::MailEdit());
@@ -180,9 +181,11 @@ private slots:
         const int in = FolderFile::Inbox, fresh = Main::ComposeModes::New, reply = Main::ComposeModes::Reply;
         const QString to = t::CannotSendNoRecipient, from = t::CannotSaveNoSender, close = t::AskDiscardOnClose,
                       renew = t::AskDiscardOnNew;
-        const QString empty = t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s, toB = t::Caption + u" ;  ;  ; b@y.com ;  ;  ; - ; "_s;
+        const QString empty = t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s;
+        const QString toB = t::Caption + u" ;  ;  ; b@y.com ;  ;  ; - ; "_s;
         const QString blank = t::Caption + u" ;  ;  ;  ;  ;  ; - ; "_s, both = u"a@x.com|c@x.com"_s;
-        const QString replyWith = t::Caption + u" ; a@x.com ; a@x.com ; bob@y.com ; %1 ; Re:hello ; - ; %2"_s + quoted;  // Cc, body
+        // With a Cc and text above the quote.
+        const QString replyWith = t::Caption + u" ; a@x.com ; a@x.com ; bob@y.com ; %1 ; Re:hello ; - ; %2"_s + quoted;
         add("reply from Deleted Items: To is the sender, an empty sender offered too", ac, FolderFile::DeletedItems,
             reply, {}, {}, -1, t::Caption + u" ; a@x.com ; "_s + both + u"| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted);
         add("forward: To and Cc empty, attachments copied", ac, in, Main::ComposeModes::Forward, {}, {}, -1,
@@ -193,13 +196,16 @@ private slots:
         add("send with empty To", a, in, fresh, {trigger("mnuMailSend")}, to, -1, empty);
         add("send tests To before From", none, in, fresh, {trigger("mnuMailSend")}, to, -1, blank);
         add("send later with empty To", a, in, fresh, {trigger("mnuMailSendLate")}, to, -1, empty);
-        add("send later with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("mnuMailSendLate")}, from, -1, toB);
+        add("send later with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("mnuMailSendLate")}, from, -1,
+            toB);
         add("save with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("Save")}, from, -1, toB);
         add("reply with no account: the window stays empty", none, in, reply, {}, t::NoAccountYet, -1, blank);
         add("untouched, closed from the menu", a, in, reply, {trigger("mnuClose")}, {}, -1, {});
-        add("typed text, Escape answered No", a, in, reply, {type(Body, u"x"_s), key("Escape")}, close, 0, replyWith.arg(QString(), u"x"_s));
+        add("typed text, Escape answered No", a, in, reply, {type(Body, u"x"_s), key("Escape")}, close, 0,
+            replyWith.arg(QString(), u"x"_s));
         add("typed text, closed and answered Yes", a, in, reply, {type(Cc, u"x"_s), trigger("mnuClose")}, close, 1, {});
-        add("typed text, New answered No", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 0, replyWith.arg(u"cc"_s, QString()));
+        add("typed text, New answered No", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 0,
+            replyWith.arg(u"cc"_s, QString()));
         add("typed text, New answered Yes", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 1, empty);
     }
     void openingRefusalsAndQuestions()
@@ -222,7 +228,8 @@ private slots:
         act(e, steps);
         QTEST(e->isVisible() ? shown(e) : QString(), "shown");
         QCOMPARE(allFiles(*dir), before);
-        QCOMPARE(Main::ComposeMode == Main::ComposeModes::New, mode == Main::ComposeModes::New || (said == t::AskDiscardOnNew && answer == 1));
+        QCOMPARE(Main::ComposeMode == Main::ComposeModes::New,
+                 mode == Main::ComposeModes::New || (said == t::AskDiscardOnNew && answer == 1));
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 

@@ -79,7 +79,8 @@ private slots:
         const QRect screen = w->screen()->availableGeometry();
         QVERIFY(screen.contains(w->frameGeometry()) && screen.contains(x->frameGeometry()));
         QVERIFY(!w->frameGeometry().intersects(x->frameGeometry()));
-        QVERIFY(w->Toolbar1->sizeHint().width() <= w->Toolbar1->width() && w->Toolbar1->width() <= w->centralWidget()->width());
+        QVERIFY(w->Toolbar1->sizeHint().width() <= w->Toolbar1->width());
+        QVERIFY(w->Toolbar1->width() <= w->centralWidget()->width());
 
         const QByteArray before = allFiles(*dir);
         QVERIFY(QTest::qWaitForWindowActive(w));
