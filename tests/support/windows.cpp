@@ -9,12 +9,7 @@ void clickItem(QTreeWidget *view, QTreeWidgetItem *item)
     view->scrollToItem(item);
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(item).center());
 }
-
-QString cell(const QTreeView *list, int row, int column)
-{
-    return list->model()->index(row, column).data().toString();
-}
-
+QString cell(const QTreeView *list, int row, int column) { return list->model()->index(row, column).data().toString(); }
 bool bold(const QTreeView *list, int row, int column)
 {
     return list->model()->index(row, column).data(Qt::FontRole).value<QFont>().bold();
@@ -32,8 +27,7 @@ void clickRow(QTreeView *list, int row, bool twice)
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, centre);
 }
 
-// Where the keyboard's keys go: an open menu, else the focus. A focus left
-// behind in a window just closed does not count.
+// Where keys go: an open menu, else the focus, unless that was left behind in a window just closed.
 static QWidget *keyboard()
 {
     if (QWidget *menu = QApplication::activePopupWidget())
@@ -82,9 +76,8 @@ void act(QWidget *w, const Steps &steps)
             break;
         }
         case Step::Type:
-        case Step::Erase:
             box->setFocus();
-            QTest::keyClicks(box, s.kind == Step::Type ? s.text : QString(box->property("text").toString().size(), u'\b'));
+            QTest::keyClicks(box, s.text);
             break;
         }
     }
@@ -97,8 +90,7 @@ frmMain *mainOn(int node, int row)
     w->show();
     QApplication::setActiveWindow(w);
     QCoreApplication::processEvents();
-    // The folders are read off the window's thread: the list fills once
-    // they are, as the user waits for it.
+    // The folders are read off the window's thread: the list fills once they are, as the user waits for it.
     store::Flush();
     if (node > 0)
         clickItem(w->TreeView1, w->node(node));
@@ -120,17 +112,16 @@ QString contextButtons(const frmMain *w)
 
 QByteArray ModalScript::report() const
 {
-    if (!m_failure.isEmpty())
-        return m_failure.toUtf8();
-    return m_steps.isEmpty() ? QByteArray("ok") : "never saw " + m_steps.first().first.toUtf8();
+    return !m_failure.isEmpty() ? m_failure.toUtf8()
+           : m_steps.isEmpty()  ? QByteArray("ok")
+                                : "never saw " + m_steps.first().first.toUtf8();
 }
 
 void ModalScript::poll()
 {
     if (m_steps.isEmpty())
         return;
-    // A new single shot each time: a timer does not fire again inside a
-    // nested loop that its own handler started.
+    // A new single shot each time: a timer does not fire inside a nested loop its own handler started.
     QTimer::singleShot(5, this, &ModalScript::poll);
     QWidget *active = QApplication::activeModalWidget();
     const bool settled = active && active == m_seen;
@@ -190,8 +181,7 @@ void WindowTest::end()
     forms::destroyAll();
     const bool done = boxes->done();
     const QByteArray report = boxes->report();
-    boxes.reset();
-    dir.reset();
+    boxes.reset(), dir.reset();
     QVERIFY2(done, report);
 }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-// Shared ground of the window tests: a user's clicks and keys, a scripted
-// file chooser and modal steps, and a test class with a fresh data folder
-// and prompter per test function. It brings in every window and widget.
+// The window tests' ground: a user's clicks and keys, scripted choosers and modal steps, fresh data folders.
 
 #include "store/folders.h"
 #include "store/mailboxes.h"
@@ -37,24 +35,18 @@ void clickItem(QTreeWidget *view, QTreeWidgetItem *item);
 // What a row of a list shows in a column, and whether it is bold.
 QString cell(const QTreeView *list, int row, int column);
 bool bold(const QTreeView *list, int row, int column = 3);
-// Clicked twice, as a user double-clicks: the first click lands before the
-// second press.
+// Clicked twice, as a user double-clicks: the first click lands before the second press.
 void clickRow(QTreeView *list, int row, bool twice = false);
-inline void clickButton(QToolBar *bar, QAction *button)
-{
-    QTest::mouseClick(bar->widgetForAction(button), Qt::LeftButton);
-}
-// Keys as a user types them to the window in front: "Alt+F N M", "Ctrl+M",
-// and text in quotes.
+inline void clickButton(QToolBar *bar, QAction *b) { QTest::mouseClick(bar->widgetForAction(b), Qt::LeftButton); }
+// Keys as a user types them to the window in front: "Alt+F N M", "Ctrl+M", and text in quotes.
 void press(const QString &keys);
-// One thing a user does in a window, for tables of steps: made by the
-// functions below, done by act().
+// One thing a user does in a window, for tables of steps, done by act(): n is the row or tab, name the
+// button, action, key or box, text what is typed.
 struct Step
 {
-    enum Kind { Row, RowTwice, Beside, Tab, Click, Trigger, Key, Type, Erase } kind;
-    int n = 0;          // the row or tab
-    QString name = {};  // the button, action, key or box
-    QString text = {};  // what is typed
+    enum Kind { Row, RowTwice, Beside, Tab, Click, Trigger, Key, Type } kind;
+    int n = 0;
+    QString name = {}, text = {};
 };
 using Steps = QList<Step>;
 inline Step row(int n) { return {Step::Row, n}; }            // a row of the window's list clicked
@@ -66,9 +58,8 @@ inline Step click(const char *button) { return {Step::Click, 0, QString::fromLat
 inline Step trigger(const char *action) { return {Step::Trigger, 0, QString::fromLatin1(action)}; }
 // A key ("Down", "Ctrl+R") typed to the control that has the focus.
 inline Step key(const char *key) { return {Step::Key, 0, QString::fromLatin1(key)}; }
-// Text typed at the end of a box, which the user clicks into first.
+// Text typed into a box at its cursor, the box given the focus first.
 inline Step type(const char *box, const QString &text) { return {Step::Type, 0, QString::fromLatin1(box), text}; }
-inline Step erase(const char *box) { return {Step::Erase, 0, QString::fromLatin1(box)}; }
 void act(QWidget *window, const Steps &steps);
 
 // The main window shown, on a tree node and a previewed row when given.
@@ -76,8 +67,7 @@ frmMain *mainOn(int node = 0, int row = -1);
 // "E" or "D" per context button of the main window's tool bar, "-" hidden.
 QString contextButtons(const frmMain *w);
 
-// Answers with scripted names in order, then "" (cancel); installed for
-// its lifetime.
+// Answers with scripted names in order, then "" (cancel); installed for its lifetime.
 class ScriptedFileChooser final : public FileChooser
 {
 public:
@@ -85,12 +75,10 @@ public:
     ~ScriptedFileChooser() override { setFileChooser(nullptr); }
     void answer(const QString &fileName) { m_answers.append(fileName); }
     QString lastSuggestedName;
-
     QString openFileName(QWidget *, const QString &, const QString &) override { return next(); }
     QString saveFileName(QWidget *, const QString &, const QString &name, const QString &) override
     {
-        lastSuggestedName = name;
-        return next();
+        return lastSuggestedName = name, next();
     }
 
 private:
@@ -98,19 +86,14 @@ private:
     QStringList m_answers;
 };
 
-// Runs each step once the window of that objectName is the active modal
-// one at two polls in a row, so that the loop of a window closed just
-// before has ended; steps may open further modal windows. A stalled script
+// Runs each step once the window of that objectName is the active modal one at two polls in a row, so that
+// the loop of a window closed just before has ended; steps may open further modal windows. A stalled script
 // closes every modal dialog, so that a failing test does not hang.
 class ModalScript : public QObject
 {
 public:
     using Step = std::function<void(QWidget *)>;
-    ModalScript &on(const QString &window, Step step)
-    {
-        m_steps.append({window, std::move(step)});
-        return *this;
-    }
+    ModalScript &on(const QString &window, Step step) { return m_steps.append({window, std::move(step)}), *this; }
     void start() { QTimer::singleShot(0, this, &ModalScript::poll); }
     bool finished() const { return m_steps.isEmpty() && m_failure.isEmpty(); }
     QByteArray report() const;
@@ -123,14 +106,12 @@ private:
     QPointer<QWidget> m_seen;
 };
 
-// Steps answering the wizard's pages 1 to lastPage for "New Office" (see
-// windows.cpp), each then Next (Finish on page 5), on lastPage if pressLast.
+// Answers the wizard's pages 1 to lastPage for "New Office", each then Next (page 5: Finish), lastPage if pressLast.
 void walkWizard(ModalScript &script, int lastPage = 5, bool pressLast = true);
 // Clicks a button, check box or option of a window by name.
 void click(QWidget *window, const QString &button);
 
-// A fresh data folder and prompter per test function; cleanup closes every
-// window and fails the test when a scripted box never came.
+// A fresh data folder and prompter per test; cleanup closes every window, failing when a scripted box never came.
 class WindowTest : public QObject
 {
     Q_OBJECT

@@ -1,7 +1,4 @@
-// The compose window: what each opening fills in, how saving and sending
-// reach the commands and what they never touch, refusals, questions,
-// attachments and closing. Where the commands put a message is tst_commands';
-// sending with no account yet, through the wizard, tst_exercisewindow's.
+// The compose window: openings, what saving and sending store and never touch, refusals, questions, attachments.
 
 #include "windows.h"
 
@@ -18,6 +15,9 @@ EmailRec quotedMail()
     m.attachment = u"plan.doc(3.00kb) map.png(1.50kb)"_s;
     return m;
 }
+// The body of a reply to it or a forward of it.
+const QString quoted = u"\n\n-----Original Message-----\nFrom:bob@y.com\nTo:a@x.com\nSent:24-05-13 09:12\nSubject:hello\n\n"
+                       u"> first line\nsecond line"_s;
 
 // The entries of a list or a box, joined by "|".
 QString entries(const QAbstractItemModel *model)
@@ -28,8 +28,8 @@ QString entries(const QAbstractItemModel *model)
     return out.join(u'|');
 }
 
-// The window as the user sees it: caption, sender, senders offered, To,
-// Cc, Subject, attachments ("-" with their row hidden) and body.
+// The window as the user sees it: caption, sender, senders offered, To, Cc, Subject, attachments ("-": row
+// hidden), body.
 QString shown(const frmMailEdit *e)
 {
     const QString attached = e->ListView1->isVisible() ? entries(e->ListView1->model()) : u"-"_s;
@@ -38,8 +38,7 @@ QString shown(const frmMailEdit *e)
         .join(u" ; "_s);
 }
 
-// The window opened on the first message of a folder, as the main window
-// and the read window open it.
+// The window opened on the first message of a folder, as the main window and the read window open it.
 frmMailEdit *openOn(int folder, qint16 mode)
 {
     const QList<EmailRec> mails = stored(folder);
@@ -61,38 +60,8 @@ class tst_compose : public WindowTest
 
 private slots:
 
-    // The accounts are a@x.com and c@x.com.
-    void opening_data()
-    {
-        QTest::addColumn<int>("folder");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QString>("shown");
-        const QString quoted = u"\n\n-----Original Message-----\nFrom:bob@y.com\nTo:a@x.com\n"
-                               u"Sent:24-05-13 09:12\nSubject:hello\n\n> first line\nsecond line"_s;
-        QTest::newRow("reply from Deleted Items: To is the sender, an empty sender offered too")
-            << FolderFile::DeletedItems << int(Main::ComposeModes::Reply) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted;
-        QTest::newRow("forward: To and Cc empty, attachments copied")
-            << FolderFile::Inbox << int(Main::ComposeModes::Forward) << t::Caption + u" ; a@x.com ; a@x.com|c@x.com ;  ;  ; Fw:hello ; "
-                                      u"plan.doc(3.00kb)|map.png(1.50kb) ; "_s + quoted;
-        QTest::newRow("re-opened draft: its subject as caption, its own sender kept")
-            << FolderFile::Drafts << int(Main::ComposeModes::Reopen) << u"hello ; bob@y.com ; a@x.com|c@x.com ; a@x.com ; carol@z.com ; hello ; "
-                         u"plan.doc(3.00kb)|map.png(1.50kb) ; first line\nsecond line"_s;
-    }
-    void opening()
-    {
-        QFETCH(int, folder);
-        QFETCH(int, mode);
-        putAccounts(*dir, {u"a@x.com"_s, u"c@x.com"_s});
-        put(*dir, folder, {quotedMail()});
-        const QByteArray before = allFiles(*dir);
-
-        frmMailEdit *e = openOn(folder, qint16(mode));
-        QTEST(shown(e), "shown");
-        QCOMPARE(allFiles(*dir), before);
-    }
-
-    // Each field lands in its place; attachments come from the tool bar and
-    // the menu and go by the pop-up or the Delete key, the row with the last.
+    // Each field lands in its place; attachments come from the tool bar and the menu and go by the pop-up or
+    // the Delete key, the row with the last.
     void aNewMessageWithAttachmentsSentLater()
     {
         putAccounts(*dir, {u"ann@x.com"_s});
@@ -130,8 +99,8 @@ private slots:
         QVERIFY(!e->isVisible());
     }
 
-    // The question names the field and what the file keeps; No, its default,
-    // goes back to writing with nothing stored, Yes stores what fits.
+    // The question names the field and what the file keeps; No, its default, goes back to writing with
+    // nothing stored, Yes stores what fits.
     void tooLongForTheFile()
     {
         putAccounts(*dir, {u"a@x.com"_s});
@@ -140,8 +109,8 @@ private slots:
         e->Text1->setPlainText(body);
         const QString question =
             t::TooLongForFile.arg(t::TooLongLine.arg(t::FieldNames[4]).arg(2200).arg(2045).arg(1022));
-        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, question, false);
-        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, question, true);
+        for (bool yes : {false, true})
+            boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, question, yes);
         boxes->expectMessage(Icon::Information, t::DraftSavedTitle, t::DraftSaved);
         act(e, {trigger("Save")});
         QCOMPARE(stored(FolderFile::Drafts).size(), 0);
@@ -151,46 +120,8 @@ private slots:
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
-    // A refusal says why, writes nothing and leaves the window as it was.
-    void refusals_data()
-    {
-        QTest::addColumn<QString>("from");  // the account on file, if any
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<Steps>("steps");
-        QTest::addColumn<QString>("said");
-        const int fresh = Main::ComposeModes::New;
-        const QString to = t::CannotSendNoRecipient, from = t::CannotSaveNoSender;
-        QTest::newRow("send with empty To") << u"a@x.com"_s << fresh << Steps{trigger("mnuMailSend")} << to;
-        QTest::newRow("send tests To before From") << QString() << fresh << Steps{trigger("mnuMailSend")} << to;
-        QTest::newRow("send later with empty To") << u"a@x.com"_s << fresh << Steps{trigger("mnuMailSendLate")} << to;
-        QTest::newRow("send later with empty From") << QString() << fresh
-                                                    << Steps{type(To, u"b@y.com"_s), trigger("mnuMailSendLate")} << from;
-        QTest::newRow("save with empty From") << QString() << fresh << Steps{type(To, u"b@y.com"_s), trigger("Save")} << from;
-        QTest::newRow("reply with no account") << QString() << int(Main::ComposeModes::Reply) << Steps{} << t::NoAccountYet;
-    }
-    void refusals()
-    {
-        QFETCH(QString, from);
-        QFETCH(int, mode);
-        QFETCH(Steps, steps);
-        QFETCH(QString, said);
-        if (!from.isEmpty())
-            putAccounts(*dir, {from});
-        put(*dir, FolderFile::Inbox, {quotedMail()});
-        const QByteArray before = allFiles(*dir);
-        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, said);
-        frmMailEdit *e = openOn(FolderFile::Inbox, qint16(mode));
-        const qsizetype typed = qMax<qsizetype>(steps.size() - 1, 0);  // the last step is the command
-        act(e, steps.first(typed));
-        const QString shownBefore = shown(e);
-        act(e, steps.sliced(typed));
-        QVERIFY(e->isVisible());
-        QCOMPARE(allFiles(*dir), before);
-        QCOMPARE(shown(e), shownBefore);
-    }
-
-    // The window stores its own message again, never the quoted one, never
-    // twice; sender and subject of each message in Drafts and Sent Items.
+    // The window stores its own message again, never the quoted one, never twice; sender and subject of each
+    // message in Drafts and Sent Items.
     void storing_data()
     {
         QTest::addColumn<int>("mode");
@@ -228,33 +159,82 @@ private slots:
         QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
     }
 
-    // Text typed and neither sent nor saved is given up only on a Yes, the
-    // question's default being No; an untouched window closes without one.
-    void closing_data()
+    // The window opened on a message (its folder's first), then the user's steps, the box they bring, and
+    // the window as it shows then; nothing is ever written. An opening fills the fields from the message. A
+    // refusal says why and leaves the window as it was. A reply's text typed and neither sent nor saved is
+    // given up, closing or by New, only on a Yes, the question's default being No, and an untouched window
+    // closes without one; New empties all but the sender.
+    void openingRefusalsAndQuestions_data()
     {
+        QTest::addColumn<QStringList>("accounts");
+        QTest::addColumn<int>("folder");
+        QTest::addColumn<int>("mode");
         QTest::addColumn<Steps>("steps");
-        QTest::addColumn<int>("answer");  // -1: no question
-        QTest::addColumn<bool>("open");
-        QTest::newRow("untouched, closed from the menu") << Steps{trigger("mnuClose")} << -1 << false;
-        QTest::newRow("typed text, Escape answered No") << Steps{type(Body, u"x"_s), key("Escape")} << 0 << true;
-        QTest::newRow("typed text, closed and answered Yes") << Steps{type(Cc, u"x"_s), trigger("mnuClose")} << 1 << false;
+        QTest::addColumn<QString>("said");  // none: no box
+        QTest::addColumn<int>("answer");  // -1: a message, else No or Yes to a question
+        QTest::addColumn<QString>("shown");  // "" once closed
+        const auto add = [](const char *name, const QStringList &accounts, int folder, int mode, const Steps &steps,
+                            const QString &said, int answer, const QString &shown) {
+            QTest::newRow(name) << accounts << folder << mode << steps << said << answer << shown;
+        };
+        const QStringList a{u"a@x.com"_s}, ac{u"a@x.com"_s, u"c@x.com"_s}, none;
+        const int in = FolderFile::Inbox, fresh = Main::ComposeModes::New, reply = Main::ComposeModes::Reply;
+        const QString to = t::CannotSendNoRecipient, from = t::CannotSaveNoSender, close = t::AskDiscardOnClose,
+                      renew = t::AskDiscardOnNew;
+        const QString empty = t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s;
+        const QString toB = t::Caption + u" ;  ;  ; b@y.com ;  ;  ; - ; "_s;
+        const QString blank = t::Caption + u" ;  ;  ;  ;  ;  ; - ; "_s, both = u"a@x.com|c@x.com"_s;
+        // With a Cc and text above the quote.
+        const QString replyWith = t::Caption + u" ; a@x.com ; a@x.com ; bob@y.com ; %1 ; Re:hello ; - ; %2"_s + quoted;
+        add("reply from Deleted Items: To is the sender, an empty sender offered too", ac, FolderFile::DeletedItems,
+            reply, {}, {}, -1, t::Caption + u" ; a@x.com ; "_s + both + u"| ; bob@y.com ;  ; Re:hello ; - ; "_s + quoted);
+        add("forward: To and Cc empty, attachments copied", ac, in, Main::ComposeModes::Forward, {}, {}, -1,
+            t::Caption + u" ; a@x.com ; "_s + both + u" ;  ;  ; Fw:hello ; plan.doc(3.00kb)|map.png(1.50kb) ; "_s + quoted);
+        add("re-opened draft: its subject as caption, its own sender kept", ac, FolderFile::Drafts,
+            Main::ComposeModes::Reopen, {}, {}, -1, u"hello ; bob@y.com ; "_s + both + u" ; a@x.com ; carol@z.com ; hello ; "
+                                                    u"plan.doc(3.00kb)|map.png(1.50kb) ; first line\nsecond line"_s);
+        add("send with empty To", a, in, fresh, {trigger("mnuMailSend")}, to, -1, empty);
+        add("send tests To before From", none, in, fresh, {trigger("mnuMailSend")}, to, -1, blank);
+        add("send later with empty To", a, in, fresh, {trigger("mnuMailSendLate")}, to, -1, empty);
+        add("send later with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("mnuMailSendLate")}, from, -1,
+            toB);
+        add("save with empty From", none, in, fresh, {type(To, u"b@y.com"_s), trigger("Save")}, from, -1, toB);
+        add("reply with no account: the window stays empty", none, in, reply, {}, t::NoAccountYet, -1, blank);
+        add("untouched, closed from the menu", a, in, reply, {trigger("mnuClose")}, {}, -1, {});
+        add("typed text, Escape answered No", a, in, reply, {type(Body, u"x"_s), key("Escape")}, close, 0,
+            replyWith.arg(QString(), u"x"_s));
+        add("typed text, closed and answered Yes", a, in, reply, {type(Cc, u"x"_s), trigger("mnuClose")}, close, 1, {});
+        add("typed text, New answered No", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 0,
+            replyWith.arg(u"cc"_s, QString()));
+        add("typed text, New answered Yes", a, in, reply, {type(Cc, u"cc"_s), trigger("munNewMail")}, renew, 1, empty);
     }
-    void closing()
+    void openingRefusalsAndQuestions()
     {
-        QFETCH(Steps, steps);
+        QFETCH(int, folder);
+        QFETCH(int, mode);
+        QFETCH(QString, said);
         QFETCH(int, answer);
-        putAccounts(*dir, {u"a@x.com"_s});
+        QFETCH(QStringList, accounts);
+        if (!accounts.isEmpty())
+            putAccounts(*dir, accounts);
+        put(*dir, folder, {quotedMail()});
+        const QByteArray before = allFiles(*dir);
         if (answer >= 0)
-            boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnClose, answer == 1);
-        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
+            boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, said, answer == 1);
+        else if (!said.isEmpty())
+            boxes->expectMessage(Icon::Exclamation, texts::AppTitle, said);
+        frmMailEdit *e = openOn(folder, qint16(mode));
+        QFETCH(Steps, steps);
         act(e, steps);
-        QTEST(e->isVisible(), "open");
+        QTEST(e->isVisible() ? shown(e) : QString(), "shown");
+        QCOMPARE(allFiles(*dir), before);
+        QCOMPARE(Main::ComposeMode == Main::ComposeModes::New,
+                 mode == Main::ComposeModes::New || (said == t::AskDiscardOnNew && answer == 1));
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
-    // A window holding unsaved text is not emptied for another message: it
-    // comes to the front and says so. Once its text is stored it takes the
-    // next message afresh.
+    // A window holding unsaved text is not emptied for another message: it comes to the front and says so.
+    // Once its text is stored it takes the next message afresh.
     void aBusyWindow()
     {
         putAccounts(*dir, {u"a@x.com"_s});
@@ -275,23 +255,6 @@ private slots:
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         QCOMPARE(e->windowTitle() + e->Text5->text(), t::Caption + u"Re:hello"_s);
         QVERIFY(!e->storedMail().isSet());
-    }
-
-    // New empties the fields and the caption but keeps the sender; text
-    // nobody saved goes only on a Yes.
-    void newInTheWindow()
-    {
-        putAccounts(*dir, {u"a@x.com"_s});
-        put(*dir, FolderFile::Inbox, {quotedMail()});
-        frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
-        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, false);
-        act(e, {type(Cc, u"cc"_s), trigger("munNewMail")});
-        QCOMPARE(e->Text4->text(), u"cc"_s);
-        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, t::AskDiscardOnNew, true);
-        act(e, {trigger("munNewMail")});
-        QCOMPARE(int(Main::ComposeMode), int(Main::ComposeModes::New));
-        QCOMPARE(shown(e), t::Caption + u" ; a@x.com ; a@x.com ;  ;  ;  ; - ; "_s);
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 };
 
