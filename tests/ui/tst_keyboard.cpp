@@ -224,7 +224,9 @@ private slots:
         press(u"Down Return"_s);
         QVERIFY2(second.finished(), second.report());
         QCOMPARE(accounts->ListView1->topLevelItemCount(), 2);
-        const auto account = [](const QString &n) { return MailBoxRec{n, u"pop.x.cn"_s, u"smtp.x.cn"_s, n, u"pw"_s, n + u"@x.cn"_s}; };
+        const auto account = [](const QString &name) {
+            return MailBoxRec{name, u"pop.x.cn"_s, u"smtp.x.cn"_s, name, u"pw"_s, name + u"@x.cn"_s};
+        };
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes({account(u"ann"_s), account(u"bob"_s)}));
         QVERIFY(activate(accounts));
         press(u"Escape"_s);
