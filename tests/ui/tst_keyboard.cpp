@@ -216,7 +216,7 @@ private slots:
         press(u"Alt+T A"_s);
         frmMailBox *accounts = forms::MailBox();
         QTRY_VERIFY(accounts->isActiveWindow());
-        accounts->btnAddNew->setFocus();  // Tab stops, checked in the keyboard test
+        accounts->btnAddNew->setFocus();  // its Tab stops are everyWindow's
         ModalScript second;
         wizard(second, u"bob"_s, u"bob@x.cn"_s, true);
         press(u"Space"_s);
