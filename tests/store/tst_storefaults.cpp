@@ -43,11 +43,8 @@ const QString A = u"a@x.cn"_s, B = u"b@x.cn"_s, Nobody = u"c@y.cn"_s;
 const Folders start = [] {
     const auto folder = [](int f, int n, const QStringList &to) {
         MailList list = mails(n, n, 10000000 * (f + 1));
-        for (int i = 0; i < n; ++i) {
-            list[i].from = A;
-            list[i].to = to[i % to.size()];
-            list[i].content = u"正文 body\r\n"_s.repeated(20);
-        }
+        for (int i = 0; i < n; ++i)
+            list[i].from = A, list[i].to = to[i % to.size()], list[i].content = u"正文 body\r\n"_s.repeated(20);
         return list;
     };
     const QStringList each{A, B, A + u';' + B, Nobody};
@@ -101,11 +98,7 @@ struct Told final : Prompter
     Told() { setPrompter(this); }
     ~Told() override { setPrompter(nullptr); }
     void message(Icon, const QString &, const QString &text) override { all += text + u'\n'; }
-    bool confirm(Icon, const QString &, const QString &text, Default) override
-    {
-        all += text + u'\n';
-        return false;
-    }
+    bool confirm(Icon i, const QString &title, const QString &text, Default) override { return message(i, title, text), false; }
     QString all;
 };
 
@@ -118,6 +111,13 @@ enum Ending { AsExpected, Otherwise, RootKept, Left, Held };
 // failure, at once or once the writer meets it, must tell the user the reason
 // and that nothing changed, in one message; what the program keeps must then
 // be what the files hold.
+int exitCode(pid_t pid)
+{
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
 int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command, const QString &reason)
 {
     const pid_t pid = ::fork();
@@ -141,15 +141,10 @@ int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command,
             told.all += texts::OperationAbandoned + e.userText();
         }
         const bool saved = store::Flush();
-        const auto all = [] {
+        const auto all = [] {  // a folder in a file's place reads as unreadable
             QString kept;
-            for (int f = 0; f < FolderFile::Count; ++f) {
-                try {
-                    kept += ids(f) + u'/';
-                } catch (const StoreError &) {
-                    kept += u"unreadable/"_s;  // a folder in the file's place
-                }
-            }
+            for (int f = 0; f < FolderFile::Count; ++f)
+                try { kept += ids(f) + u'/'; } catch (const StoreError &) { kept += u"unreadable/"_s; }
             return kept;
         };
         const QString shown = all();
@@ -160,9 +155,7 @@ int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command,
         qWarning("%s", qPrintable(told.all));
         ::_exit(toldOnce && shown == all() ? AsExpected : Otherwise);
     }
-    int status = 0;
-    ::waitpid(pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -status;
+    return exitCode(pid);
 }
 
 }  // namespace
@@ -180,10 +173,9 @@ private slots:
         QTest::addColumn<Fault>("fault");
         const char *names[] = {"nothing fits", "largest cut short", "read-only", "folder for file",
                                "file set read-only"};
-        for (int c = 0; c < commands.size(); ++c) {
+        for (int c = 0; c < commands.size(); ++c)
             for (int f = 0; f < 5; ++f)
                 QTest::addRow("%s, %s", commands[c].first, names[f]) << c << Fault(f);
-        }
     }
 
     // Every command that saves ends with FileError naming the cause, says that nothing
@@ -201,10 +193,9 @@ private slots:
         QCOMPARE(run(), QString());
         QString largest;
         qsizetype largestSize = 0;
-        for (const auto &[name, bytes] : entries(dir).asKeyValueRange()) {
+        for (const auto &[name, bytes] : entries(dir).asKeyValueRange())
             if (bytes != before.value(name) && bytes.size() > largestSize)
                 std::tie(largest, largestSize) = std::pair(name, bytes.size());
-        }
         QVERIFY2(!largest.isEmpty(), "the command wrote nothing");
         reset(start);
         QCOMPARE(entries(dir), before);
@@ -298,8 +289,7 @@ private slots:
         QStringList log;
         SetFileFault([&](FileOp o, const QString &name) {
             const char *ops[] = {"open", "read", "write", "sync", "rename", "remove", "sync folder"};
-            log << (o == FileOp::SyncFolder ? QString::fromLatin1(ops[int(o)])
-                                             : QString::fromLatin1(ops[int(o)]) + u' ' + name);
+            log << QString::fromLatin1(ops[int(o)]) + (o == FileOp::SyncFolder ? QString() : u' ' + name);
             if (int(o) != op || name != file)
                 return 0;
             if (error < 0)
@@ -343,10 +333,8 @@ private slots:
         QList<QMap<QString, QByteArray>> states{entries(dir)};
         QElapsedTimer cycle;
         cycle.start();
-        RunSendReceive(SendReceiveModes::SendOnly);
-        states.append(entries(dir));
-        RunSendReceive(SendReceiveModes::ReceiveOnly);
-        states.append(entries(dir));
+        for (qint16 mode : {SendReceiveModes::SendOnly, SendReceiveModes::ReceiveOnly})
+            RunSendReceive(mode), states.append(entries(dir));
         QCOMPARE(stored(FolderFile::Inbox).size(), 90);
         QCOMPARE(stored(FolderFile::ServerQueue).size(), 20);
         reset(start);
@@ -354,8 +342,7 @@ private slots:
         const qint64 cycleNs = cycle.nsecsElapsed();
 
         const int trials = qEnvironmentVariableIsSet("QUILLPOST_KILL_TRIALS")
-            ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS")
-            : 200;
+            ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS") : 200;
         std::array<int, 3> found{};
         int afterJournal = 0, left = 0;
         // A copy of the program: it holds the folder and recovers it, or leaves; the
@@ -372,11 +359,6 @@ private slots:
             }
             return pid;
         };
-        const auto ending = [](pid_t pid) {
-            int status = 0;
-            ::waitpid(pid, &status, 0);
-            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        };
         for (int trial = 0; trial < trials; ++trial) {
             const pid_t first = copy(true);
             // Both anywhere in two turns of the loop, the first's start included.
@@ -386,11 +368,11 @@ private slots:
             const pid_t second = secondAt < killAt ? copy(false) : 0;
             std::this_thread::sleep_for(std::chrono::nanoseconds(qAbs(killAt - secondAt)));
             ::kill(first, SIGKILL);
-            const int firstEnded = ending(first);
-            QVERIFY2(firstEnded == -1 || firstEnded == Left, "the first copy's run failed");
+            const int firstEnded = exitCode(first);
+            QVERIFY2(firstEnded == -SIGKILL || firstEnded == Left, "the first copy's run failed");
             afterJournal += dir.exists(QString::fromLatin1(JournalName));
             // Started after the kill, a copy holds the folder at once.
-            const int secondEnded = ending(second ? second : copy(false));
+            const int secondEnded = exitCode(second ? second : copy(false));
             QVERIFY(secondEnded == Held || (second && secondEnded == Left));
             left += secondEnded == Left;
             {
@@ -409,7 +391,8 @@ private slots:
 
     // A change whose renames failed after its journal is finished before the next
     // command reads, so that the command neither builds on half of it nor undoes the rest:
-    // also when the writer is still busy with another data folder's change.
+    // also when the writer is still busy with another data folder's change. What a commit
+    // or an older version left goes with it; what a user keeps under names alike stays.
     void unfinishedChangeIsFinishedFirst_data()
     {
         QTest::addColumn<bool>("writingElsewhere");
@@ -421,7 +404,13 @@ private slots:
         QFETCH(bool, writingElsewhere);
         DataDir dir;
         reset(start);
-        const QStringList files = dir.entries();
+        const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
+                                u"send_s.dat.damaged-20240203-0405"_s};
+        QStringList files = dir.entries() + users;
+        files.sort();
+        // an older version's temporary file, and a journal cut short before its rename
+        for (const QString &name : users + QStringList{u"receive_c.dat.q3XbZ9"_s, u"quillpost.journal.new"_s})
+            dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
         // x was sent: the change took it from the Outbox into Sent Items and the queue.
         const MailList x{start[FolderFile::Outbox].first()};
         dir.writeBytes(u"send_c.dat.new"_s, FolderBytes(start[FolderFile::Outbox].mid(1)));
@@ -445,21 +434,6 @@ private slots:
         // Sent once, received once (x goes to a), no longer queued.
         QCOMPARE(copies(FolderFile::SentItems) + copies(FolderFile::Inbox)
                      + copies(FolderFile::ServerQueue), u"110"_s);
-    }
-
-    // What a commit or an older version left is removed; what a user keeps
-    // beside the data files, under names alike, is not.
-    void startUpRemovesOnlyItsOwnLeftovers()
-    {
-        DataDir dir;
-        const QStringList own{u"send_c.dat.new"_s, u"quillpost.journal.new"_s,
-                              u"receive_c.dat.q3XbZ9"_s /* an older version's temporary file */};
-        const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
-                                u"send_s.dat.damaged-20240203-0405"_s};
-        for (const QString &name : own + users)
-            dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
-        RecoverDataFolder();
-        QCOMPARE(dir.entries(), users);
     }
 };
 
