@@ -237,12 +237,9 @@ private slots:
                                 << error << expected << QString::fromLatin1(after);
         };
         const auto path = [](const char *name) -> QString { return u"%1/"_s + QString::fromLatin1(name); };
-        const auto journal = [&](const QString &reason) {
-            return texts::JournalUnreadable.arg(path(JournalName), reason);
-        };
-        const auto write = [&](const char *name, const QString &reason) {
-            return texts::CannotWriteFile.arg(path(name), reason);
-        };
+        const auto journal = [&](const QString &reason) { return texts::JournalUnreadable.arg(path(JournalName), reason); };
+        const auto write = [&](const char *name, const QString &why) { return texts::CannotWriteFile.arg(path(name), why); };
+        const auto read = [&](const QString &why) { return texts::CannotReadFile.arg(path("receive_c.dat"), why); };
         const QString unfinished = u"\r\r"_s + texts::CommitUnfinished;
         row("a journal that cannot be opened: nothing deleted, start-up stops", "recover", FileOp::Open,
             JournalName, EACCES, journal(texts::ReasonNoPermission), "unchanged");
@@ -261,11 +258,11 @@ private slots:
         row("a read-only file system", "commit", FileOp::Open, "receive_c.dat.new", EROFS,
             write("receive_c.dat", texts::ReasonReadOnly), "unchanged");
         row("a folder file that cannot be opened", "load", FileOp::Open, "receive_c.dat", EACCES,
-            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonNoPermission), "unchanged");
+            read(texts::ReasonNoPermission), "unchanged");
         row("a folder file that cannot be read", "load", FileOp::Read, "receive_c.dat", EIO,
-            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonIoError), "unchanged");
+            read(texts::ReasonIoError), "unchanged");
         row("any other error says what to try", "load", FileOp::Read, "receive_c.dat", EPROTO,
-            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonOther.arg(EPROTO)), "unchanged");
+            read(texts::ReasonOther.arg(EPROTO)), "unchanged");
     }
     // The journal's and the files' error paths, each failure by its cause: the error
     // names the file and says what the user can do, and the folder holds what it should.
@@ -391,8 +388,7 @@ private slots:
 
     // A change whose renames failed after its journal is finished before the next
     // command reads, so that the command neither builds on half of it nor undoes the rest:
-    // also when the writer is still busy with another data folder's change. What a commit
-    // or an older version left goes with it; what a user keeps under names alike stays.
+    // also when the writer is still busy with another data folder's change.
     void unfinishedChangeIsFinishedFirst_data()
     {
         QTest::addColumn<bool>("writingElsewhere");
@@ -404,13 +400,7 @@ private slots:
         QFETCH(bool, writingElsewhere);
         DataDir dir;
         reset(start);
-        const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
-                                u"send_s.dat.damaged-20240203-0405"_s};
-        QStringList files = dir.entries() + users;
-        files.sort();
-        // an older version's temporary file, and a journal cut short before its rename
-        for (const QString &name : users + QStringList{u"receive_c.dat.q3XbZ9"_s, u"quillpost.journal.new"_s})
-            dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
+        const QStringList files = dir.entries();
         // x was sent: the change took it from the Outbox into Sent Items and the queue.
         const MailList x{start[FolderFile::Outbox].first()};
         dir.writeBytes(u"send_c.dat.new"_s, FolderBytes(start[FolderFile::Outbox].mid(1)));
@@ -434,6 +424,19 @@ private slots:
         // Sent once, received once (x goes to a), no longer queued.
         QCOMPARE(copies(FolderFile::SentItems) + copies(FolderFile::Inbox)
                      + copies(FolderFile::ServerQueue), u"110"_s);
+    }
+
+    // What a commit or an older version (NAME.dat.XXXXXX) left is removed; what a user
+    // keeps beside the data files, under names alike, is not.
+    void startUpRemovesOnlyItsOwnLeftovers()
+    {
+        DataDir dir;
+        const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
+                                u"send_s.dat.damaged-20240203-0405"_s};
+        for (const QString &name : users + u"send_c.dat.new|quillpost.journal.new|receive_c.dat.q3XbZ9"_s.split(u'|'))
+            dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
+        RecoverDataFolder();
+        QCOMPARE(dir.entries(), users);
     }
 };
 
