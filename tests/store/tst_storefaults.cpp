@@ -98,7 +98,7 @@ struct Told final : Prompter
     Told() { setPrompter(this); }
     ~Told() override { setPrompter(nullptr); }
     void message(Icon, const QString &, const QString &text) override { all += text + u'\n'; }
-    bool confirm(Icon i, const QString &title, const QString &text, Default) override { return message(i, title, text), false; }
+    bool confirm(Icon i, const QString &t, const QString &text, Default) override { message(i, t, text); return false; }
     QString all;
 };
 
@@ -107,10 +107,7 @@ enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPl
 // How a child that ran a command under a fault, or a copy started on a folder, ended.
 enum Ending { AsExpected, Otherwise, RootKept, Left, Held };
 
-// Runs command in a child process, as the fault cannot be taken back. Its
-// failure, at once or once the writer meets it, must tell the user the reason
-// and that nothing changed, in one message; what the program keeps must then
-// be what the files hold.
+// A child's exit code, or minus the signal that ended it.
 int exitCode(pid_t pid)
 {
     int status = 0;
@@ -118,6 +115,10 @@ int exitCode(pid_t pid)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
+// Runs command in a child process, as the fault cannot be taken back. Its
+// failure, at once or once the writer meets it, must tell the user the reason
+// and that nothing changed, in one message; what the program keeps must then
+// be what the files hold.
 int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command, const QString &reason)
 {
     const pid_t pid = ::fork();
@@ -237,8 +238,8 @@ private slots:
                                 << error << expected << QString::fromLatin1(after);
         };
         const auto path = [](const char *name) -> QString { return u"%1/"_s + QString::fromLatin1(name); };
-        const auto journal = [&](const QString &reason) { return texts::JournalUnreadable.arg(path(JournalName), reason); };
-        const auto write = [&](const char *name, const QString &why) { return texts::CannotWriteFile.arg(path(name), why); };
+        const auto journal = [&](const QString &why) { return texts::JournalUnreadable.arg(path(JournalName), why); };
+        const auto write = [&](const char *file, const QString &why) { return texts::CannotWriteFile.arg(path(file), why); };
         const auto read = [&](const QString &why) { return texts::CannotReadFile.arg(path("receive_c.dat"), why); };
         const QString unfinished = u"\r\r"_s + texts::CommitUnfinished;
         row("a journal that cannot be opened: nothing deleted, start-up stops", "recover", FileOp::Open,
