@@ -52,8 +52,7 @@ const Folders start = [] {
                    folder(3, 30, each), folder(4, 30, each), folder(5, 20, {A, Nobody})};
 }();
 
-// Committed behind the caller; a test that looks at the files waits for it
-// through DataDir.
+// Committed behind the caller; a test that looks at the files waits for it through DataDir.
 void reset(const Folders &folders)
 {
     FolderSet set;
@@ -115,10 +114,9 @@ int exitCode(pid_t pid)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-// Runs command in a child process, as the fault cannot be taken back. Its
-// failure, at once or once the writer meets it, must tell the user the reason
-// and that nothing changed, in one message; what the program keeps must then
-// be what the files hold.
+// Runs command in a child process, as the fault cannot be taken back. Its failure, at once
+// or once the writer meets it, must tell the user the reason and that nothing changed, in
+// one message; what the program keeps must then be what the files hold.
 int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command, const QString &reason)
 {
     const pid_t pid = ::fork();
