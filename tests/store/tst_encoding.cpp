@@ -19,29 +19,35 @@ class tst_encoding : public QObject
 
 private slots:
     // Bytes without a byte-order mark are UTF-8 only when they are strict
-    // UTF-8 and read as Chinese text.
-    void takenForUtf8_data()
+    // UTF-8 and read as Chinese text; control bytes other than the blanks, line
+    // ends and end-of-file mark make a file binary.
+    void takenFor_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("utf8");
-        QTest::newRow("Chinese") << u"中文"_s.toUtf8() << true;
-        QTest::newRow("a trail byte at the top of its range") << u"丿"_s.toUtf8() << true;
-        QTest::newRow("Chinese beyond the plane") << u"中𠀀"_s.toUtf8() << true;
-        QTest::newRow("Latin-1 letters beside Chinese") << u"中é"_s.toUtf8() << true;
-        QTest::newRow("full-width forms and punctuation") << u"ＡＢ…、"_s.toUtf8() << true;
-        QTest::newRow("Greek beside Chinese") << u"中α"_s.toUtf8() << false;
-        QTest::newRow("Latin-1 alone") << u"é"_s.toUtf8() << false;
-        QTest::newRow("ASCII alone") << "abc"_ba << false;
-        QTest::newRow("an overlong form") << "\xE0\x80\xAF"_ba << false;
-        QTest::newRow("an encoded surrogate") << "\xED\xA0\x80"_ba << false;
-        QTest::newRow("past U+10FFFF") << "\xF4\x90\x80\x80"_ba << false;
-        QTest::newRow("a character cut short") << u"中"_s.toUtf8().chopped(1) << false;
+        QTest::addColumn<bool>("binary");
+        QTest::newRow("Chinese") << u"中文"_s.toUtf8() << true << false;
+        QTest::newRow("a trail byte at the top of its range") << u"丿"_s.toUtf8() << true << false;
+        QTest::newRow("Chinese beyond the plane") << u"中𠀀"_s.toUtf8() << true << false;
+        QTest::newRow("Latin-1 letters beside Chinese") << u"中é"_s.toUtf8() << true << false;
+        QTest::newRow("full-width forms and punctuation") << u"ＡＢ…、"_s.toUtf8() << true << false;
+        QTest::newRow("Greek beside Chinese") << u"中α"_s.toUtf8() << false << false;
+        QTest::newRow("Latin-1 alone") << u"é"_s.toUtf8() << false << false;
+        QTest::newRow("ASCII with tab, line ends, VT, FF and end-of-file mark") << "a\t\n\v\f\r\x1A"_ba << false << false;
+        QTest::newRow("an overlong form") << "\xE0\x80\xAF"_ba << false << false;
+        QTest::newRow("an encoded surrogate") << "\xED\xA0\x80"_ba << false << false;
+        QTest::newRow("past U+10FFFF") << "\xF4\x90\x80\x80"_ba << false << false;
+        QTest::newRow("a character cut short") << u"中"_s.toUtf8().chopped(1) << false << false;
+        QTest::newRow("GB18030 Chinese and DEL") << "\xD6\xD0\x7F"_ba << false << false;
+        QTest::newRow("NUL is binary") << QByteArray("a\0", 2) << false << true;
+        QTest::newRow("escape is binary") << "\x1B"_ba << false << true;
+        QTest::newRow("unit separator is binary") << "\x1F"_ba << false << true;
     }
-    void takenForUtf8()
+    void takenFor()
     {
         QFETCH(QByteArray, bytes);
-        QFETCH(bool, utf8);
-        QCOMPARE(!ReadsAsGb18030(bytes), utf8);
+        QTEST(!ReadsAsGb18030(bytes), "utf8");
+        QTEST(HoldsBinary(bytes), "binary");
     }
 
     // A cut keeps whole GB18030 characters, one byte short of the bytes
@@ -89,22 +95,6 @@ private slots:
         w.line(u"k"_s, value);
         w.bodyLine(u"c"_s, value);
         QCOMPARE(w.bytes(), "[s]\r\nk=" + line + "\r\nc=[" + body + "]\r\n");
-    }
-
-    void binaryBytes_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<bool>("binary");
-        QTest::newRow("tab, line ends, vertical tab, form feed, end-of-file mark") << "a\t\n\v\f\r\x1A"_ba << false;
-        QTest::newRow("NUL") << QByteArray("a\0", 2) << true;
-        QTest::newRow("escape") << "\x1B"_ba << true;
-        QTest::newRow("unit separator") << "\x1F"_ba << true;
-        QTest::newRow("Chinese and DEL") << "\xD6\xD0\x7F"_ba << false;
-    }
-    void binaryBytes()
-    {
-        QFETCH(QByteArray, bytes);
-        QTEST(HoldsBinary(bytes), "binary");
     }
 
     void leadingNumber_data()

@@ -43,11 +43,8 @@ const QString A = u"a@x.cn"_s, B = u"b@x.cn"_s, Nobody = u"c@y.cn"_s;
 const Folders start = [] {
     const auto folder = [](int f, int n, const QStringList &to) {
         MailList list = mails(n, n, 10000000 * (f + 1));
-        for (int i = 0; i < n; ++i) {
-            list[i].from = A;
-            list[i].to = to[i % to.size()];
-            list[i].content = u"正文 body\r\n"_s.repeated(20);
-        }
+        for (int i = 0; i < n; ++i)
+            list[i].from = A, list[i].to = to[i % to.size()], list[i].content = u"正文 body\r\n"_s.repeated(20);
         return list;
     };
     const QStringList each{A, B, A + u';' + B, Nobody};
@@ -55,8 +52,7 @@ const Folders start = [] {
                    folder(3, 30, each), folder(4, 30, each), folder(5, 20, {A, Nobody})};
 }();
 
-// Committed behind the caller; a test that looks at the files waits for it
-// through DataDir.
+// Committed behind the caller; a test that looks at the files waits for it through DataDir.
 void reset(const Folders &folders)
 {
     FolderSet set;
@@ -101,11 +97,7 @@ struct Told final : Prompter
     Told() { setPrompter(this); }
     ~Told() override { setPrompter(nullptr); }
     void message(Icon, const QString &, const QString &text) override { all += text + u'\n'; }
-    bool confirm(Icon, const QString &, const QString &text, Default) override
-    {
-        all += text + u'\n';
-        return false;
-    }
+    bool confirm(Icon i, const QString &t, const QString &text, Default) override { message(i, t, text); return false; }
     QString all;
 };
 
@@ -114,10 +106,17 @@ enum class Fault { NothingFits, LargestCutShort, ReadOnlyFolder, FolderInFilesPl
 // How a child that ran a command under a fault, or a copy started on a folder, ended.
 enum Ending { AsExpected, Otherwise, RootKept, Left, Held };
 
-// Runs command in a child process, as the fault cannot be taken back. Its
-// failure, at once or once the writer meets it, must tell the user the reason
-// and that nothing changed, in one message; what the program keeps must then
-// be what the files hold.
+// A child's exit code, or minus the signal that ended it.
+int exitCode(pid_t pid)
+{
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+// Runs command in a child process, as the fault cannot be taken back. Its failure, at once
+// or once the writer meets it, must tell the user the reason and that nothing changed, in
+// one message; what the program keeps must then be what the files hold.
 int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command, const QString &reason)
 {
     const pid_t pid = ::fork();
@@ -141,15 +140,10 @@ int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command,
             told.all += texts::OperationAbandoned + e.userText();
         }
         const bool saved = store::Flush();
-        const auto all = [] {
+        const auto all = [] {  // a folder in a file's place reads as unreadable
             QString kept;
-            for (int f = 0; f < FolderFile::Count; ++f) {
-                try {
-                    kept += ids(f) + u'/';
-                } catch (const StoreError &) {
-                    kept += u"unreadable/"_s;  // a folder in the file's place
-                }
-            }
+            for (int f = 0; f < FolderFile::Count; ++f)
+                try { kept += ids(f) + u'/'; } catch (const StoreError &) { kept += u"unreadable/"_s; }
             return kept;
         };
         const QString shown = all();
@@ -160,9 +154,7 @@ int runInChild(Fault fault, rlim_t cap, const std::function<QString()> &command,
         qWarning("%s", qPrintable(told.all));
         ::_exit(toldOnce && shown == all() ? AsExpected : Otherwise);
     }
-    int status = 0;
-    ::waitpid(pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -status;
+    return exitCode(pid);
 }
 
 }  // namespace
@@ -180,10 +172,9 @@ private slots:
         QTest::addColumn<Fault>("fault");
         const char *names[] = {"nothing fits", "largest cut short", "read-only", "folder for file",
                                "file set read-only"};
-        for (int c = 0; c < commands.size(); ++c) {
+        for (int c = 0; c < commands.size(); ++c)
             for (int f = 0; f < 5; ++f)
                 QTest::addRow("%s, %s", commands[c].first, names[f]) << c << Fault(f);
-        }
     }
 
     // Every command that saves ends with FileError naming the cause, says that nothing
@@ -201,10 +192,9 @@ private slots:
         QCOMPARE(run(), QString());
         QString largest;
         qsizetype largestSize = 0;
-        for (const auto &[name, bytes] : entries(dir).asKeyValueRange()) {
+        for (const auto &[name, bytes] : entries(dir).asKeyValueRange())
             if (bytes != before.value(name) && bytes.size() > largestSize)
                 std::tie(largest, largestSize) = std::pair(name, bytes.size());
-        }
         QVERIFY2(!largest.isEmpty(), "the command wrote nothing");
         reset(start);
         QCOMPARE(entries(dir), before);
@@ -246,12 +236,9 @@ private slots:
                                 << error << expected << QString::fromLatin1(after);
         };
         const auto path = [](const char *name) -> QString { return u"%1/"_s + QString::fromLatin1(name); };
-        const auto journal = [&](const QString &reason) {
-            return texts::JournalUnreadable.arg(path(JournalName), reason);
-        };
-        const auto write = [&](const char *name, const QString &reason) {
-            return texts::CannotWriteFile.arg(path(name), reason);
-        };
+        const auto journal = [&](const QString &why) { return texts::JournalUnreadable.arg(path(JournalName), why); };
+        const auto write = [&](const char *file, const QString &why) { return texts::CannotWriteFile.arg(path(file), why); };
+        const auto read = [&](const QString &why) { return texts::CannotReadFile.arg(path("receive_c.dat"), why); };
         const QString unfinished = u"\r\r"_s + texts::CommitUnfinished;
         row("a journal that cannot be opened: nothing deleted, start-up stops", "recover", FileOp::Open,
             JournalName, EACCES, journal(texts::ReasonNoPermission), "unchanged");
@@ -270,11 +257,11 @@ private slots:
         row("a read-only file system", "commit", FileOp::Open, "receive_c.dat.new", EROFS,
             write("receive_c.dat", texts::ReasonReadOnly), "unchanged");
         row("a folder file that cannot be opened", "load", FileOp::Open, "receive_c.dat", EACCES,
-            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonNoPermission), "unchanged");
+            read(texts::ReasonNoPermission), "unchanged");
         row("a folder file that cannot be read", "load", FileOp::Read, "receive_c.dat", EIO,
-            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonIoError), "unchanged");
+            read(texts::ReasonIoError), "unchanged");
         row("any other error says what to try", "load", FileOp::Read, "receive_c.dat", EPROTO,
-            texts::CannotReadFile.arg(path("receive_c.dat"), texts::ReasonOther.arg(EPROTO)), "unchanged");
+            read(texts::ReasonOther.arg(EPROTO)), "unchanged");
     }
     // The journal's and the files' error paths, each failure by its cause: the error
     // names the file and says what the user can do, and the folder holds what it should.
@@ -298,8 +285,7 @@ private slots:
         QStringList log;
         SetFileFault([&](FileOp o, const QString &name) {
             const char *ops[] = {"open", "read", "write", "sync", "rename", "remove", "sync folder"};
-            log << (o == FileOp::SyncFolder ? QString::fromLatin1(ops[int(o)])
-                                             : QString::fromLatin1(ops[int(o)]) + u' ' + name);
+            log << QString::fromLatin1(ops[int(o)]) + (o == FileOp::SyncFolder ? QString() : u' ' + name);
             if (int(o) != op || name != file)
                 return 0;
             if (error < 0)
@@ -343,10 +329,8 @@ private slots:
         QList<QMap<QString, QByteArray>> states{entries(dir)};
         QElapsedTimer cycle;
         cycle.start();
-        RunSendReceive(SendReceiveModes::SendOnly);
-        states.append(entries(dir));
-        RunSendReceive(SendReceiveModes::ReceiveOnly);
-        states.append(entries(dir));
+        for (qint16 mode : {SendReceiveModes::SendOnly, SendReceiveModes::ReceiveOnly})
+            RunSendReceive(mode), states.append(entries(dir));
         QCOMPARE(stored(FolderFile::Inbox).size(), 90);
         QCOMPARE(stored(FolderFile::ServerQueue).size(), 20);
         reset(start);
@@ -354,8 +338,7 @@ private slots:
         const qint64 cycleNs = cycle.nsecsElapsed();
 
         const int trials = qEnvironmentVariableIsSet("QUILLPOST_KILL_TRIALS")
-            ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS")
-            : 200;
+            ? qEnvironmentVariableIntValue("QUILLPOST_KILL_TRIALS") : 200;
         std::array<int, 3> found{};
         int afterJournal = 0, left = 0;
         // A copy of the program: it holds the folder and recovers it, or leaves; the
@@ -372,11 +355,6 @@ private slots:
             }
             return pid;
         };
-        const auto ending = [](pid_t pid) {
-            int status = 0;
-            ::waitpid(pid, &status, 0);
-            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        };
         for (int trial = 0; trial < trials; ++trial) {
             const pid_t first = copy(true);
             // Both anywhere in two turns of the loop, the first's start included.
@@ -386,11 +364,11 @@ private slots:
             const pid_t second = secondAt < killAt ? copy(false) : 0;
             std::this_thread::sleep_for(std::chrono::nanoseconds(qAbs(killAt - secondAt)));
             ::kill(first, SIGKILL);
-            const int firstEnded = ending(first);
-            QVERIFY2(firstEnded == -1 || firstEnded == Left, "the first copy's run failed");
+            const int firstEnded = exitCode(first);
+            QVERIFY2(firstEnded == -SIGKILL || firstEnded == Left, "the first copy's run failed");
             afterJournal += dir.exists(QString::fromLatin1(JournalName));
             // Started after the kill, a copy holds the folder at once.
-            const int secondEnded = ending(second ? second : copy(false));
+            const int secondEnded = exitCode(second ? second : copy(false));
             QVERIFY(secondEnded == Held || (second && secondEnded == Left));
             left += secondEnded == Left;
             {
@@ -447,16 +425,14 @@ private slots:
                      + copies(FolderFile::ServerQueue), u"110"_s);
     }
 
-    // What a commit or an older version left is removed; what a user keeps
-    // beside the data files, under names alike, is not.
+    // What a commit or an older version (NAME.dat.XXXXXX) left is removed; what a user
+    // keeps beside the data files, under names alike, is not.
     void startUpRemovesOnlyItsOwnLeftovers()
     {
         DataDir dir;
-        const QStringList own{u"send_c.dat.new"_s, u"quillpost.journal.new"_s,
-                              u"receive_c.dat.q3XbZ9"_s /* an older version's temporary file */};
         const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
                                 u"send_s.dat.damaged-20240203-0405"_s};
-        for (const QString &name : own + users)
+        for (const QString &name : users + u"send_c.dat.new|quillpost.journal.new|receive_c.dat.q3XbZ9"_s.split(u'|'))
             dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
         RecoverDataFolder();
         QCOMPARE(dir.entries(), users);

@@ -15,8 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace testsupport {
 
 DataDir::DataDir() : m_previous(AppDir()) { SetAppDir(m_dir.path()); }
-// What the folder holds is what the store's writer has put there: every
-// look at it, and its end, waits for the writer first.
 DataDir::~DataDir()
 {
     store::Flush();
@@ -48,11 +46,7 @@ QStringList DataDir::entries() const
     return QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name);
 }
 
-QByteArray gb(const QString &text)
-{
-    QStringEncoder encoder("GB18030");
-    return encoder.encode(text);
-}
+QByteArray gb(const QString &text) { return QStringEncoder("GB18030").encode(text); }
 
 QByteArray crlfLines(const QStringList &lines)
 {
@@ -64,10 +58,7 @@ QByteArray crlfLines(const QStringList &lines)
 
 EmailRec mail(const QString &id, const QString &from, const QString &to, const QString &subject, bool unread)
 {
-    EmailRec m;
-    m.id = id, m.from = from, m.to = to, m.subject = subject, m.content = u"body"_s;
-    m.datetime = u"24-05-13 09:12"_s, m.isnew = unread ? u"1"_s : u"0"_s;
-    return m;
+    return {id, from, to, {}, subject, u"body"_s, u"24-05-13 09:12"_s, {}, 0, 0, unread ? u"1"_s : u"0"_s};
 }
 
 QList<EmailRec> mails(int n, int unread, int first)
@@ -124,13 +115,11 @@ QByteArray allFiles(const DataDir &dir)
     return all + dir.readBytes(MailBoxFileName);
 }
 
-namespace {
-QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)
+static QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)
 {
     return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(isConfirm ? u"confirm"_s : u"message"_s).arg(int(icon))
         .arg(title, QString(text).replace(u"\r"_s, u"<CR>"_s));
 }
-}  // namespace
 
 ScriptedPrompter::ScriptedPrompter() { setPrompter(this); }
 ScriptedPrompter::~ScriptedPrompter()

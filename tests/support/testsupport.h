@@ -26,8 +26,7 @@ class DataDir
 public:
     DataDir();
     ~DataDir();
-    DataDir(const DataDir &) = delete;
-    DataDir &operator=(const DataDir &) = delete;
+    Q_DISABLE_COPY(DataDir)
 
     QString path() const { return m_dir.path(); }
     QString filePath(const QString &name) const { return QDir(m_dir.path()).filePath(name); }
