@@ -215,7 +215,6 @@ private slots:
         QTest::addColumn<QByteArray>("bytes");  // empty: a folder in the file's place
         QTest::addColumn<bool>("triedAgain");
         const QByteArray good = classFile(u"first"_s);
-        QTest::newRow("binary bytes are skipped") << QByteArray("\x7f" "ELF\0\0\1", 7) << false;
         QTest::newRow("a copy cut short is skipped") << good.left(good.size() - 3) << false;
         QTest::newRow("a file that cannot be read is tried again") << QByteArray() << true;
     }
@@ -286,28 +285,6 @@ private slots:
         QCOMPARE(a.run(), QStringList());
         QCOMPARE(QDir(classDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 2);
         QCOMPARE(a.inbox() + copy.inbox(), (QStringList{u"m0"_s, u"m1"_s, u"m0"_s, u"m1"_s}));
-    }
-
-    // A machine's own folder in the class folder: its name made safe for
-    // any file system, then a random part of eight hex digits.
-    void memberNames_data()
-    {
-        QTest::addColumn<QString>("machine");
-        QTest::addColumn<QString>("member");
-        QTest::newRow("letters lower-cased, digits, - _ . kept") << u"PC-09_a.Z"_s << u"pc-09_a.z"_s;
-        QTest::newRow("anything else a _") << u"Zimmer 3/Ä"_s << u"zimmer_3__"_s;
-        QTest::newRow("a name starting with . gets pc before it") << u".x"_s << u"pc.x"_s;
-        QTest::newRow("a name starting with -") << u"-x"_s << u"pc-x"_s;
-        QTest::newRow("no name") << QString() << u"pc"_s;
-        QTest::newRow("at most 32 characters") << u"m"_s.repeated(40) << u"m"_s.repeated(32);
-    }
-    void memberNames()
-    {
-        QFETCH(QString, machine);
-        QFETCH(QString, member);
-        const QString name = classroom::NewMemberName(machine);
-        QCOMPARE(name.chopped(9), member);
-        QVERIFY2(classroom::IsMemberName(name) && !classroom::IsMemberName(member), qPrintable(name));
     }
 
     // The administrator's file, as the README names it.
