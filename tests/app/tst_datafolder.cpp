@@ -58,8 +58,8 @@ private slots:
 
     // Started on a folder this test holds, with a change being written, the
     // program brings this window to the front and ends, every file as it was.
-    // Started after a holder was killed, this test holds the folder at once
-    // and completes what the kill left.
+    // Started after a holder was killed, this test holds the folder and
+    // completes what the kill left.
     void secondStartAndKilledHolder()
     {
         QVERIFY(start());
@@ -81,9 +81,7 @@ private slots:
         first.kill();
         QVERIFY(first.waitForFinished());
         dir->writeBytes(u"send_c.dat.new"_s, "cut short by the kill");
-        QElapsedTimer took;
-        took.start();
-        QVERIFY(start() && took.elapsed() < 1000);
+        QVERIFY(start());
         QVERIFY(holder() == QCoreApplication::applicationPid() && !dir->exists(u"send_c.dat.new"_s));
     }
 

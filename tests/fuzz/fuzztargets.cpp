@@ -52,11 +52,6 @@ void loadKeepsBytes(const QString &name, const QByteArray &bytes, const std::fun
 int FuzzReader(const uint8_t *data, size_t size)
 {
     const ProfileFile file = ProfileFile::parse(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)));
-    file.isBlank();
-    file.hasNumberedSection("email-");
-    for (int buffer : {0, 1, 2, 3, 4, 5, ProfileFile::ValueBuffer})
-        file.value("email-1", "subject", buffer);
-
     // What the program writes from what it read, it reads back as a data file
     // (never one to set aside): the same records, each as the bytes it was
     // read from, no error; and what it keeps is what that reading gives.

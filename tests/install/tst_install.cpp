@@ -2,7 +2,6 @@
 // desktop and a trainee would meet it.
 
 #include <QDir>
-#include <QImageReader>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -46,12 +45,6 @@ private slots:
         QVERIFY2(r.exitCode == 0, qPrintable(r.out + r.err));
     }
 
-    void iconsAtEverySize()
-    {
-        for (int side : {16, 22, 24, 32, 48, 64, 128, 256})
-            QCOMPARE(QImageReader(usr(u"share/icons/hicolor/%1x%1/apps/%2.png"_s.arg(side).arg(AppId))).size(), QSize(side, side));
-    }
-
     void validates_data()
     {
         QTest::addColumn<QStringList>("command");  // the validator and its options
@@ -83,7 +76,6 @@ private slots:
             QTest::newRow(name) << built << args.split(u' ') << out << err;
         };
         row("help", false, u"--help"_s, u"选项："_s);
-        row("version", false, u"-v"_s, u"Quillpost Express " APP_VERSION "\n"_s);
         row("an unknown option", false, u"--frobnicate"_s, {}, u"未知的选项“frobnicate”"_s);
         row("an argument too many", false, u"mail.eml"_s, {}, u"多余的参数：mail.eml"_s);
         row("installed: the per-user data folder", false, u"--print-data-dir"_s, u"~/.local/share/quillpost-express\n"_s);
