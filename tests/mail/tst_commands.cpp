@@ -255,6 +255,7 @@ private slots:
                                                                  u"Test"_s, u"Hello\r\n你好 ABC  "_s, u" a.txt(1.00kb)"_s});
         QCOMPARE(QStringList({m.id, m.from, m.to, m.alsoto, m.subject, m.content, m.datetime, m.attachment, m.isnew}).join(u'|'),
                  u"12345678|li@example.com|han@x.com|cc@x.com|test|hello\r\n你好 abc  |09-01-02 03:04| a.txt(1.00kb)|0"_s);
+        QCOMPARE(compose::JoinAttachments({u"a.txt(1.00KB)"_s, u"B C.TXT(2.00KB)"_s}), u" a.txt(1.00kb) b c.txt(2.00kb)"_s);
     }
 
     void attachmentPieces_data()
