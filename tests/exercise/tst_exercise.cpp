@@ -105,6 +105,7 @@ private slots:
         const QString ok = u"[task1]\ntext=a\nfolder=sent\n"_s;
         row("an empty file, comments alone", u"; 注释\n\n# 注释\n"_s, 0, t::EmptyFile);
         row("a file that is no exercise", u"hello\n"_s, 1, t::ExerciseFirst);
+        row("a task before [exercise]", ok + Header, 1, t::ExerciseFirst);
         row("text after a header", Header + u"[task1] 第一题\n"_s, 3, t::BadHeader);
         row("an unknown section", Header + u"[tsk1]\n"_s, 3, t::UnknownSection);
         row("a task number written with a zero", Header + u"[task01]\n"_s, 3, t::UnknownSection);
@@ -127,6 +128,8 @@ private slots:
         row("a task without text", Header + u"[task1]\nfolder=sent\n"_s, 3, t::NoText);
         row("a task without a condition", Header + u"[task1]\ntext=a\n"_s, 3, t::NoCondition);
         row("an account and a folder", Header + ok + u"account=a@b\n"_s, 6, t::AccountAlone.arg(u"folder"_s));
+        row("a message field beside an account", Header + u"[task1]\ntext=a\nsubject=x\naccount=a@b\n"_s, 5,
+            t::AccountAlone.arg(u"subject"_s));
         row("a message field without a folder", Header + u"[task1]\ntext=a\nsubject=x\n"_s, 5, t::NeedsFolder.arg(u"subject"_s));
         QTest::newRow("a byte no text has") << QByteArray("[exercise]\ntitle=a\x01\n") << 2 << t::NotText;
     }
