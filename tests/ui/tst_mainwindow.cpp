@@ -257,7 +257,6 @@ private slots:
         frmMain *w = mainOn(node);
 
         const QAbstractItemModel *rows = w->ListView1->model();
-        QCOMPARE(rows->rowCount(), 3);
         for (int r = 0; r < 3; ++r) {
             QCOMPARE(cell(w->ListView1, r, 2) + u'|' + cell(w->ListView1, r, 3),
                      (inboxStyle ? list[r].from : list[r].to) + u'|' + list[r].subject);  // file order, unsorted
