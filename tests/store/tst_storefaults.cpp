@@ -388,9 +388,9 @@ private slots:
         DataDir dir;
         reset(start);
         const QStringList files = dir.entries();
-        // x was sent: the change took it from the Outbox into Sent Items and the queue.
+        // x half sent: the Outbox without it renamed into place, Sent Items and the queue not yet.
         const MailList x{start[FolderFile::Outbox].first()};
-        dir.writeBytes(u"send_c.dat.new"_s, FolderBytes(start[FolderFile::Outbox].mid(1)));
+        dir.writeBytes(u"send_c.dat"_s, FolderBytes(start[FolderFile::Outbox].mid(1)));
         for (int f : {FolderFile::SentItems, FolderFile::ServerQueue})
             dir.writeBytes(FolderFile::fileName(f) + u".new"_s, FolderBytes(start[f] + x));
         dir.writeBytes(QString::fromLatin1(JournalName),
