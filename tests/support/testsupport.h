@@ -18,9 +18,8 @@ namespace testsupport {
 
 using Icon = Prompter::Icon;
 
-// A fresh, empty data folder for as long as the object lives. Each look at
-// its files, and its end, first waits until the store's writer has put
-// every commit there (store::Flush).
+// A fresh, empty data folder for as long as the object lives. Each look at its
+// files, and its end, first waits for the store's writer (store::Flush).
 class DataDir
 {
 public:
@@ -60,8 +59,7 @@ void putAccounts(const DataDir &dir, const QStringList &addresses);
 // What the store reads back, and the ids of it joined by "|".
 QList<EmailRec> stored(int folder);
 QString ids(int folder);
-// Whether two lists of records are equal down to the sections they were
-// read from: their bytes and the values read from them.
+// Whether two lists of records are equal, down to the bytes and values each was read from.
 bool sameAsStored(const QList<EmailRec> &a, const QList<EmailRec> &b);
 // The seven files' bytes, for "nothing was written".
 QByteArray allFiles(const DataDir &dir);
