@@ -382,15 +382,23 @@ private slots:
 
     // A change whose renames failed after its journal is finished before the next
     // command reads, so that the command neither builds on half of it nor undoes the rest,
-    // even while the writer is still busy with another data folder's change.
+    // even while the writer is still busy with another data folder's change: a command
+    // that finished it only at its second read would hold an Outbox from before the change.
+    void unfinishedChangeIsFinishedFirst_data()
+    {
+        QTest::addColumn<QString>("outbox");  // where the Outbox without x stands
+        QTest::newRow("nothing renamed yet") << u"send_c.dat.new"_s;
+        QTest::newRow("the Outbox renamed, Sent Items and the queue not") << u"send_c.dat"_s;
+    }
     void unfinishedChangeIsFinishedFirst()
     {
         DataDir dir;
         reset(start);
         const QStringList files = dir.entries();
-        // x half sent: the Outbox without it renamed into place, Sent Items and the queue not yet.
+        // x was sent: the change takes it from the Outbox into Sent Items and the queue.
         const MailList x{start[FolderFile::Outbox].first()};
-        dir.writeBytes(u"send_c.dat"_s, FolderBytes(start[FolderFile::Outbox].mid(1)));
+        QFETCH(QString, outbox);
+        dir.writeBytes(outbox, FolderBytes(start[FolderFile::Outbox].mid(1)));
         for (int f : {FolderFile::SentItems, FolderFile::ServerQueue})
             dir.writeBytes(FolderFile::fileName(f) + u".new"_s, FolderBytes(start[f] + x));
         dir.writeBytes(QString::fromLatin1(JournalName),
