@@ -63,11 +63,6 @@ void act(QWidget *w, const Steps &steps)
         case Step::Beside:
             QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(5, list->viewport()->height() - 4));
             break;
-        case Step::Tab: {
-            auto *tabs = w->findChild<QTabBar *>();
-            QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(s.n).center());
-            break;
-        }
         case Step::Click: click(w, s.name); break;
         case Step::Trigger: w->findChild<QAction *>(s.name)->trigger(); break;
         case Step::Key: {
@@ -137,10 +132,9 @@ void ModalScript::poll()
     m_failure = u"waited for %1 under %2"_s.arg(m_steps.first().first,
                                                  active ? active->objectName() : u"nothing"_s);
     m_steps.clear();
-    for (QWidget *w : QApplication::topLevelWidgets()) {
+    for (QWidget *w : QApplication::topLevelWidgets())
         if (auto *d = qobject_cast<QDialog *>(w); d && d->isVisible() && d->isModal())
             d->done(QDialog::Rejected);
-    }
 }
 
 void click(QWidget *window, const QString &button)

@@ -2,21 +2,18 @@
 
 // The window tests' ground: a user's clicks and keys, scripted choosers and modal steps, fresh data folders.
 
-#include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/state.h"
 #include "testsupport.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/accounts/frmMailBox.h"
-#include "ui/accounts/frmMailBoxProp.h"
 #include "ui/accounts/frmMainBoxAdd1.h"
 #include "ui/accounts/frmMainBoxAdd2.h"
 #include "ui/accounts/frmMainBoxAdd3.h"
 #include "ui/accounts/frmMainBoxAdd4.h"
 #include "ui/accounts/frmMainBoxAdd5.h"
 #include "ui/common/filechooser.h"
-#include "ui/common/forms.h"
 #include "ui/main/foldernodes.h"
 #include "ui/main/frmMain.h"
 #include "ui/message/frmMailEdit.h"
@@ -40,11 +37,11 @@ void clickRow(QTreeView *list, int row, bool twice = false);
 inline void clickButton(QToolBar *bar, QAction *b) { QTest::mouseClick(bar->widgetForAction(b), Qt::LeftButton); }
 // Keys as a user types them to the window in front: "Alt+F N M", "Ctrl+M", and text in quotes.
 void press(const QString &keys);
-// One thing a user does in a window, for tables of steps, done by act(): n is the row or tab, name the
+// One thing a user does in a window, for tables of steps, done by act(): n is the row, name the
 // button, action, key or box, text what is typed.
 struct Step
 {
-    enum Kind { Row, RowTwice, Beside, Tab, Click, Trigger, Key, Type } kind;
+    enum Kind { Row, RowTwice, Beside, Click, Trigger, Key, Type } kind;
     int n = 0;
     QString name = {}, text = {};
 };
@@ -52,7 +49,6 @@ using Steps = QList<Step>;
 inline Step row(int n) { return {Step::Row, n}; }            // a row of the window's list clicked
 inline Step rowTwice(int n) { return {Step::RowTwice, n}; }  // ... double-clicked
 inline Step beside() { return {Step::Beside}; }              // the list clicked below its rows
-inline Step tab(int n) { return {Step::Tab, n}; }            // a tab of its tab bar clicked
 inline Step click(const char *button) { return {Step::Click, 0, QString::fromLatin1(button)}; }
 // A menu item or tool bar button by name, triggered.
 inline Step trigger(const char *action) { return {Step::Trigger, 0, QString::fromLatin1(action)}; }
