@@ -173,7 +173,6 @@ void WindowTest::begin()
 {
     dir = std::make_unique<DataDir>();
     boxes = std::make_unique<ScriptedPrompter>();
-    Main::resetState();
 }
 
 void WindowTest::end()

@@ -4,7 +4,6 @@
 
 #include "store/folders.h"
 #include "store/mailboxes.h"
-#include "store/state.h"
 #include "testsupport.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"

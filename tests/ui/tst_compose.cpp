@@ -228,7 +228,7 @@ private slots:
         act(e, steps);
         QTEST(e->isVisible() ? shown(e) : QString(), "shown");
         QCOMPARE(allFiles(*dir), before);
-        QCOMPARE(Main::ComposeMode == Main::ComposeModes::New,
+        QCOMPARE(forms::MailEdit()->ComposeMode == Main::ComposeModes::New,
                  mode == Main::ComposeModes::New || (said == t::AskDiscardOnNew && answer == 1));
         QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
@@ -249,7 +249,7 @@ private slots:
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
         QCOMPARE(QApplication::activeWindow(), e);
         QCOMPARE(shown(e), u"hello ; a@x.com ; a@x.com ; b@x.com ;  ; hellomore ; - ; body"_s);
-        QCOMPARE(int(Main::ComposeMode), int(Main::ComposeModes::Reopen));
+        QCOMPARE(int(forms::MailEdit()->ComposeMode), int(Main::ComposeModes::Reopen));
 
         act(e, {trigger("Save")});  // the draft replaced: no box
         openOn(FolderFile::Inbox, Main::ComposeModes::Reply);
