@@ -13,7 +13,7 @@
 #include "store/folders.h"
 #include "store/mailboxes.h"
 #include "store/mailstore.h"
-#include "store/state.h"
+#include "store/random.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"
 #include "ui/accounts/frmMailBox.h"

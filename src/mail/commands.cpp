@@ -1,6 +1,6 @@
 #include "commands.h"
 
-#include "store/state.h"
+#include "store/random.h"
 #include "texts.h"
 
 #include <algorithm>

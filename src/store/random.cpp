@@ -1,5 +1,5 @@
 #include "errors.h"
-#include "state.h"
+#include "random.h"
 #include "texts.h"
 
 #include <QDateTime>

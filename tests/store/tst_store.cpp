@@ -14,7 +14,7 @@
 #include "store/mailboxes.h"
 #include "store/mailstore.h"
 #include "store/profile.h"
-#include "store/state.h"
+#include "store/random.h"
 #include "testsupport.h"
 #include "texts.h"
 

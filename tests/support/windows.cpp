@@ -167,7 +167,6 @@ void WindowTest::begin()
 {
     dir = std::make_unique<DataDir>();
     boxes = std::make_unique<ScriptedPrompter>();
-    Main::resetState();
 }
 
 void WindowTest::end()

@@ -3,7 +3,6 @@
 // The window tests' ground: a user's clicks and keys, scripted choosers and modal steps, fresh data folders.
 
 #include "store/mailboxes.h"
-#include "store/state.h"
 #include "testsupport.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"

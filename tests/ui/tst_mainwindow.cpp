@@ -336,7 +336,6 @@ private slots:
         const int folder = node - Node::Inbox;
         frmMain *w = mainOn(node, folder >= 0 ? int(stored(folder).size()) - 1 : -1);
         const QString shown = folder >= 0 ? ids(folder) : QString(), previewed = w->Label9->text();
-        Main::ComposeMode = -2;
         if (box == u"warn")
             boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::OutboxWithoutAccount);
         else if (!box.isEmpty())
@@ -347,7 +346,7 @@ private slots:
         frmSendAndReceive *run = forms::SendAndReceive();
         QString opened = run->isVisible() ? u"run %1"_s.arg(run->SendReceiveMode) : QString();
         if (forms::MailEdit()->isVisible())
-            opened = u"edit %1 "_s.arg(Main::ComposeMode) + forms::MailEdit()->Text5->text();
+            opened = u"edit %1 "_s.arg(forms::MailEdit()->ComposeMode) + forms::MailEdit()->Text5->text();
         if (forms::MailRead()->isVisible())
             opened = u"read "_s + forms::MailRead()->windowTitle();
         QTEST(opened, "opened");

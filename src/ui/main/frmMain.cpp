@@ -8,7 +8,6 @@
 #include "store/errors.h"
 #include "store/folders.h"
 #include "store/prompter.h"
-#include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
 #include "ui/about/frmAbout.h"

@@ -7,7 +7,6 @@
 #include "messagelist.h"
 #include "sendrecv/recipients.h"
 #include "store/mailstore.h"
-#include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
 #include "ui/common/scaffold.h"

@@ -5,7 +5,6 @@
 #include "store/errors.h"
 #include "store/mailstore.h"
 #include "store/prompter.h"
-#include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
 #include "ui/accounts/ensuremailbox.h"
@@ -288,7 +287,7 @@ bool frmMailEdit::openAs(qint16 mode, const MailRef &source)
                            texts::compose::StillWriting);
         return false;
     }
-    Main::ComposeMode = mode;
+    w->ComposeMode = mode;
     w->m_source = source;
     // An open window holds nothing unsaved here: it takes the new message.
     scaffold::bringUp(w, [w] { w->Form_Load(); });
@@ -309,7 +308,7 @@ void frmMailEdit::Form_Load()
     m_stored = StoredMail();
 
     scaffold::guarded([this] { loadAccounts(); });
-    const qint16 mode = Main::ComposeMode;
+    const qint16 mode = ComposeMode;
     if (mode == Main::ComposeModes::Reopen || mode == Main::ComposeModes::Reply
         || mode == Main::ComposeModes::Forward)
         loadQuoted();
@@ -334,7 +333,7 @@ void frmMailEdit::loadQuoted()
 {
     const EmailRec quoted = m_source.shown;
     const int folder = m_source.folder;
-    const qint16 mode = Main::ComposeMode;
+    const qint16 mode = ComposeMode;
 
     if (mode == Main::ComposeModes::Reopen) {
         // The window edits this very message: its saves and sends replace
@@ -492,7 +491,7 @@ void frmMailEdit::Save_Click()
         return;
     gbModified = false;
     // From now on this window stores the same message again.
-    Main::ComposeMode = Main::ComposeModes::Reopen;
+    ComposeMode = Main::ComposeModes::Reopen;
     if (created)
         prompter().message(Prompter::Icon::Information, texts::compose::DraftSavedTitle,
                            texts::compose::DraftSaved);
@@ -505,7 +504,7 @@ void frmMailEdit::munNewMail_Click()
         && !prompter().confirm(Prompter::Icon::Exclamation, texts::AppTitle,
                                texts::compose::AskDiscardOnNew, Prompter::Default::No))
         return;
-    Main::ComposeMode = Main::ComposeModes::New;
+    ComposeMode = Main::ComposeModes::New;
     setWindowTitle(texts::compose::Caption);
     m_stored = StoredMail();
     m_source = MailRef();

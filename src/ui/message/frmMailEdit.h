@@ -17,6 +17,17 @@ class QPlainTextEdit;
 class QStatusBar;
 class QToolBar;
 
+namespace Main {
+// What the compose window opens on; whoever opens it gives the mode, and a
+// saved new message turns it into Reopen.
+namespace ComposeModes {
+inline constexpr qint16 Reopen = 0;  // the stored message it was opened on
+inline constexpr qint16 New = 1;
+inline constexpr qint16 Reply = 2;
+inline constexpr qint16 Forward = 3;
+}  // namespace ComposeModes
+}  // namespace Main
+
 // The window in which a message is written: a new one, a reply, a forward,
 // or a draft or Outbox message opened again. Sending stores the message in
 // the Outbox and runs a send-only pass of the progress dialog; saving stores
@@ -67,6 +78,8 @@ public:
     const StoredMail &storedMail() const { return m_stored; }
     // The fields hold text that was neither sent nor saved.
     bool gbModified = false;
+    // What the window was opened as, one of Main::ComposeModes.
+    qint16 ComposeMode = Main::ComposeModes::Reopen;
 
     // ---- Commands ----------------------------------------------------------
     void mnuMailSend_Click();

@@ -4,7 +4,6 @@
 #include "store/errors.h"
 #include "store/mailstore.h"
 #include "store/prompter.h"
-#include "store/state.h"
 #include "store/textutil.h"
 #include "texts.h"
 #include "ui/common/filechooser.h"
