@@ -63,6 +63,11 @@ void act(QWidget *w, const Steps &steps)
         case Step::Beside:
             QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(5, list->viewport()->height() - 4));
             break;
+        case Step::Tab: {
+            auto *tabs = w->findChild<QTabBar *>();
+            QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(s.n).center());
+            break;
+        }
         case Step::Click: click(w, s.name); break;
         case Step::Trigger: w->findChild<QAction *>(s.name)->trigger(); break;
         case Step::Key: {

@@ -40,7 +40,7 @@ void press(const QString &keys);
 // button, action, key or box, text what is typed.
 struct Step
 {
-    enum Kind { Row, RowTwice, Beside, Click, Trigger, Key, Type } kind;
+    enum Kind { Row, RowTwice, Beside, Tab, Click, Trigger, Key, Type } kind;
     int n = 0;
     QString name = {}, text = {};
 };
@@ -48,6 +48,7 @@ using Steps = QList<Step>;
 inline Step row(int n) { return {Step::Row, n}; }            // a row of the window's list clicked
 inline Step rowTwice(int n) { return {Step::RowTwice, n}; }  // ... double-clicked
 inline Step beside() { return {Step::Beside}; }              // the list clicked below its rows
+inline Step tab(int n) { return {Step::Tab, n}; }            // a tab of the window's tab bar clicked
 inline Step click(const char *button) { return {Step::Click, 0, QString::fromLatin1(button)}; }
 // A menu item or tool bar button by name, triggered.
 inline Step trigger(const char *action) { return {Step::Trigger, 0, QString::fromLatin1(action)}; }

@@ -87,6 +87,8 @@ private slots:
             << 3 << Steps{row(1), beside()} << QString() << three << false << all;
         QTest::newRow("delete answered No keeps every account and the choice")
             << 3 << Steps{row(1), click("btnDelete")} << u"logon2"_s << second << true << all;
+        QTest::newRow("a row chosen, then the News tab: an empty list, nothing to delete")
+            << 3 << Steps{row(1), tab(2)} << QString() << QStringList{} << false << all;
         QTest::newRow("delete the only account: the file holds none")
             << 1 << Steps{row(0), click("btnDelete")} << u"logon1"_s << QStringList{} << false << QList<int>{};
         QTest::newRow("the Delete key on a row the arrows reached: the later ones move up")

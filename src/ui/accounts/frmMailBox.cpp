@@ -296,8 +296,14 @@ void frmMailBox::TabStrip1_Click()
     const QString caption = TabStrip1->tabText(TabStrip1->currentIndex());
     if (caption == texts::accounts::TabAll || caption == texts::accounts::TabMail)
         Form_Load();
-    else
-        ListView1->clear();  // no news or directory accounts; the buttons stay as they are
+    else {
+        // There are no news or directory accounts. Delete and Properties wait
+        // for a row again, as after start-up: left on, they would act on an
+        // account this list no longer shows.
+        ListView1->clear();
+        btnDelete->setEnabled(false);
+        btnProperty->setEnabled(false);
+    }
 }
 
 void frmMailBox::btnAddNew_Click()
