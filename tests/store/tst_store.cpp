@@ -404,7 +404,7 @@ private slots:
     {
         DataDir dir;
         const QStringList plain = u"a|0|一|龥|！|～|　|〃|〈|】|‘|’|“|”|…|·"_s.split(u'|');
-        const QStringList other = QString(u"Q| |\t|\"|'|\\|\\n|\r|\n|\r\n|\x1b|é|龦|䷿|｟|〄|〒|‧|😀|"_s + QChar(0xD800)).split(u'|');
+        const QStringList other = QString(u"A|Q|Z| |\t|\"|'|\\|\\n|\r|\n|\r\n|\x1b|é|龦|䷿|｟|〄|〒|‧|😀|"_s + QChar(0xD800)).split(u'|');
         const QStringList numbers = QString(u"0|00|07||a| 1|1 |"_s + QString(255, u'1') + u'|' + QString(256, u'1')).split(u'|');
         using M = EmailRec;
         QString M::*const texts[] = {&M::from, &M::to, &M::alsoto, &M::subject, &M::content, &M::datetime, &M::attachment};
