@@ -21,9 +21,9 @@ namespace {
 const QString Words = u"下周一上午九点在三楼会议室召开项目例会请准备好本月的进度报告培训资料已上传"
                       "到共享文件夹请查收周末聚餐老地方见附件是第一季度的报表谢谢"_s;
 
-QList<EmailRec> folderOf(int messages, bool longest = false)
+MailList folderOf(int messages, bool longest = false)
 {
-    QList<EmailRec> folder;
+    MailList folder;
     folder.reserve(messages);
     for (int i = 0; i < messages; ++i) {
         EmailRec m;
@@ -66,7 +66,7 @@ QByteArray exerciseOf(const std::function<QString(const QString &topic, int n)> 
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    const QList<EmailRec> folder = folderOf(20000);
+    const MailList folder = folderOf(20000);
     QList<MailBoxRec> accounts(21);
     for (int i = 0; i < accounts.size(); ++i)
         accounts[i].address = u"account%1@example.cn"_s.arg(i);
@@ -83,12 +83,12 @@ int main(int argc, char *argv[])
     }));
     const exercise::Exercise bodies = exercise::ParseExercise(
         exerciseOf([](const QString &topic, int) -> QString { return u"body="_s + topic; }));
-    const auto check = [&](const exercise::Exercise &e, const QList<EmailRec> &in) {
+    const auto check = [&](const exercise::Exercise &e, const MailList &in) {
         const QList<bool> done = exercise::CheckTasks(e, [&](int) { return in; }, [&] { return accounts; });
         if (done.contains(true))
             std::fprintf(stderr, "bench_exercise: a task was done\n");
     };
-    const auto floorOf = [](const QList<EmailRec> &in) {
+    const auto floorOf = [](const MailList &in) {
         return bench::medianMs(20, [&] {
             int found = 0;
             for (const EmailRec &m : in)
@@ -102,7 +102,7 @@ int main(int argc, char *argv[])
                     floorMs);
     bench::printRow("  every folder task a body search", bench::medianMs(runs, [&] { check(bodies, folder); }),
                     floorMs);
-    const QList<EmailRec> longest = folderOf(20000, true);
+    const MailList longest = folderOf(20000, true);
     bench::printRow("  the same, every body at the longest",
                     bench::medianMs(runs, [&] { check(bodies, longest); }), floorOf(longest));
     return 0;

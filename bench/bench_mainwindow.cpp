@@ -182,7 +182,7 @@ int main(int argc, char *argv[])
     const MailList before = store::Folder(FolderFile::Inbox);
     FolderSet set;
     set.change(FolderFile::Outbox) = {EmailRec{u"1"_s, u"me@example.com"_s, u"me@example.com"_s, {},
-                                               u"hello"_s, u"body"_s, {}, {}, 0, 0, u"0"_s}};
+                                               u"hello"_s, u"body"_s, {}, {}, u"0"_s}};
     set.commit();
     QApplication::setActiveWindow(w);
     QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);

@@ -44,7 +44,7 @@ int main(int argc, char **argv)
         outbox << EmailRec{QString::number(10000000 + i), u"user0@example.cn"_s,
                      u"someone@else.cn;user%1@example.cn"_s.arg(i % MAX_MAILBOXES),
                      u"copy@else.cn"_s, u"测量 %1"_s.arg(i), body, u"24-01-01 08:00"_s,
-                     u"a.txt"_s, 0, i, u"0"_s};
+                     u"a.txt"_s, u"0"_s};
     set.commit();
     store::Flush();
     QFile outboxFile(AppFilePath(FolderFile::fileName(FolderFile::Outbox)));

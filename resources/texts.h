@@ -22,7 +22,6 @@ inline const QString MailGone =
     u"这封邮件已经不在原来的位置，可能已被移动或删除。列表已经更新，请重新选择。"_s;
 
 // ---- Mail store ---------------------------------------------------------
-inline const QString FolderOutOfRange = u"选定文件参数错误,超出范围!"_s;
 // Shown by the application's error guard; the reason follows after CR CR.
 inline const QString OperationAbandoned = u"操作未能完成，所有文件保持不变。"_s;
 inline const QString TooManyAccounts = u"最多只能设置 21 个邮件账号。"_s;

@@ -380,7 +380,7 @@ struct FieldSearch
 };
 }  // namespace
 
-QList<bool> TasksDone(const QList<Task> &tasks, const QList<EmailRec> &folder)
+QList<bool> TasksDone(const QList<Task> &tasks, const MailList &folder)
 {
     // Each condition once, however many tasks ask for it.
     QList<const Condition *> conditions;
@@ -431,7 +431,7 @@ bool TaskDone(const Task &task, const QList<MailBoxRec> &accounts)
 }
 
 QList<bool> CheckTasks(const Exercise &exercise,
-                       const std::function<QList<EmailRec>(int folder)> &folder,
+                       const std::function<MailList(int folder)> &folder,
                        const std::function<QList<MailBoxRec>()> &accounts)
 {
     QList<bool> done(exercise.tasks.size(), false);
@@ -480,7 +480,7 @@ QList<bool> CheckDataFolder(const Exercise &exercise, const QString &dataDir)
     return CheckTasks(
         exercise,
         [&](int folder) {
-            return ParseFolder(folder, readAsItStands(dataDir, FolderFile::fileName(folder), standing));
+            return ParseFolder(readAsItStands(dataDir, FolderFile::fileName(folder), standing));
         },
         [&] { return ParseAccounts(readAsItStands(dataDir, MailBoxFileName, standing), 0); });
 }

@@ -87,14 +87,14 @@ Exercise ParseExercise(const QByteArray &bytes);
 Exercise ReadExercise(const QString &path);
 
 // Which of tasks, all of one folder, the folder's messages show done.
-QList<bool> TasksDone(const QList<Task> &tasks, const QList<EmailRec> &folder);
+QList<bool> TasksDone(const QList<Task> &tasks, const MailList &folder);
 // Whether an account task is done by these accounts.
 bool TaskDone(const Task &task, const QList<MailBoxRec> &accounts);
 
 // Every task of the exercise, each folder and the accounts asked for at
 // most once.
 QList<bool> CheckTasks(const Exercise &exercise,
-                       const std::function<QList<EmailRec>(int folder)> &folder,
+                       const std::function<MailList(int folder)> &folder,
                        const std::function<QList<MailBoxRec>()> &accounts);
 
 // A data folder's files as they stand, read and never written: no lock,

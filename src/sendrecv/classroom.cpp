@@ -383,8 +383,11 @@ void ClassRun::take(const ShareOutcome &outcome)
             set.change(FolderFile::Inbox) = inbox;
         set.alsoWrite(StateFileName, state.bytes());
         set.commit();
-        if (m_result.receive.received > 0)
-            m_result.receive.inboxUnread = CountUnread(store::Folder(FolderFile::Inbox));
+        if (m_result.receive.received > 0) {
+            const std::optional<FolderFigures> inboxFigures = store::Figures(FolderFile::Inbox);
+            m_result.receive.inboxUnread =
+                inboxFigures ? inboxFigures->unread : CountUnread(store::Folder(FolderFile::Inbox));
+        }
 
         if (outcome.away.isEmpty() && !outcome.memberGone) {
             // What the trainer's overview shows of this member.

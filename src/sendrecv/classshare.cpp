@@ -183,7 +183,7 @@ bool ParseMessageFile(const QByteArray &bytes, EmailRec *m)
     if (f.isBinary() || !f.hasSection("email") || LeadingNumber(f.value("email", "number")) != 1)
         return false;
     try {
-        *m = ParseFolder(FolderFile::ServerQueue, f).first();
+        *m = ParseFolder(f).first();
     } catch (const StoreError &) {
         return false;
     }

@@ -107,7 +107,7 @@ ClassState ClassState::parse(const QByteArray &bytes)
                           number(f, section, "received")});
     }
     // The outgoing mail is a folder of its own in the same file.
-    s.outgoing = ParseFolder(FolderFile::ServerQueue, f);
+    s.outgoing = ParseFolder(f);
     return s;
 }
 

@@ -47,7 +47,7 @@ struct ClassState
     QString dataDir;
     QString classDir;
     qint64 first = 0;  // the number of outgoing.first(); all below it are published
-    QList<EmailRec> outgoing;
+    MailList outgoing;
     QList<Cursor> cursors;
     QList<Tally> tallies;
     bool awayTold = false;

@@ -85,7 +85,7 @@ ReceiveResult receive(FolderSet &set)
     }
     result.hadAccounts = true;
 
-    const int unreadBefore = CountUnread(inbox);
+    const int unreadBefore = set.unread(FolderFile::Inbox);
 
     const QString stamp = NowStamp();
     MailList kept;

@@ -25,16 +25,6 @@ QString FolderFile::fileName(int folder)
 }
 
 namespace {
-// Whether folder names a file; otherwise the user is told that the number
-// is out of range.
-bool validFolder(int folder)
-{
-    if (!FolderFile::fileName(folder).isEmpty())
-        return true;
-    prompter().message(Prompter::Icon::Exclamation, texts::ErrorTitle, texts::FolderOutOfRange);
-    return false;
-}
-
 // The fields of a message in the order of the file's lines, and how each
 // is written.
 const QList<FieldFormat> &emailFormats()
@@ -90,7 +80,7 @@ QString bodyOf(const ProfileFile &file, qsizetype section)
     return body;
 }
 
-EmailRec readEmail(const ProfileFile &file, qsizetype section, int folder, int index)
+EmailRec readEmail(const ProfileFile &file, qsizetype section)
 {
     EmailRec m;
     m.id = LeadingNumberText(file.sectionValue(section, "id"));
@@ -102,27 +92,25 @@ EmailRec readEmail(const ProfileFile &file, qsizetype section, int folder, int i
     m.datetime = file.sectionValue(section, "datetime");
     m.attachment = file.sectionValue(section, "attachment");
     m.isnew = LeadingNumberText(file.sectionValue(section, "isnew"));
-    m.folder = folder;
-    m.index = index;
     m.origin = OriginOf(file, section, valuesOf(m));
     return m;
 }
 }  // namespace
 
-FolderReading ReadFolder(int folder, const ProfileFile &file)
+FolderReading ReadFolder(const ProfileFile &file)
 {
     FolderReading out;
     out.sections = SortSections(file, "email", "email-");
     const QList<qsizetype> &records = out.sections.records;
     out.mails.reserve(records.size());
     for (qsizetype k = 0; k < records.size(); ++k)
-        out.mails.append(readEmail(file, records[k], folder, int(k)));
+        out.mails.append(readEmail(file, records[k]));
     return out;
 }
 
-QList<EmailRec> ParseFolder(int folder, const ProfileFile &file)
+MailList ParseFolder(const ProfileFile &file)
 {
-    return ReadFolder(folder, file).mails;
+    return ReadFolder(file).mails;
 }
 
 FolderFigures FiguresOf(const ProfileFile &file)
@@ -139,7 +127,7 @@ FolderFigures FiguresOf(const ProfileFile &file)
     return figures;
 }
 
-FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
+FileImage FolderImage(const MailList &mails, const FileFrame &frame)
 {
     qsizetype bytes = 32;
     for (const EmailRec &m : mails) {
@@ -160,7 +148,7 @@ FileImage FolderImage(const QList<EmailRec> &mails, const FileFrame &frame)
     return out.finish();
 }
 
-QByteArray FolderBytes(const QList<EmailRec> &mails)
+QByteArray FolderBytes(const MailList &mails)
 {
     return FolderImage(mails, PlainFrame()).bytes;
 }
@@ -257,29 +245,23 @@ bool linesReadBack(const EmailRec &m)
 
 
 namespace {
-void keepAsRead(int folder, QList<EmailRec> &mails, qsizetype from, qsizetype to)
+void keepAsRead(MailList &mails, qsizetype from, qsizetype to)
 {
-    for (int k = int(from); k < to; ++k) {
-        const EmailRec &kept = std::as_const(mails)[k];
-        const bool unchanged = asRead(kept);
-        if (unchanged && kept.folder == folder && kept.index == k)
-            continue;  // read so, and where it was read: nothing to touch
+    for (qsizetype k = from; k < to; ++k) {
+        if (asRead(mails.at(k)))
+            continue;  // read so: nothing to touch
         EmailRec &m = mails[k];
-        if (!unchanged) {
-            // Sections are independent, since no value spans lines: a
-            // record alone reads as it does in its file.
-            RecordFileWriter one(PlainFrame(), "email", "email-", 1, 0);
-            one.record(emailFormats(), fieldsOf(m), m.origin);
-            const FileImage image = one.finish();
-            const QByteArray body =
-                image.bytes.sliced(image.bodyBegin[0], image.bodyEnd[0] - image.bodyBegin[0]);
-            if (linesReadBack(m))
-                m.origin = std::make_shared<const StoredSection>(StoredSection{body, valuesOf(m)});
-            else
-                m = readEmail(ProfileFile::parseGb18030("[email-1]\r\n" + body), 0, folder, k);
-        }
-        m.folder = folder;
-        m.index = k;
+        // Sections are independent, since no value spans lines: a record
+        // alone reads as it does in its file.
+        RecordFileWriter one(PlainFrame(), "email", "email-", 1, 0);
+        one.record(emailFormats(), fieldsOf(m), m.origin);
+        const FileImage image = one.finish();
+        const QByteArray body =
+            image.bytes.sliced(image.bodyBegin[0], image.bodyEnd[0] - image.bodyBegin[0]);
+        if (linesReadBack(m))
+            m.origin = std::make_shared<const StoredSection>(StoredSection{body, valuesOf(m)});
+        else
+            m = readEmail(ProfileFile::parseGb18030("[email-1]\r\n" + body), 0);
     }
 }
 
@@ -290,41 +272,40 @@ bool sameChars(const QString &a, const QString &b)
     return a.constData() == b.constData() && a.size() == b.size();
 }
 
-// Whether a record is the very one kept, every field sharing its
-// characters: a look at the record alone, not at what it was read from.
-bool sameRecord(const EmailRec &a, const EmailRec &b)
+// Whether record i of a is the very one of b at j, or a copy of it whose
+// every field shares its characters: a look at the records alone, not at
+// what they were read from.
+bool sameRecord(const MailList &a, qsizetype i, const MailList &b, qsizetype j)
 {
-    return a.origin == b.origin && a.folder == b.folder && sameChars(a.id, b.id)
-        && sameChars(a.from, b.from) && sameChars(a.to, b.to) && sameChars(a.alsoto, b.alsoto)
-        && sameChars(a.subject, b.subject) && sameChars(a.content, b.content)
-        && sameChars(a.datetime, b.datetime) && sameChars(a.attachment, b.attachment)
-        && sameChars(a.isnew, b.isnew);
+    if (a.isSameRecord(i, b, j))
+        return true;
+    const EmailRec &x = a.at(i), &y = b.at(j);
+    return x.origin == y.origin && sameChars(x.id, y.id) && sameChars(x.from, y.from)
+        && sameChars(x.to, y.to) && sameChars(x.alsoto, y.alsoto)
+        && sameChars(x.subject, y.subject) && sameChars(x.content, y.content)
+        && sameChars(x.datetime, y.datetime) && sameChars(x.attachment, y.attachment)
+        && sameChars(x.isnew, y.isnew);
 }
 }  // namespace
 
-void KeepAsRead(int folder, QList<EmailRec> &mails)
+void KeepAsRead(MailList &mails)
 {
-    keepAsRead(folder, mails, 0, mails.size());
+    keepAsRead(mails, 0, mails.size());
 }
 
-void KeepAsRead(int folder, QList<EmailRec> &mails, const QList<EmailRec> &kept)
+ChangedRecords KeepAsRead(MailList &mails, const MailList &kept)
 {
     // A command changes a few records of a folder: those before and after
     // them are the records kept, as read, and are not looked into (in a
-    // folder of 20,000 that look would be most of a change's cost). Those
-    // after only take their new position.
-    const QList<EmailRec> &now = mails;
-    const qsizetype n = now.size(), common = qMin(n, kept.size());
+    // folder of 20,000 that look would be most of a change's cost).
+    const qsizetype n = mails.size(), common = qMin(n, kept.size());
     qsizetype head = 0, tail = 0;
-    while (head < common && sameRecord(now.at(head), kept.at(head)) && kept.at(head).index == head)
+    while (head < common && sameRecord(mails, head, kept, head))
         ++head;
-    while (tail < common - head && sameRecord(now.at(n - 1 - tail), kept.at(kept.size() - 1 - tail)))
+    while (tail < common - head && sameRecord(mails, n - 1 - tail, kept, kept.size() - 1 - tail))
         ++tail;
-    keepAsRead(folder, mails, head, n - tail);
-    for (qsizetype k = n - tail; k < n; ++k) {
-        if (now.at(k).index != k)
-            mails[k].index = int(k);
-    }
+    keepAsRead(mails, head, n - tail);
+    return {head, n - tail, kept.size() - tail};
 }
 
 QString UnescapeContent(const QString &stored)
@@ -338,15 +319,8 @@ QString UnescapeContent(const QString &stored)
     return out;
 }
 
-int CountUnread(int folder)
+int CountUnread(const MailList &mails, qsizetype first, qsizetype last)
 {
-    if (!validFolder(folder))
-        return 0;
-    return CountUnread(store::Folder(folder));
-}
-
-int CountUnread(const QList<EmailRec> &mails)
-{
-    return int(std::count_if(mails.begin(), mails.end(),
+    return int(std::count_if(mails.begin() + first, last < 0 ? mails.end() : mails.begin() + last,
                              [](const EmailRec &m) { return m.isUnread(); }));
 }

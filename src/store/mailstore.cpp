@@ -650,7 +650,7 @@ private:
             if (job.figuresOnly)
                 r.figures = FiguresOf(file);
             else
-                r.reading = ReadFolder(job.folder, file);
+                r.reading = ReadFolder(file);
             r.bytes = file.bytes();
         } catch (const StoreError &) {
             return r;
@@ -794,7 +794,7 @@ CachedFolder &folderRead(int folder)
         throw;
     }
     kept.failedOf.reset();
-    FolderReading reading = ReadFolder(folder, file);
+    FolderReading reading = ReadFolder(file);
     keepAndTell(name, before, reading.sections, texts::MailCountDisagrees);
     kept.mails = std::move(reading.mails);
     kept.frame = std::move(reading.sections.frame);
@@ -1103,6 +1103,17 @@ const MailList &FolderSet::read(int folder)
     return it->second;
 }
 
+int FolderSet::unread(int folder)
+{
+    const MailList &mails = read(folder);
+    CachedFolder &kept = cache().folders[folder];
+    if (!kept.mails.isSameList(mails))
+        return CountUnread(mails);
+    if (kept.unread < 0)
+        kept.unread = CountUnread(kept.mails);
+    return kept.unread;
+}
+
 MailList &FolderSet::change(int folder)
 {
     read(folder);
@@ -1179,11 +1190,17 @@ CommitTicket FolderSet::commit()
     job.what = m_what.isEmpty() ? texts::unsaved::Files.arg(names.join(u"、"_s)) : m_what;
     for (int folder : m_changed) {
         MailList mails = std::move(m_folders[folder]);
-        KeepAsRead(folder, mails, m_kept[folder]);
+        const MailList &before = m_kept[folder];
+        const ChangedRecords changed = KeepAsRead(mails, before);
         CachedFolder &kept = c.folders[folder];
+        // The unread count follows the records that changed, as long as it
+        // was counted of the very list this command read.
+        kept.unread = kept.unread >= 0 && kept.mails.isSameList(before)
+            ? kept.unread + CountUnread(mails, changed.first, changed.last)
+                - CountUnread(before, changed.first, changed.keptLast)
+            : -1;
         kept.mails = mails;
         kept.frame = m_frames[folder];
-        kept.unread = -1;
         kept.figures.reset();
         ++kept.pending;
         job.files.append({FolderFile::fileName(folder), true, std::move(mails), m_frames[folder], {}});
@@ -1238,5 +1255,4 @@ void FolderSet::commitAndWait()
 void AppendMail(MailList &folder, const EmailRec &m)
 {
     folder.append(m);
-    folder.last().index = int(folder.size() - 1);
 }

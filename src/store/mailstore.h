@@ -14,7 +14,6 @@
 
 class ProfileFile;
 
-using MailList = QList<EmailRec>;
 using AccountList = QList<MailBoxRec>;
 
 // The folder files and the account file as the program holds them. Each
@@ -111,6 +110,9 @@ class FolderSet
 public:
     const MailList &read(int folder);
     MailList &change(int folder);
+    // How many messages of read(folder) are unread: the count the store
+    // keeps, while the folder is as it was read.
+    int unread(int folder);
     const AccountList &accounts();
     AccountList &changeAccounts();
     // Another file of the data folder (the class record), replaced in the

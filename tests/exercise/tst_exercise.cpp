@@ -46,11 +46,11 @@ private slots:
     void checks_data()
     {
         QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QList<EmailRec>>("sent");
+        QTest::addColumn<MailList>("sent");
         QTest::addColumn<QList<bool>>("done");
-        const auto row = [](const char *name, const QString &tasks, const QList<EmailRec> &sent,
+        const auto row = [](const char *name, const QString &tasks, const MailList &sent,
                             const QList<bool> &done) { QTest::newRow(name) << (Header + tasks).toUtf8() << sent << done; };
-        const QList<EmailRec> one{full(u"lisi@example.cn"_s, u"会议通知 meeting"_s)};
+        const MailList one{full(u"lisi@example.cn"_s, u"会议通知 meeting"_s)};
         const auto task = [](int n, const QString &keys) { return u"[task%1]\ntext=任务\n%2\n"_s.arg(n).arg(keys); };
         row("each field by its own key; a text in another field does not count",
             task(1, u"folder=sent\nfrom=zhangsan@"_s) + task(2, u"folder=sent\nto=@example.cn"_s)
@@ -76,7 +76,7 @@ private slots:
             task(1, u"account=LiSi@Example.cn"_s) + task(2, u"account=si@example.cn"_s), {}, {true, false});
         // The same exercise as an editor may save it: the title and a Chinese subject read alike.
         const QString text = u"[exercise]\r\ntitle=第三课\r\n[task1]\r\ntext=发通知\r\nfolder=sent\r\nsubject=会议通知\r\n"_s;
-        const QList<EmailRec> meeting{full(u"x"_s, u"会议通知"_s)};
+        const MailList meeting{full(u"x"_s, u"会议通知"_s)};
         QTest::newRow("UTF-8 with a byte-order mark, CR LF") << "\xEF\xBB\xBF" + text.toUtf8() << meeting << QList{true};
         QTest::newRow("UTF-8 without one, LF") << QString(text).remove(u'\r').toUtf8() << meeting << QList{true};
         QTest::newRow("GB18030, CR LF") << gb(text) << meeting << QList{true};
@@ -84,7 +84,7 @@ private slots:
     void checks()
     {
         QFETCH(QByteArray, file);
-        QFETCH(QList<EmailRec>, sent);
+        QFETCH(MailList, sent);
         DataDir dir;
         put(dir, FolderFile::SentItems, sent);
         putAccounts(dir, {u"lisi@example.cn"_s});

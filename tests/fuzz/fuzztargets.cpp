@@ -56,7 +56,7 @@ int FuzzReader(const uint8_t *data, size_t size)
     // (never one to set aside): the same records, each as the bytes it was
     // read from, no error; and what it keeps is what that reading gives.
     loadQuietly([&] {
-        const FolderReading reading = ReadFolder(FolderFile::Inbox, file);
+        const FolderReading reading = ReadFolder(file);
         // The count made at start-up without decoding the messages.
         const FolderFigures figures = FiguresOf(file);
         check(figures.total == reading.mails.size() && figures.unread == CountUnread(reading.mails),
@@ -66,12 +66,12 @@ int FuzzReader(const uint8_t *data, size_t size)
         const ProfileFile written = ProfileFile::parse(image.bytes);
         check(!written.isBinary() || HoldsBinary(QByteArray(frame.prelude + frame.headerBefore + frame.headerAfter)),
               "folder written as text");
-        const FolderReading readBack = ReadFolder(FolderFile::Inbox, written);
+        const FolderReading readBack = ReadFolder(written);
         check(idsOf(reading.mails) == idsOf(readBack.mails), "folder read back");
         check(!readBack.sections.countDisagrees() && readBack.sections.setAside.isEmpty(), "folder written whole");
         MailList kept = reading.mails;
         if (ReadsAsGb18030(image.bytes)) {
-            KeepAsRead(FolderFile::Inbox, kept);
+            KeepAsRead(kept);
             check(testsupport::sameAsStored(kept, readBack.mails), "folder kept as read");
         }
         // Bytes that pass for UTF-8 are read as such, and so change; others
@@ -84,11 +84,11 @@ int FuzzReader(const uint8_t *data, size_t size)
             changed[0].isnew = changed[0].isnew == u"1" ? u"0"_s : u"1"_s;
             changed.last().subject += u"x"_s;
             const FileImage again = FolderImage(changed, frame);
-            const FolderReading after = ReadFolder(FolderFile::Inbox, ProfileFile::parse(again.bytes));
+            const FolderReading after = ReadFolder(ProfileFile::parse(again.bytes));
             check(after.mails.first().isnew == changed.first().isnew && after.mails.size() == changed.size(),
                   "changed record read back");
             if (ReadsAsGb18030(again.bytes)) {
-                KeepAsRead(FolderFile::Inbox, changed);
+                KeepAsRead(changed);
                 check(testsupport::sameAsStored(changed, after.mails), "changed folder kept as read");
             }
         }

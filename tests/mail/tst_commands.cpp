@@ -14,7 +14,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace testsupport;
 using namespace FolderFile;
-using Mails = QList<EmailRec>;
+using Mails = MailList;
 
 namespace {
 const QString Me = u"me@x.cn"_s, You = u"you@x.cn"_s, none;

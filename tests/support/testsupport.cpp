@@ -52,12 +52,12 @@ QByteArray crlfLines(const QStringList &lines)
 
 EmailRec mail(const QString &id, const QString &from, const QString &to, const QString &subject, bool unread)
 {
-    return {id, from, to, {}, subject, u"body"_s, u"24-05-13 09:12"_s, {}, 0, 0, unread ? u"1"_s : u"0"_s};
+    return {id, from, to, {}, subject, u"body"_s, u"24-05-13 09:12"_s, {}, unread ? u"1"_s : u"0"_s};
 }
 
-QList<EmailRec> mails(int n, int unread, int first)
+MailList mails(int n, int unread, int first)
 {
-    QList<EmailRec> list;
+    MailList list;
     for (int i = 0; i < n; ++i) {
         const QString id = QString::number(first + i);
         list << mail(id, u"sender%1@x.com"_s.arg(i), u"rcpt%1@x.com"_s.arg(i), u"s"_s + id, i < unread);
@@ -65,7 +65,7 @@ QList<EmailRec> mails(int n, int unread, int first)
     return list;
 }
 
-void put(const DataDir &dir, int folder, const QList<EmailRec> &mails)
+void put(const DataDir &dir, int folder, const MailList &mails)
 {
     dir.writeBytes(FolderFile::fileName(folder), FolderBytes(mails));
 }
@@ -79,7 +79,7 @@ void putAccounts(const DataDir &dir, const QStringList &addresses)
     dir.writeBytes(MailBoxFileName, AccountBytes(accounts));
 }
 
-QList<EmailRec> stored(int folder) { return store::Folder(folder); }
+MailList stored(int folder) { return store::Folder(folder); }
 
 QString ids(int folder)
 {
@@ -89,7 +89,7 @@ QString ids(int folder)
     return list.join(u'|');
 }
 
-bool sameAsStored(const QList<EmailRec> &a, const QList<EmailRec> &b)
+bool sameAsStored(const MailList &a, const MailList &b)
 {
     if (a != b)
         return false;

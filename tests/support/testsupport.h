@@ -52,15 +52,15 @@ EmailRec mail(const QString &id, const QString &from = QStringLiteral("a@x.com")
               const QString &to = QStringLiteral("b@x.com"),
               const QString &subject = QStringLiteral("hello"), bool unread = false);
 // n messages, ids first, first+1, ..., subjects "s<id>", the first `unread` unread.
-QList<EmailRec> mails(int n, int unread = 0, int first = 20000000);
+MailList mails(int n, int unread = 0, int first = 20000000);
 // Writes a folder or the accounts (one per address) as the program would.
-void put(const DataDir &dir, int folder, const QList<EmailRec> &mails);
+void put(const DataDir &dir, int folder, const MailList &mails);
 void putAccounts(const DataDir &dir, const QStringList &addresses);
 // What the store reads back, and the ids of it joined by "|".
-QList<EmailRec> stored(int folder);
+MailList stored(int folder);
 QString ids(int folder);
 // Whether two lists of records are equal, down to the bytes and values each was read from.
-bool sameAsStored(const QList<EmailRec> &a, const QList<EmailRec> &b);
+bool sameAsStored(const MailList &a, const MailList &b);
 // The seven files' bytes, for "nothing was written".
 QByteArray allFiles(const DataDir &dir);
 

@@ -41,7 +41,7 @@ QString shown(const frmMailEdit *e)
 // The window opened on the first message of a folder, as the main window and the read window open it.
 frmMailEdit *openOn(int folder, qint16 mode)
 {
-    const QList<EmailRec> mails = stored(folder);
+    const MailList mails = stored(folder);
     const bool quoting = mode != Main::ComposeModes::New && !mails.isEmpty();
     frmMailEdit::openAs(mode, quoting ? MailRef{folder, 0, mails.first()} : MailRef());
     // Its keys work once it is the active window, as it is for a user.

@@ -247,7 +247,7 @@ private slots:
     {
         QFETCH(int, node);
         const bool inboxStyle = node == Node::Inbox;
-        QList<EmailRec> list = mails(3, 1);
+        MailList list = mails(3, 1);
         list[0].attachment = u"plan.doc"_s;
         list[2].isnew = u"yes"_s;  // reads back as read
         list[1].subject = u"长"_s.repeated(120);

@@ -38,11 +38,14 @@ void MessageListModel::show(int folder, bool inboxStyle, const MailList &mails)
     // A command changes a few rows of a folder: the rows before and after
     // the change stay.
     const qsizetype before = m_mails.size(), after = mails.size();
+    // Rows a command did not touch hold the very records shown.
+    const auto same = [&](qsizetype was, qsizetype is) {
+        return m_mails.isSameRecord(was, mails, is) || SameMessage(m_mails.at(was), mails.at(is));
+    };
     qsizetype head = 0, tail = 0;
-    while (head < qMin(before, after) && SameMessage(m_mails.at(head), mails.at(head)))
+    while (head < qMin(before, after) && same(head, head))
         ++head;
-    while (tail < qMin(before, after) - head
-           && SameMessage(m_mails.at(before - 1 - tail), mails.at(after - 1 - tail)))
+    while (tail < qMin(before, after) - head && same(before - 1 - tail, after - 1 - tail))
         ++tail;
     const MailList old = m_mails;
     m_old = std::exchange(m_mails, mails);
@@ -66,7 +69,8 @@ void MessageListModel::show(int folder, bool inboxStyle, const MailList &mails)
     // whose mark did are told, since a view asks for the place of every
     // cell of a range it is told of, and a folder may hold 20,000 rows.
     const auto markChanged = [&](qsizetype row, qsizetype oldRow) {
-        return !SameText(old.at(oldRow).isnew, m_mails.at(row).isnew);
+        return !m_mails.isSameRecord(row, old, oldRow)
+            && !SameText(old.at(oldRow).isnew, m_mails.at(row).isnew);
     };
     const auto tell = [this](qsizetype first, qsizetype last) {
         emit dataChanged(index(int(first), 0), index(int(last), ColumnCount - 1));
