@@ -49,6 +49,12 @@ bool ReadAhead(int folder);
 // reader's thread. Nothing until that count is made; folderRead follows.
 std::optional<FolderFigures> Figures(int folder);
 
+// Readings off the window's thread wait until ReleaseReading() or for ms at
+// most, as they do while the window is made and first painted. Flush()
+// releases them.
+void HoldReading(int ms);
+void ReleaseReading();
+
 // Another file of the data folder (class.dat) as ProfileFile::load gives
 // its bytes: what the last commit gave it, whether the disk has it yet or
 // not, else what the disk holds.

@@ -231,6 +231,7 @@ private:
     bool m_choosingRow = false;  // the program is choosing the previewed row again
     int m_previewed = -1;  // the row the preview shows; -1 none
     int m_reading = -1;  // the folder the list waits for; -1 none
+    bool m_painted = false;  // the window has been painted since it loaded
     MessageListModel *m_list = nullptr;
     double m_previewHeaderBottom = 0;  // twips below which Text1 may start
 };
