@@ -26,7 +26,6 @@ inline const QString MailGone =
 inline const QString OperationAbandoned = u"操作未能完成，所有文件保持不变。"_s;
 inline const QString TooManyAccounts = u"最多只能设置 21 个邮件账号。"_s;
 inline const QString BadStoredContent = u"邮件文件已损坏：邮件正文格式不正确。"_s;
-inline const QString NumberOverflow = u"数值超出范围。"_s;
 // Why a data file could not be written or read: %1 the file's path, %2 one
 // of the reasons below.
 inline const QString CannotWriteFile = u"无法写入文件“%1”：%2"_s;

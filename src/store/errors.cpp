@@ -11,7 +11,6 @@ StoreError::StoreError(const QString &userText, bool filesUnchanged)
 
 IndexError::IndexError(const QString &userText) : StoreError(userText) {}
 FormatError::FormatError(const QString &userText) : StoreError(userText) {}
-OverflowError::OverflowError(const QString &userText) : StoreError(userText) {}
 FileError::FileError(const QString &userText, bool filesUnchanged)
     : StoreError(userText, filesUnchanged)
 {

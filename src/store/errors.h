@@ -35,13 +35,6 @@ public:
     explicit FormatError(const QString &userText);
 };
 
-// A number too large for its 32-bit type.
-class OverflowError : public StoreError
-{
-public:
-    explicit OverflowError(const QString &userText);
-};
-
 // A data file that could not be written or read (disk full, no
 // permission, a folder in its place).
 class FileError : public StoreError

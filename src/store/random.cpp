@@ -1,12 +1,9 @@
-#include "errors.h"
 #include "random.h"
-#include "texts.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 
 #include <cmath>
-#include <limits>
 #include <random>
 
 qint32 RandomBetween(qint32 low, qint32 high)
@@ -25,8 +22,6 @@ qint32 RandomBetween(qint32 low, qint32 high)
     }
 
     const qint64 span = qint64(high) - qint64(low) + 1;
-    if (span > std::numeric_limits<qint32>::max() || span < std::numeric_limits<qint32>::min())
-        throw OverflowError(texts::NumberOverflow);
 
     // A single-precision draw in [0, 1): 24 random bits, exactly representable.
     const float r = float(generator() >> 8) / 16777216.0f;

@@ -4,5 +4,4 @@
 
 // A whole number in low..high from a generator seeded once per run from the
 // clock, drawn in single precision: floor((high - low + 1) * r + low).
-// Throws OverflowError when high - low + 1 does not fit in 32 bits.
 qint32 RandomBetween(qint32 low, qint32 high);
