@@ -38,11 +38,11 @@ struct Machine
         put(data, FolderFile::Outbox, stored(FolderFile::Outbox) << mail(u"1"_s, store::Accounts().value(0).address, to, subject, true));
     }
     // What the run would tell the user.
-    QStringList run() const
+    QStringList run(qint16 mode = SendReceiveModes::SendAndReceive) const
     {
         use();
         QStringList notices;
-        const QString error = classroom::ClassRun::runHere(0, &notices).errorText;
+        const QString error = classroom::ClassRun::runHere(mode, &notices).errorText;
         return error.isEmpty() ? notices : notices << error;
     }
     QStringList inbox() const
@@ -154,6 +154,26 @@ private slots:
             machines[i]->use();
             QVERIFY(stored(FolderFile::Outbox).isEmpty() && stored(FolderFile::ServerQueue).isEmpty());
         }
+    }
+
+    // Receiving alone leaves the Outbox as it is; sending alone takes
+    // nothing in.
+    void oneWayRuns()
+    {
+        machines[0]->accounts({u"a@c.cn"_s}), machines[1]->accounts({u"b@c.cn"_s});
+        machines[0]->compose(u"b@c.cn"_s, u"m0"_s), machines[1]->compose(u"a@c.cn"_s, u"m1"_s);
+        const auto state = [this] {
+            QString s;
+            for (int i : {0, 1})
+                s += machines[i]->inbox().join(u',') + u'/' + QString::number((machines[i]->use(), stored(FolderFile::Outbox).size())) + u' ';
+            return s;
+        };
+        QVERIFY(machines[0]->run(SendReceiveModes::ReceiveOnly).isEmpty());
+        QCOMPARE(state(), u"/1 /1 "_s);
+        QVERIFY(machines[1]->run(SendReceiveModes::SendOnly).isEmpty() && machines[0]->run(SendReceiveModes::SendOnly).isEmpty());
+        QCOMPARE(state(), u"/0 /0 "_s);
+        QVERIFY(machines[0]->run(SendReceiveModes::ReceiveOnly).isEmpty() && machines[1]->run(SendReceiveModes::ReceiveOnly).isEmpty());
+        QCOMPARE(state(), u"m1/0 m0/0 "_s);
     }
 
     void shareAwayAndBack_data()
