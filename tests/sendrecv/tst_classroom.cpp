@@ -218,16 +218,20 @@ private slots:
         QCOMPARE(a.run(), QStringList{told});  // a new outage is told again
         back();
 
-        // The trainer's overview, as the program prints it.
+        // The trainer's overview, as the program prints it; a member that
+        // never wrote its status shows by its folder's name.
+        QVERIFY(QDir().mkpath(classDir() + u"/pc-9-00000001"_s));
         QProcess p;
         p.start(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
         QVERIFY(p.waitForFinished(30000));
         QCOMPARE(p.exitCode(), 0);
         // Columns two blanks apart, a Chinese character two places wide.
         QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n'),
-                 (QStringList{u"机器  账号    已发送  已接收  最近收发"_s, u"PC-1  a@c.cn  2       0       2024-02-03 04:05"_s,
-                              u"PC-1  y@c.cn  0       2       2024-02-03 04:05"_s,
-                              u"PC-2  b@c.cn  0       1       2024-02-03 04:05"_s, QString()}));
+                 (QStringList{u"机器           账号    已发送  已接收  最近收发"_s,
+                              u"PC-1           a@c.cn  2       0       2024-02-03 04:05"_s,
+                              u"PC-1           y@c.cn  0       2       2024-02-03 04:05"_s,
+                              u"PC-2           b@c.cn  0       1       2024-02-03 04:05"_s,
+                              u"pc-9-00000001  -       0       0       从未收发"_s, QString()}));
     }
 
     void badFiles_data()
