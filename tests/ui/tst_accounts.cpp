@@ -293,6 +293,7 @@ private slots:
     }
 
     // Next on page 3 while page 4, just left by Back, is still closing (a user typing ahead): page 4 returns.
+    // Then Back twice.
     void nextTypedAhead()
     {
         ModalScript script;
@@ -301,11 +302,19 @@ private slots:
             click(w, u"btnBackWard"_s);
             forms::MainBoxAdd3()->btnForWard->click();
         });
-        script.on(u"frmMainBoxAdd4"_s, [](QWidget *w) { QTest::keyClick(w, Qt::Key_Escape); });
+        script.on(u"frmMainBoxAdd4"_s, [](QWidget *w) { click(w, u"btnBackWard"_s); });
+        // Back from page 3 too, to the address as it was typed.
+        script.on(u"frmMainBoxAdd3"_s, [](QWidget *w) { click(w, u"btnBackWard"_s); });
+        QString address;
+        script.on(u"frmMainBoxAdd2"_s, [&address](QWidget *w) {
+            address = w->findChild<QLineEdit *>(u"Text1"_s)->text();
+            QTest::keyClick(w, Qt::Key_Escape);
+        });
         boxes->expectConfirm(Icon::Warning, t::WizardCaption, t::AskQuitWizard, true);
         script.start();
         QVERIFY(EnsureMailBox());
         QVERIFY2(script.finished(), script.report());
+        QCOMPARE(address, u"New.Office@Example.com"_s);
     }
 };
 
