@@ -382,10 +382,11 @@ struct Outcome
     QList<Written> written;
 };
 
-// Gives the calling thread the processor only when the window's thread and
-// the painter threads it starts do not want it. The writer and the reader
-// work behind the window, so a repaint must never wait for them; with two
-// cores and a 4 MB folder being written, it did.
+// Puts the calling thread behind the window's thread and the painter
+// threads a repaint starts: the writer and the reader work behind the
+// window, and with two cores and a 4 MB folder being written a repaint
+// waited for them. A lower priority, not the idle one, so that a machine
+// busy with other programs still gets the files written.
 void runBehindTheWindow()
 {
     setpriority(PRIO_PROCESS, pid_t(gettid()), 10);
