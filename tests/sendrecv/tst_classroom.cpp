@@ -174,6 +174,10 @@ private slots:
         QCOMPARE(state(), u"/0 /0 "_s);
         QVERIFY(machines[0]->run(SendReceiveModes::ReceiveOnly).isEmpty() && machines[1]->run(SendReceiveModes::ReceiveOnly).isEmpty());
         QCOMPARE(state(), u"m1/0 m0/0 "_s);
+        // A message sent after the others last looked is taken the next time.
+        machines[1]->compose(u"a@c.cn"_s, u"m2"_s);
+        QVERIFY(machines[1]->run(SendReceiveModes::SendOnly).isEmpty() && machines[0]->run(SendReceiveModes::ReceiveOnly).isEmpty());
+        QCOMPARE(state(), u"m1,m2/0 m0/0 "_s);
     }
 
     void shareAwayAndBack_data()
@@ -219,8 +223,9 @@ private slots:
         back();
 
         // The trainer's overview, as the program prints it; a member that
-        // never wrote its status shows by its folder's name.
-        QVERIFY(QDir().mkpath(classDir() + u"/pc-9-00000001"_s));
+        // never wrote its status shows by its folder's name, and another
+        // folder of the trainer's is passed over.
+        QVERIFY(QDir().mkpath(classDir() + u"/pc-9-00000001"_s) && QDir().mkpath(classDir() + u"/exercises"_s));
         QProcess p;
         p.start(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
         QVERIFY(p.waitForFinished(30000));
