@@ -285,6 +285,7 @@ private slots:
             << FolderFile::Drafts << folderFile(u"1"_s, {u"1|a|[x]"_s}).replace("[email]", "");
         QTest::newRow("a count that is no number, messages present")
             << FolderFile::SentItems << folderFile(u"abc"_s, {u"1|a|[x]"_s});
+        QTest::newRow("a count of blanks, messages present") << FolderFile::Inbox << folderFile(u" "_s, {u"1|a|[x]"_s});
         QTest::newRow("accounts without their header") << -1 << crlfLines({u"[mailbox-1]"_s, u"address=a@x.cn"_s});
     }
     // Such a file reads as empty, and the user is told once where it went.
