@@ -276,6 +276,23 @@ private slots:
         QCOMPARE(readOnly.entries(), QStringList{u"draft.dat"_s});
     }
 
+    // The unread count kept with a folder is counted again when the folder
+    // is read again after a change behind the program's back.
+    void unreadCountOfAFolderReadAgain()
+    {
+        DataDir dir;
+        dir.writeBytes(u"receive_c.dat"_s, folderFile(u"2"_s, {u"1|a|[x]"_s, u"2|b|[y]"_s}));
+        QCOMPARE(stored(FolderFile::Inbox).size(), 2);
+        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 2);
+        dir.writeBytes(u"receive_c.dat"_s, folderFile(u"1"_s, {u"1|a|[x]|0"_s}));
+        QVERIFY(store::ReadAhead(FolderFile::Inbox) && store::Flush());
+        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 0);
+        // And on the window's thread.
+        dir.writeBytes(u"receive_c.dat"_s, folderFile(u"3"_s, {u"1|a|[x]"_s, u"2|b|[y]"_s, u"3|c|[z]"_s}));
+        QCOMPARE(stored(FolderFile::Inbox).size(), 3);
+        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 3);
+    }
+
     void notDataFilesAreSetAside_data()
     {
         QTest::addColumn<int>("folder");  // -1: the accounts
