@@ -184,8 +184,6 @@ public:
         part.m_items = m_items.mid(i, n);
         return part;
     }
-    // Record i of this list, shared with the list it came from.
-    void appendFrom(const MailList &other, qsizetype i) { m_items.append(other.m_items.at(i)); }
 
     const_iterator begin() const { return const_iterator(m_items.cbegin()); }
     const_iterator end() const { return const_iterator(m_items.cend()); }
