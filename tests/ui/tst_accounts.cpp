@@ -156,6 +156,7 @@ private slots:
                 QTest::keyClicks(box, u"X"_s);
             if (rewritten)
                 dir->writeBytes(MailBoxFileName, AccountBytes(other));
+            p->TabStrip1->setCurrentIndex(1);
             for (const QString &button : buttons)
                 click(p, button);
         });
@@ -179,6 +180,14 @@ private slots:
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
         // The list shows the file.
         QCOMPARE(rows(d), (QStringList{expected[0].username, expected[1].username, expected[2].username}));
+        // Left on the Servers page, it opens again on the General page.
+        int page = -1;
+        script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
+            page = static_cast<frmMailBoxProp *>(w)->TabStrip1->currentIndex(), click(w, u"Command2"_s);
+        });
+        script.start();
+        act(d, {row(1), click("btnProperty")});
+        QCOMPARE(page, 0);
     }
 
     // Every opening shows the file as it is then. 22 accounts by hand are more than the dialog can hold: it

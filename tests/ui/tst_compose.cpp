@@ -72,6 +72,7 @@ private slots:
         }
         frmMailEdit *e = openOn(FolderFile::Inbox, Main::ComposeModes::New);
         QListWidget *list = e->ListView1;
+        QVERIFY(!e->Toolbar1->toggleViewAction()->isEnabled());  // the tool bar cannot be hidden
         clickButton(e->Toolbar1, e->toolbarButton(frmMailEdit::tbAttach));
         QVERIFY(list->isVisible() && e->Label5->isVisible());
         const QPoint first = list->visualItemRect(list->item(0)).center();

@@ -75,6 +75,14 @@ private slots:
         clickRow(w->ListView2, 3);
         QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));
         QCOMPARE(state(w), u"已删除邮件 messages 收件人 s20000000 s20000001 s20000002 DDDDDDDD"_s);
+        // A delete for good there refills the list as received mail.
+        boxes->expectConfirm(Icon::Exclamation, texts::AppTitle, texts::AskDeleteForGood, true);
+        clickRow(w->ListView1, 0);
+        QTest::keyClick(w->ListView1, Qt::Key_Delete);
+        QCOMPARE(state(w), u"已删除邮件 messages 发件人 s20000001 s20000002 DDDDDDDD"_s);
+        // The pane header's band shades from dark to light.
+        const QImage band = w->Label1->grab().toImage();
+        QVERIFY(band.pixel(1, 1) != band.pixel(band.width() - 2, 1));
     }
 
     // Deleted Items claims 15 messages and holds 3; the Inbox message comes from another

@@ -98,12 +98,16 @@ private slots:
 
     void saveAttachment()
     {
-        EmailRec m = mail(u"1"_s);
+        EmailRec m = mail(u"1"_s, u"b@y.cn"_s, u"c@y.cn, a@x.com"_s);
         m.attachment = u"report.doc(12.50kb)  plan.xls(3.00kb)"_s;
         put(*dir, FolderFile::Inbox, {m});
+        putAccounts(*dir, {u"a@x.com"_s});
         ScriptedFileChooser files;
         frmMailRead *r = openRow(mainOn(Node::Inbox), 0);
         QVERIFY(r->lvAddfile->isVisible() && r->lvAddfile->count() == 2);
+        // Sent to an account among others, the To line names the account, on the header's white.
+        QCOMPARE(r->Label7->text(), u"a@x.com"_s);
+        QCOMPARE(r->grab().toImage().pixelColor(r->Label7->mapTo(r, QPoint(-2, 1))), QColor(Qt::white));
         const QByteArray marker = "\"This is Quillpost Text\"\r\n";
         // The item chosen is offered as the name. Cancelled, nothing is written; then a new file; then onto
         // it, added to only when the user says so (No, then Yes).
@@ -222,8 +226,10 @@ private slots:
     // Each window's inner size, and where its frame (2 pixels wide here) is placed on the 800 x 800 offscreen
     // screen: the accounts dialog at two fifths of the free space, the wizard centred, the message windows
     // 120 and 78 pixels right of and below the main window's corner (1, 2) and moved back inside the screen's
-    // right edge. Then the accounts dialog's controls in its fixed pixel layout, placed in the dialog; the
-    // list's top is counted from the foot of the tabs, whose height the font decides.
+    // right edge. Then controls, placed in their window: the accounts dialog's in its fixed pixel layout, the
+    // list's top counted from the foot of the tabs, whose height the font decides; others as laid out with
+    // the fonts the build installs. A control of size 0 x 0 is placed by its corner only; a tool button is
+    // found by its action's name and placed in the band that holds its bar.
     void geometry_data()
     {
         QTest::addColumn<QString>("window");
@@ -241,6 +247,9 @@ private slots:
         // The add menu pops up at the add button's top-right corner, (438, 16).
         row("accounts: the add button", "frmMailBox", "btnAddNew", {338, 16, 100, 24});
         row("accounts: Close at the foot", "frmMailBox", "btnClose", {338, 298, 100, 24});
+        row("wizard: Next, 84 pixels wide at least", "frmMainBoxAdd3", "btnForWard", {322, 304, 84, 24});
+        row("properties: the name box, below the account's", "frmMailBoxProp", "Frm1Txt2", {136, 164, 282, 22});
+        row("main: the first tool button in the band's corner", "frmMain", "tbNewMail", {1, 1, 0, 0});
     }
     void geometry()
     {
@@ -255,6 +264,7 @@ private slots:
             {u"frmMailBoxProp"_s, [] { return forms::MailBoxProp(); }},
             {u"frmMailEdit"_s, [] { frmMailEdit::openAs(Main::ComposeModes::New, {}); return forms::MailEdit(); }},
             {u"frmMailRead"_s, [] { frmMailRead::open({0, 0, stored(0).value(0)}); return forms::MailRead(); }},
+            {u"frmMain"_s, [] { return forms::Main(); }},
         };
         QWidget *w = open[window]();
         w->show();
@@ -264,8 +274,12 @@ private slots:
                 QCOMPARE(w->frameGeometry().topLeft(), rect.topLeft());
             return;
         }
-        const QWidget *c = w->findChild<QWidget *>(control);
-        QRect placed(c->mapTo(w, QPoint()), c->size());
+        const QWidget *c = w->findChild<QWidget *>(control), *in = w;
+        if (!c) {
+            const QToolBar *bar = w->findChild<QToolBar *>();
+            c = bar->widgetForAction(w->findChild<QAction *>(control)), in = bar->parentWidget();
+        }
+        QRect placed(c->mapTo(in, QPoint()), rect.size().isNull() ? rect.size() : c->size());
         if (control == u"ListView1") {
             placed.setTop(placed.top() - forms::MailBox()->TabStrip1->geometry().bottom());
             for (int column = 0; column < 3; ++column)  // 1400 twips each
