@@ -51,7 +51,7 @@ private slots:
         const auto row = [](const char *name, const QString &tasks, const MailList &sent,
                             const QList<bool> &done) { QTest::newRow(name) << (Header + tasks).toUtf8() << sent << done; };
         const MailList one{full(u"lisi@example.cn"_s, u"会议通知 meeting"_s)};
-        const auto task = [](int n, const QString &keys) { return u"[task%1]\ntext=任务\n%2\n"_s.arg(n).arg(keys); };
+        const auto task = [](int n, const QString &keys) { return u"[task%1]\n; 注释\n\ntext=任务\n%2\n"_s.arg(n).arg(keys); };
         row("each field by its own key; a text in another field does not count",
             task(1, u"folder=sent\nfrom=zhangsan@"_s) + task(2, u"folder=sent\nto=@example.cn"_s)
                 + task(3, u"folder=sent\ncc=wangwu"_s) + task(4, u"folder=sent\nsubject=会议"_s)

@@ -245,6 +245,7 @@ private slots:
         QTest::addColumn<bool>("triedAgain");
         const QByteArray good = classFile(u"first"_s);
         QTest::newRow("a copy cut short is skipped") << good.left(good.size() - 3) << false;
+        QTest::newRow("a NUL byte in it: skipped") << QByteArray(good).replace("first", QByteArray("fi\0st", 5)) << false;
         QTest::newRow("a file that cannot be read is tried again") << QByteArray() << true;
     }
 

@@ -472,14 +472,15 @@ private slots:
         QCOMPARE(AccountBytes({{u"Work Mail "_s, u"POP"_s, u"smtp"_s, u"Li"_s, u"Secret"_s, u"Li@X.cn"_s}}),
                  crlfLines(u"[mailbox]|number=1||[mailbox-1]|name=work mail |pop=pop|smtp=smtp|"
                            u"username=li|userpassword=secret|address=li@x.cn|"_s.split(u'|')));
-        // An account another tool wrote keeps its lines when one is added after it.
-        const QByteArray first = "[mailbox-1]\r\nName=Li\r\nx-note=kept\r\naddress=li@x.cn";
+        // An account another tool wrote, its last line ended by a CR alone, keeps its lines when one is
+        // added after it.
+        const QByteArray first = "[mailbox-1]\r\nName=Li\r\nx-note=kept\r\naddress=li@x.cn\r";
         dir.writeBytes(MailBoxFileName, "[mailbox]\r\nnumber=1\r\n" + first);
         FolderSet added;
         added.changeAccounts().append({u"B"_s, u"p"_s, u"s"_s, u"b"_s, u"pw"_s, u"b@x.cn"_s});
         added.commit();
         QCOMPARE(dir.readBytes(MailBoxFileName),
-                 "[mailbox]\r\nnumber=2\r\n" + first + "\r\n[mailbox-2]\r\nname=b\r\npop=p\r\nsmtp=s\r\n"
+                 "[mailbox]\r\nnumber=2\r\n" + first + "[mailbox-2]\r\nname=b\r\npop=p\r\nsmtp=s\r\n"
                      "username=b\r\nuserpassword=pw\r\naddress=b@x.cn\r\n\r\n");
     }
 
