@@ -8,7 +8,6 @@
 #include "testsupport.h"
 #include "texts.h"
 
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,17 +22,6 @@ EmailRec full(const QString &to, const QString &subject, const QString &body = u
     EmailRec m = mail(u"1"_s, u"zhangsan@example.cn"_s, to, subject);
     m.alsoto = u"wangwu@example.cn"_s, m.content = body, m.attachment = u"周报.doc(3.00kb)"_s;
     return m;
-}
-
-struct Run { int exitCode = -1; QString out, err; };
-
-Run check(const QStringList &args)
-{
-    QProcess p;
-    p.start(QStringLiteral(BUILT_EXE), QStringList{u"--check"_s} + args);
-    if (!p.waitForFinished(60000))
-        return {};
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
 }
 }  // namespace
 
@@ -177,7 +165,7 @@ private slots:
         dir.writeBytes(MailBoxFileName, QByteArray("\x01\x02 binary", 9));
         const auto before = std::pair(dir.entries(), allFiles(dir));
 
-        const Run r = check({dir.filePath(u"lesson.ini"_s), u"--data-dir"_s, dir.filePath(folder)});
+        const Run r = runProgram(QStringLiteral(BUILT_EXE), {u"--check"_s, dir.filePath(u"lesson.ini"_s), u"--data-dir"_s, dir.filePath(folder)});
         QTEST(r.exitCode, "exitCode");
         QTEST(r.out, "out");
         QVERIFY2(r.err.contains(err) && r.err.isEmpty() == err.isEmpty(), qPrintable(r.err));

@@ -1,33 +1,19 @@
 // Installs the build into a temporary DESTDIR and tries the result the way a
 // desktop and a trainee would meet it.
 
+#include "testsupport.h"
+
 #include <QDir>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
+using namespace testsupport;
+
 namespace {
 const QString AppId = QStringLiteral(APP_ID), Built = QStringLiteral(BUILT_EXE);
-
-struct Run { int exitCode = -1; QString out, err; };
-
-Run run(const QString &program, const QStringList &args, const QList<std::pair<QString, QString>> &variables = {})
-{
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-    env.remove(u"XDG_DATA_HOME"_s);  // the per-user folder then lies below HOME
-    for (const auto &[name, value] : variables)
-        env.insert(name, value);
-    QProcess p;
-    p.setProcessEnvironment(env);
-    p.start(program, args);
-    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
-}
 }  // namespace
 
 class tst_install : public QObject
@@ -40,7 +26,7 @@ class tst_install : public QObject
 private slots:
     void initTestCase()
     {
-        const Run r = run(QStringLiteral(CMAKE_COMMAND), {u"--install"_s, QStringLiteral(BUILD_DIR), u"--prefix"_s, u"/usr"_s},
+        const Run r = runProgram(QStringLiteral(CMAKE_COMMAND), {u"--install"_s, QStringLiteral(BUILD_DIR), u"--prefix"_s, u"/usr"_s},
                           {{u"DESTDIR"_s, m_dest.path()}});
         QVERIFY2(r.exitCode == 0, qPrintable(r.out + r.err));
     }
@@ -59,7 +45,7 @@ private slots:
         const QString tool = QStandardPaths::findExecutable(command.takeFirst());
         if (tool.isEmpty())
             QSKIP("validator not installed (scripts/install-deps adds it)");
-        const Run r = run(tool, command << usr(u"share/"_s + file.arg(AppId)));
+        const Run r = runProgram(tool, command << usr(u"share/"_s + file.arg(AppId)));
         QVERIFY2(r.exitCode == 0, qPrintable(r.out + r.err));
     }
 
@@ -91,7 +77,7 @@ private slots:
         QFETCH(QString, out);
         QFETCH(QString, err);
         QTemporaryDir home;
-        const Run r = run(built ? Built : usr(u"bin/quillpost"_s), args, {{u"HOME"_s, home.path()}});
+        const Run r = runProgram(built ? Built : usr(u"bin/quillpost"_s), args, {{u"HOME"_s, home.path()}});
         QCOMPARE(r.exitCode, out.isEmpty() ? 2 : 0);  // a usage error prints to stderr only
         QVERIFY2(r.out.contains(out.replace(u'~', home.path())) && r.err.contains(err), qPrintable(r.out + r.err));
         QVERIFY(!r.out.contains(u"Usage"_s) && !r.err.contains(u"Unknown"_s));

@@ -10,7 +10,6 @@
 #include "testsupport.h"
 #include "texts.h"
 
-#include <QProcess>
 #include <QSettings>
 #include <QTest>
 
@@ -226,12 +225,10 @@ private slots:
         // never wrote its status shows by its folder's name, and another
         // folder of the trainer's is passed over.
         QVERIFY(QDir().mkpath(classDir() + u"/pc-9-00000001"_s) && QDir().mkpath(classDir() + u"/exercises"_s));
-        QProcess p;
-        p.start(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
-        QVERIFY(p.waitForFinished(30000));
-        QCOMPARE(p.exitCode(), 0);
+        const Run r = runProgram(QStringLiteral(BUILT_EXE), {u"--class-dir"_s, classDir(), u"--class-status"_s});
+        QCOMPARE(r.exitCode, 0);
         // Columns two blanks apart, a Chinese character two places wide.
-        QCOMPARE(QString::fromLocal8Bit(p.readAllStandardOutput()).split(u'\n'),
+        QCOMPARE(r.out.split(u'\n'),
                  (QStringList{u"机器           账号    已发送  已接收  最近收发"_s,
                               u"PC-1           a@c.cn  2       0       2024-02-03 04:05"_s,
                               u"PC-1           y@c.cn  0       2       2024-02-03 04:05"_s,

@@ -6,6 +6,7 @@
 #include "store/mailstore.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QStringEncoder>
 
 using namespace Qt::Literals::StringLiterals;
@@ -107,6 +108,21 @@ QByteArray allFiles(const DataDir &dir)
     for (int f = 0; f < FolderFile::Count; ++f)
         all += dir.readBytes(FolderFile::fileName(f)) + '|';
     return all + dir.readBytes(MailBoxFileName);
+}
+
+Run runProgram(const QString &program, const QStringList &args, const QList<std::pair<QString, QString>> &variables)
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    env.remove(u"XDG_DATA_HOME"_s);  // the per-user folder then lies below HOME
+    for (const auto &[name, value] : variables)
+        env.insert(name, value);
+    QProcess p;
+    p.setProcessEnvironment(env);
+    p.start(program, args);
+    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
 }
 
 static QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)

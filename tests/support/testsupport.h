@@ -64,6 +64,11 @@ bool sameAsStored(const MailList &a, const MailList &b);
 // The seven files' bytes, for "nothing was written".
 QByteArray allFiles(const DataDir &dir);
 
+// A program run to its end on the offscreen platform, with variables set in its environment: its exit
+// code (-1 when it crashed or ran a minute) and its output.
+struct Run { int exitCode = -1; QString out, err; };
+Run runProgram(const QString &program, const QStringList &args, const QList<std::pair<QString, QString>> &variables = {});
+
 // Expects boxes in order and answers them as scripted. Any box that was not
 // expected, or shown with another icon, title or text, fails the running
 // test; done() is false while an expected box never came.
