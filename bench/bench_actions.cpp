@@ -233,10 +233,10 @@ int main(int argc, char *argv[])
     YesPrompter yes;
     setPrompter(&yes);
 
-    MailBoxArray accounts;
-    accounts[0] = {u"alice"_s, u"pop"_s, u"smtp"_s, u"alice"_s, u"pw"_s, Alice};
-    accounts[1] = {u"bob"_s, u"pop"_s, u"smtp"_s, u"bob"_s, u"pw"_s, Bob};
-    SaveMailBoxes(accounts, 2);
+    FolderSet set;
+    set.changeAccounts() = {{u"alice"_s, u"pop"_s, u"smtp"_s, u"alice"_s, u"pw"_s, Alice},
+                            {u"bob"_s, u"pop"_s, u"smtp"_s, u"bob"_s, u"pw"_s, Bob}};
+    set.commitAndWait();
     for (int folder = FolderFile::Outbox; folder <= FolderFile::Drafts; ++folder)
         putFile(FolderFile::fileName(folder), folderOf(folder, 101));
     QByteArray inbox;

@@ -194,9 +194,9 @@ int main(int argc, char *argv[])
     bench::printRow("  until the Inbox's messages are read", read.at(read.size() / 2));
 
     // A Ctrl+M delivering into it: every earlier message kept, in the file.
-    MailBoxArray accounts;
-    accounts[0] = {u"me"_s, u"pop"_s, u"smtp"_s, u"me"_s, u"pw"_s, u"me@example.com"_s};
-    SaveMailBoxes(accounts, 1);
+    FolderSet accounts;
+    accounts.changeAccounts() = {{u"me"_s, u"pop"_s, u"smtp"_s, u"me"_s, u"pw"_s, u"me@example.com"_s}};
+    accounts.commitAndWait();
     store::Forget();
     frmMain *w = forms::Main();
     w->show();

@@ -27,11 +27,11 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
     SetAppDir(dir.path());
 
-    MailBoxArray accounts;
+    FolderSet accounts;
     for (int j = 0; j < MAX_MAILBOXES; ++j)
-        accounts[j] = {u"user %1"_s.arg(j), u"pop.example.cn"_s, u"smtp.example.cn"_s,
-                       u"user%1"_s.arg(j), u"secret"_s, u"user%1@example.cn"_s.arg(j)};
-    SaveMailBoxes(accounts, MAX_MAILBOXES);
+        accounts.changeAccounts().append({u"user %1"_s.arg(j), u"pop.example.cn"_s, u"smtp.example.cn"_s,
+                                          u"user%1"_s.arg(j), u"secret"_s, u"user%1@example.cn"_s.arg(j)});
+    accounts.commitAndWait();
 
     // Every message reaches exactly one account, so the Inbox ends full.
     QString body;

@@ -70,12 +70,12 @@ EmailRec mail(const QString &from, const QString &to, const QString &subject,
 
 void writeSampleData()
 {
-    MailBoxArray accounts;
-    accounts[0] = {u"张伟"_s, u"pop.example.com"_s, u"smtp.example.com"_s, u"zhangwei"_s,
-                   u"secret"_s, u"zhangwei@example.com"_s};
-    accounts[1] = {u"李娜"_s, u"pop.example.com"_s, u"smtp.example.com"_s, u"lina"_s,
-                   u"secret"_s, u"lina@example.com"_s};
-    SaveMailBoxes(accounts, 2);
+    FolderSet accounts;
+    accounts.changeAccounts() = {{u"张伟"_s, u"pop.example.com"_s, u"smtp.example.com"_s, u"zhangwei"_s,
+                                  u"secret"_s, u"zhangwei@example.com"_s},
+                                 {u"李娜"_s, u"pop.example.com"_s, u"smtp.example.com"_s, u"lina"_s,
+                                  u"secret"_s, u"lina@example.com"_s}};
+    accounts.commitAndWait();
 
     MailList inbox(4);
     inbox[0] = mail(u"lina@example.com"_s, u"zhangwei@example.com"_s, u"下周项目例会安排"_s,

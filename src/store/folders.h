@@ -29,7 +29,7 @@ FolderReading ReadFolder(const ProfileFile &file);
 // Its records alone.
 MailList ParseFolder(const ProfileFile &file);
 
-// The bytes SaveEmails writes for these records in a file of their own.
+// The bytes a folder file holds for these records alone.
 QByteArray FolderBytes(const MailList &mails);
 // The same around the rest of the file the records were read from.
 FileImage FolderImage(const MailList &mails, const FileFrame &frame);

@@ -66,14 +66,3 @@ QByteArray AccountBytes(const QList<MailBoxRec> &accounts, const FileFrame &fram
                    a.origin);
     return out.finish().bytes;
 }
-
-void SaveMailBoxes(const MailBoxArray &accounts, MailCount count)
-{
-    if (count > MAX_MAILBOXES)
-        throw IndexError(texts::TooManyAccounts);
-    // Waits for the disk: the caller's table is the only other copy.
-    FolderSet set;
-    set.changeAccounts() = QList<MailBoxRec>(accounts.begin(), accounts.begin() + qMax<int>(count, 0));
-    set.describe(texts::unsaved::Accounts);
-    set.commitAndWait();
-}

@@ -10,10 +10,6 @@ class ProfileFile;
 
 // mailbox.dat: the accounts.
 
-// Rewrites mailbox.dat with records 0..count-1, every value lower-cased,
-// and returns once the disk has it (FolderSet::commitAndWait).
-void SaveMailBoxes(const MailBoxArray &accounts, MailCount count);
-
 // mailbox.dat read: its accounts (the sections mailbox-N, by the rules in
 // recordfile.h), each with the section it came from, and the rest of the
 // file. Throws IndexError for more than 21 accounts.
@@ -26,7 +22,7 @@ AccountsReading ReadAccounts(const ProfileFile &file);
 // The accounts of a parsed mailbox.dat: all of them when count is 0, else
 // the first count, empty ones making up for those the file lacks.
 QList<MailBoxRec> ParseAccounts(const ProfileFile &file, int count);
-// The bytes SaveMailBoxes writes for these accounts, in a file of their own
+// The bytes mailbox.dat holds for these accounts, in a file of their own
 // or around the rest of the file they were read from.
 QByteArray AccountBytes(const QList<MailBoxRec> &accounts);
 QByteArray AccountBytes(const QList<MailBoxRec> &accounts, const FileFrame &frame);

@@ -6,7 +6,6 @@
 #include <QtGlobal>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <memory>
 #include <tuple>
@@ -217,12 +216,8 @@ private:
     Items m_items;
 };
 
-// A folder holds any number of messages; the accounts are at most 21, in
-// a fixed array whose count is kept beside it, 16-bit like the file's
-// "number".
-using MailCount = qint16;
-inline constexpr int MAX_MAILBOXES = 21;  // indices 0..20
-using MailBoxArray = std::array<MailBoxRec, MAX_MAILBOXES>;
+// A folder holds any number of messages; the accounts are at most 21.
+inline constexpr int MAX_MAILBOXES = 21;
 
 // The six message folders, by the number every folder routine takes.
 namespace FolderFile {

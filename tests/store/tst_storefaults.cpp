@@ -79,7 +79,7 @@ const EmailRec written = start[FolderFile::Inbox].first();
 // Each command returns what it tells its caller of a failure at once; one
 // found by the writer later is told in a box.
 const QList<std::pair<const char *, std::function<QString()>>> commands{
-    {"SaveMailBoxes", [] { SaveMailBoxes(MailBoxArray(), 1); return QString(); }},
+    {"accounts", [] { FolderSet s; s.changeAccounts() = {MailBoxRec()}; s.commit(); return QString(); }},
     {"send", [] { return RunSendReceive(SendReceiveModes::SendOnly).errorText; }},
     {"receive", [] { return RunSendReceive(SendReceiveModes::ReceiveOnly).errorText; }},
     {"MoveToDeletedItems", [] { MoveToDeletedItems(shown(FolderFile::Inbox)); return QString(); }},

@@ -1,5 +1,6 @@
 // The accounts dialog, the new-account wizard and the properties dialog, by mouse and keyboard.
 
+#include "store/commit.h"
 #include "ui/accounts/ensuremailbox.h"
 #include "windows.h"
 
@@ -188,6 +189,21 @@ private slots:
         script.start();
         act(d, {row(1), click("btnProperty")});
         QCOMPARE(page, 0);
+    }
+
+    // The disk refusing a delete once the dialog shows it: the box names the change lost, and the file keeps
+    // the account.
+    void diskRefusesADelete()
+    {
+        frmMailBox *d = openDialog(*dir, accounts(2));
+        SetFileFault([](FileOp op, const QString &name) { return op == FileOp::Sync && name == u"mailbox.dat.new" ? EIO : 0; });
+        boxes->expectConfirm(Icon::Warning, t::Caption, t::AskDeleteAccount.arg(u"logon1"_s), true);
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::unsaved::NotSaved.arg(
+            texts::unsaved::Accounts, texts::CannotWriteFile.arg(dir->filePath(MailBoxFileName), texts::ReasonIoError)));
+        act(d, {row(0), click("btnDelete")});
+        QTRY_VERIFY(boxes->done());
+        SetFileFault({});
+        QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(accounts(2)));
     }
 
     // Every opening shows the file as it is then. 22 accounts by hand are more than the dialog can hold: it

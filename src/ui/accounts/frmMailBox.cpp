@@ -203,6 +203,7 @@ bool frmMailBox::changeAccounts(int slot, const std::function<void(AccountList &
             return;
         }
         change(accounts);
+        set.describe(texts::unsaved::Accounts);
         set.commit();
     });
     if (outdated)
