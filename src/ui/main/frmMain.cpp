@@ -196,7 +196,6 @@ void frmMain::buildToolbar()
     Toolbar1->setMovable(false);
     // Compact buttons: the band and the pane header must fit in the 1170
     // twips above the panes.
-    Toolbar1->setContentsMargins(0, 0, 0, 0);
     Toolbar1->layout()->setContentsMargins(0, 0, 0, 0);
     Toolbar1->layout()->setSpacing(0);
 
