@@ -181,18 +181,13 @@ private slots:
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(expected));
         // The list shows the file.
         QCOMPARE(rows(d), (QStringList{expected[0].username, expected[1].username, expected[2].username}));
-        // Left on the Servers page, it opens again on the General page.
-        int page = -1;
-        script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
-            page = static_cast<frmMailBoxProp *>(w)->TabStrip1->currentIndex(), click(w, u"Command2"_s);
-        });
-        script.start();
-        act(d, {row(1), click("btnProperty")});
+        int page = -1;  // left on the Servers page, it opens again on the General page
+        script.on(u"frmMailBoxProp"_s, [&](QWidget *w) { page = static_cast<frmMailBoxProp *>(w)->TabStrip1->currentIndex(), click(w, u"Command2"_s); });
+        script.start(), act(d, {row(1), click("btnProperty")});
         QCOMPARE(page, 0);
     }
 
-    // The disk refusing a delete once the dialog shows it: the box names the change lost, and the file keeps
-    // the account.
+    // The disk refusing a delete the dialog shows done: the box names the change lost; the file keeps it.
     void diskRefusesADelete()
     {
         frmMailBox *d = openDialog(*dir, accounts(2));

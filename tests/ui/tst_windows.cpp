@@ -226,10 +226,9 @@ private slots:
     // Each window's inner size, and where its frame (2 pixels wide here) is placed on the 800 x 800 offscreen
     // screen: the accounts dialog at two fifths of the free space, the wizard centred, the message windows
     // 120 and 78 pixels right of and below the main window's corner (1, 2) and moved back inside the screen's
-    // right edge. Then controls, placed in their window: the accounts dialog's in its fixed pixel layout, the
-    // list's top counted from the foot of the tabs, whose height the font decides; others as laid out with
-    // the fonts the build installs. A control of size 0 x 0 is placed by its corner only; a tool button is
-    // found by its action's name and placed in the band that holds its bar.
+    // right edge. Then controls in their window: the accounts dialog's in its fixed pixel layout (the list's
+    // top counted from the foot of the tabs, whose height the font decides), others as laid out with the fonts
+    // the build installs; of size 0 x 0, by the corner only; a tool button by its action, in its band.
     void geometry_data()
     {
         QTest::addColumn<QString>("window");
