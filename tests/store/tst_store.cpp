@@ -276,17 +276,21 @@ private slots:
         QCOMPARE(readOnly.entries(), QStringList{u"draft.dat"_s});
     }
 
-    // The unread count kept with a folder is counted again when the folder
-    // is read again after a change behind the program's back.
-    void unreadCountOfAFolderReadAgain()
+    // A folder changed behind the program's back and read again, off the window's thread or on it: its
+    // unread count is counted again, and a save keeps the file's other lines as they now are.
+    void aFolderReadAgain()
     {
         DataDir dir;
         dir.writeBytes(u"receive_c.dat"_s, folderFile(u"2"_s, {u"1|a|[x]"_s, u"2|b|[y]"_s}));
         QCOMPARE(stored(FolderFile::Inbox).size(), 2);
         QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 2);
-        dir.writeBytes(u"receive_c.dat"_s, folderFile(u"1"_s, {u"1|a|[x]|0"_s}));
+        const QByteArray note = "; written by hand\r\n";
+        dir.writeBytes(u"receive_c.dat"_s, note + folderFile(u"1"_s, {u"1|a|[x]"_s}));
         QVERIFY(store::ReadAhead(FolderFile::Inbox) && store::Flush());
-        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 0);
+        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 1);
+        // Marked read, it keeps the lines around its messages as they now are.
+        QVERIFY(MarkRead({FolderFile::Inbox, 0, stored(FolderFile::Inbox).first()}));
+        QCOMPARE(dir.readBytes(u"receive_c.dat"_s), note + folderFile(u"1"_s, {u"1|a|[x]|0"_s}));
         // And on the window's thread.
         dir.writeBytes(u"receive_c.dat"_s, folderFile(u"3"_s, {u"1|a|[x]"_s, u"2|b|[y]"_s, u"3|c|[z]"_s}));
         QCOMPARE(stored(FolderFile::Inbox).size(), 3);
