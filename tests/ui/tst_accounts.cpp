@@ -199,6 +199,7 @@ private slots:
         QTRY_VERIFY(boxes->done());
         SetFileFault({});
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(accounts(2)));
+        QCOMPARE(rows(d), (QStringList{u"logon1"_s, u"logon2"_s}));  // the list shows it again
     }
 
     // Every opening shows the file as it is then. 22 accounts by hand are more than the dialog can hold: it

@@ -143,6 +143,12 @@ frmMailBox::frmMailBox(QWidget *parent) : QDialog(parent)
         TabStrip1->setCurrentIndex(0);
         Form_Load();
     });
+    // A change the disk refused after the list showed it, or one another
+    // window made, shows as the store now holds it.
+    connect(&storeEvents(), &StoreEvents::accountsChanged, this, [this] {
+        if (isVisible())
+            fillList();
+    });
     // News and directory accounts are offered but not supported; their items
     // do nothing, and so do the four buttons of the Command array.
 }
@@ -157,6 +163,11 @@ void frmMailBox::placeOnScreen()
 bool frmMailBox::Form_Load()
 {
     placeOnScreen();
+    return fillList();
+}
+
+bool frmMailBox::fillList()
+{
     SetHeaderButtons(ListView1, 1);
     ListView1->clear();
 

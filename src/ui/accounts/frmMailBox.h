@@ -73,6 +73,8 @@ private:
     void btnProperty_Click();
     void btnClose_Click();
     void placeOnScreen();
+    // Lists the accounts as the store holds them; false when it cannot.
+    bool fillList();
     void ListView1_SelectionChanged();
     void propertiesChanged();
     // Changes the account table as the file holds it, writes it in one
