@@ -95,6 +95,7 @@ private slots:
         k("UTF-16 little-endian", E(E::Utf16LE, E::Flag::WriteBom)(text), inbox);
         k("UTF-16 big-endian", E(E::Utf16BE, E::Flag::WriteBom)(text), inbox);
         v("GB18030 that is also valid UTF-8 stays GB18030", gb(u"隆"_s), u"隆"_s);
+        v("a byte 0x80 beside ASCII is GB18030's, not Latin-1's", "a\x80", QStringDecoder("GB18030").decode("a\x80"));
         v("UTF-8 cut as the GB18030 it becomes", QString(200, u'中').toUtf8(), QString(127, u'中'));
     }
     void profileReads()
