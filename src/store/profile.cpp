@@ -86,55 +86,6 @@ QString decode(QByteArrayView bytes)
     return decoder.decode(bytes);
 }
 
-// Strict UTF-8 (no overlong forms, no surrogates, nothing past U+10FFFF)
-// with at least one multi-byte character. GB18030 Chinese text fails on its
-// first character, so the scan rarely goes far.
-bool isUtf8WithMultibyte(QByteArrayView bytes)
-{
-    bool multibyte = false;
-    const qsizetype n = bytes.size();
-    qsizetype i = 0;
-    while (i < n) {
-        const uchar c = uchar(bytes[i]);
-        if (c < 0x80) {
-            ++i;
-            continue;
-        }
-        int len = 0;
-        uchar low = 0x80, high = 0xBF;  // bounds of the second byte
-        if (c >= 0xC2 && c <= 0xDF) {
-            len = 2;
-        } else if (c >= 0xE0 && c <= 0xEF) {
-            len = 3;
-            if (c == 0xE0)
-                low = 0xA0;
-            else if (c == 0xED)
-                high = 0x9F;
-        } else if (c >= 0xF0 && c <= 0xF4) {
-            len = 4;
-            if (c == 0xF0)
-                low = 0x90;
-            else if (c == 0xF4)
-                high = 0x8F;
-        } else {
-            return false;
-        }
-        if (i + len > n)
-            return false;
-        const uchar c2 = uchar(bytes[i + 1]);
-        if (c2 < low || c2 > high)
-            return false;
-        for (int k = 2; k < len; ++k) {
-            const uchar ck = uchar(bytes[i + k]);
-            if (ck < 0x80 || ck > 0xBF)
-                return false;
-        }
-        multibyte = true;
-        i += len;
-    }
-    return multibyte;
-}
-
 // Whether bytes without a byte-order mark are UTF-8 text. Valid UTF-8 is not
 // enough: one GB18030 character in five is valid UTF-8 on its own. So the
 // text must also read as a Chinese user writes it: some CJK characters and
@@ -143,7 +94,9 @@ bool isUtf8WithMultibyte(QByteArrayView bytes)
 // like.
 bool looksUtf8(QByteArrayView bytes)
 {
-    if (!isUtf8WithMultibyte(bytes))
+    // GB18030 Chinese text fails the check on its first character, before
+    // anything is decoded.
+    if (!bytes.isValidUtf8())
         return false;
     bool cjk = false;
     for (QChar c : QString::fromUtf8(bytes)) {
