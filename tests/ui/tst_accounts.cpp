@@ -153,6 +153,7 @@ private slots:
                                             p->Frm2Txt3, p->Frm2Txt4, p->Frm2Txt5};
             for (QLineEdit *box : filled)
                 seen << box->text();
+            seen << (p->Check1->isChecked() ? u"included"_s : u"left out"_s);
             for (QLineEdit *box : edit ? filled.mid(1) : QList<QLineEdit *>())
                 QTest::keyClicks(box, u"X"_s);
             if (rewritten)
@@ -167,7 +168,7 @@ private slots:
         act(d, open);
         QVERIFY2(script.finished(), script.report());
         // The label at the top shows the logon name.
-        QCOMPARE(seen, (QStringList{u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2"_s, u"smtp2"_s, u"logon2"_s, u"pw2"_s}));
+        QCOMPARE(seen, (QStringList{u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2"_s, u"smtp2"_s, u"logon2"_s, u"pw2"_s, u"included"_s}));
         QList<MailBoxRec> expected = rewritten ? other : accounts(3);
         if (stored)
             expected[1] = {u"office 2x"_s, u"pop2x"_s, u"smtp2x"_s, u"logon2x"_s, u"pw2x"_s, u"user2@x.cnx"_s};

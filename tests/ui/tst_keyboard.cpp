@@ -124,7 +124,7 @@ private slots:
         m.attachment = u"a.doc(1.00kb)"_s;
         put(*dir, FolderFile::Inbox, {m});
         QWidget *w = shown(window);
-        QCOMPARE(w->objectName(), window);
+        QVERIFY(w->objectName() == window && !(w->windowFlags() & Qt::WindowContextHelpButtonHint));
         const QList<QWidget *> all = inputs(w);
 
         // A name for every control a screen reader can land on, and for the

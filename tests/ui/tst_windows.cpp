@@ -306,6 +306,7 @@ private slots:
     {
         mainOn()->H6->trigger();
         frmAbout *box = forms::About();
+        QVERIFY(box->isVisible());
         QCOMPARE(box->Label1->toolTip(), u"数据文件夹："_s + QDir::toNativeSeparators(dir->path()));
         QTest::mouseClick(box->Command1, Qt::LeftButton);
         QVERIFY(!box->isVisible());
