@@ -133,6 +133,7 @@ private slots:
         const QString b = u"1|s|[b]"_s;
         one("every section is a message, whatever the count says", b, u"3|s|b|1|1"_s, u"1"_s, 3);
         one("a count above the sections: the sections there are", b, u"1|s|b|1|1"_s, u"2"_s);
+        one("a count quoted with a blank inside is a count", b, u"1|s|b|1|1"_s, u"\" 1\""_s);
         QTest::newRow("a count that is no number, no message section: empty, not set aside")
             << QByteArray("[email]\r\nnumber=none\r\n[email-]\r\n") << u"0"_s;
     }
