@@ -29,6 +29,7 @@ private slots:
         QTest::newRow("Chinese beyond the plane") << u"中𠀀"_s.toUtf8() << true << false;
         QTest::newRow("Latin-1 letters beside Chinese") << u"中é"_s.toUtf8() << true << false;
         QTest::newRow("full-width forms and punctuation") << u"ＡＢ…、"_s.toUtf8() << true << false;
+        QTest::newRow("general punctuation to its last, U+206F") << u"中\u206F"_s.toUtf8() << true << false;
         QTest::newRow("Greek beside Chinese") << u"中α"_s.toUtf8() << false << false;
         QTest::newRow("ASCII with tab, line ends, VT, FF and end-of-file mark") << "a\t\n\v\f\r\x1A"_ba << false << false;
         QTest::newRow("an overlong form") << "\xE0\x80\xAF"_ba << false << false;

@@ -134,6 +134,7 @@ private slots:
         one("every section is a message, whatever the count says", b, u"3|s|b|1|1"_s, u"1"_s, 3);
         one("a count above the sections: the sections there are", b, u"1|s|b|1|1"_s, u"2"_s);
         one("a count quoted with a blank inside is a count", b, u"1|s|b|1|1"_s, u"\" 1\""_s);
+        QTest::newRow("blank lines alone: empty, not set aside") << QByteArray(" \t\r\n\f\r\n") << u"0"_s;
         QTest::newRow("a count that is no number, no message section: empty, not set aside")
             << QByteArray("[email]\r\nnumber=none\r\n[email-]\r\n") << u"0"_s;
     }
@@ -488,6 +489,9 @@ private slots:
         QCOMPARE(dir.readBytes(MailBoxFileName),
                  "[mailbox]\r\nnumber=2\r\n" + first + "[mailbox-2]\r\nname=b\r\npop=p\r\nsmtp=s\r\n"
                      "username=b\r\nuserpassword=pw\r\naddress=b@x.cn\r\n\r\n");
+        FolderSet most;  // as many accounts as a file may hold
+        most.changeAccounts() = QList<MailBoxRec>(MAX_MAILBOXES);
+        most.commit();
     }
 
     // A data file linked to one elsewhere is read through the link; a save puts a file of
