@@ -143,6 +143,8 @@ private slots:
         QFETCH(QByteArray, file);
         DataDir dir;
         dir.writeBytes(u"receive_s.dat"_s, file);
+        errno = EINTR;  // left by a wait a signal broke off: the read still ends at the end of the file
+        QCOMPARE(ProfileFile::load(dir.filePath(u"receive_s.dat"_s)).bytes(), ProfileFile::parse(file).bytes());
         const MailList mails = stored(FolderFile::SentItems);
         QString got = QString::number(mails.size());
         if (!mails.isEmpty()) {
