@@ -83,7 +83,6 @@ ReceiveResult receive(FolderSet &set)
         result.kept = int(queue.size());
         return result;
     }
-    result.hadAccounts = true;
 
     const int unreadBefore = set.unread(FolderFile::Inbox);
 

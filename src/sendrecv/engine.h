@@ -43,9 +43,6 @@ struct ReceiveResult
     // before the step plus received. Only meaningful when received > 0; the
     // main window is told nothing otherwise.
     int inboxUnread = 0;
-    // False when there was no account: nothing was read past the account
-    // file and nothing was written.
-    bool hadAccounts = false;
     // Receiving always lets the bar run.
     bool barStarts = true;
 };
