@@ -90,7 +90,6 @@ RecordSections SortSections(const ProfileFile &file, QByteArrayView header, QByt
             const KeyLine count = FindKeyLine(body, "number");
             if (count.begin < 0) {
                 out.frame.headerBefore = withLineEnd(body);
-                out.frame.headerAfter.clear();
             } else {
                 out.frame.headerBefore = body.first(count.begin).toByteArray();
                 out.frame.headerAfter = withLineEnd(body.sliced(count.next));
