@@ -3,6 +3,7 @@
 #include "appdir.h"
 #include "clock.h"
 #include "errors.h"
+#include "profile.h"
 #include "records.h"
 #include "texts.h"
 
@@ -78,20 +79,10 @@ int writeSynced(const QByteArray &path, const QByteArray &bytes, const QByteArra
     struct stat old;
     if (!replaces.isEmpty() && ::stat(replaces.constData(), &old) == 0 && S_ISREG(old.st_mode))
         ::fchmod(fd, old.st_mode & 07777);
-    const char *p = bytes.constData();
-    qsizetype left = bytes.size();
-    if (left > 0)
+    if (!bytes.isEmpty())
         error = InjectedFault(FileOp::Write, path);
-    while (left > 0 && error == 0) {
-        const ssize_t n = ::write(fd, p, size_t(left));
-        if (n < 0) {
-            if (errno != EINTR)
-                error = errno;
-        } else {
-            p += n;
-            left -= n;
-        }
-    }
+    if (error == 0)
+        error = WriteToEnd(fd, bytes);
     if (error == 0 && syncing) {
         error = InjectedFault(FileOp::Sync, path);
         if (error == 0 && ::fsync(fd) != 0)
