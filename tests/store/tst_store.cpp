@@ -108,9 +108,9 @@ private slots:
     void writesExactBytes()
     {
         QCOMPARE(FolderBytes({record(u"1|Hello World  |Dear Han,\r\n  See You. "_s),
-                              record(u"2|ÄÖ Ｈｉ 你好 ABC|正文|0"_s), record(u"3|   |x"_s)}),
+                              record(u"2|ÄÖ Ｈｉ 你好 AZ@[|正文|0"_s), record(u"3|   |x"_s)}),
                  folderFile(u"3"_s, {u"1|hello world|[dear han,\\n  see you. ]"_s,
-                                     u"2|ÄÖ Ｈｉ 你好 abc|[正文]|0"_s, u"3||[x]"_s}));
+                                     u"2|ÄÖ Ｈｉ 你好 az@[|[正文]|0"_s, u"3||[x]"_s}));
     }
 
     void loads_data()
@@ -482,15 +482,17 @@ private slots:
                  crlfLines(u"[mailbox]|number=1||[mailbox-1]|name=work mail |pop=pop|smtp=smtp|"
                            u"username=li|userpassword=secret|address=li@x.cn|"_s.split(u'|')));
         // An account another tool wrote, its last line ended by a CR alone, keeps its lines when one is
-        // added after it.
+        // added after it; the file, which holds passwords, stays as private as its owner made it.
         const QByteArray first = "[mailbox-1]\r\nName=Li\r\nx-note=kept\r\naddress=li@x.cn\r";
         dir.writeBytes(MailBoxFileName, "[mailbox]\r\nnumber=1\r\n" + first);
+        QFile::setPermissions(dir.filePath(MailBoxFileName), QFile::ReadOwner | QFile::WriteOwner);
         FolderSet added;
         added.changeAccounts().append({u"B"_s, u"p"_s, u"s"_s, u"b"_s, u"pw"_s, u"b@x.cn"_s});
         added.commit();
         QCOMPARE(dir.readBytes(MailBoxFileName),
                  "[mailbox]\r\nnumber=2\r\n" + first + "[mailbox-2]\r\nname=b\r\npop=p\r\nsmtp=s\r\n"
                      "username=b\r\nuserpassword=pw\r\naddress=b@x.cn\r\n\r\n");
+        QCOMPARE(QFile::permissions(dir.filePath(MailBoxFileName)) & (QFile::ReadGroup | QFile::ReadOther), 0);
         FolderSet most;  // as many accounts as a file may hold
         most.changeAccounts() = QList<MailBoxRec>(MAX_MAILBOXES);
         most.commit();

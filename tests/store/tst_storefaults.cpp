@@ -248,6 +248,8 @@ private slots:
             -1, write("draft.dat", texts::ReasonVanished) + unfinished, "journal");
         row("the journal's removal is synced", "commit", FileOp::Open, "none", 0, QString(),
             "remove quillpost.journal|sync folder");
+        row("a journal that cannot be written: nothing changes", "commit", FileOp::Write, "quillpost.journal.new",
+            ENOSPC, write("receive_c.dat", texts::ReasonDiskFull), "unchanged");
         row("an I/O error while writing", "commit", FileOp::Write, "receive_c.dat.new", EIO,
             write("receive_c.dat", texts::ReasonIoError), "unchanged");
         row("a full disk at the sync", "commit", FileOp::Sync, "draft.dat.new", ENOSPC,

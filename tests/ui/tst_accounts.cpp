@@ -146,6 +146,7 @@ private slots:
         frmMailBox *d = openDialog(*dir, accounts(3));
         const QList<MailBoxRec> other = accounts({3, 1, 2});
         QStringList seen;
+        bool passwordBox = false;
         ModalScript script;
         script.on(u"frmMailBoxProp"_s, [&](QWidget *w) {
             auto *p = static_cast<frmMailBoxProp *>(w);
@@ -161,12 +162,14 @@ private slots:
             p->TabStrip1->setCurrentIndex(1);
             for (const QString &button : buttons)
                 click(p, button);
+            passwordBox = p->Frm2Txt5->isEnabled();  // greyed once the password is not to be remembered
         });
         script.start();
         if (rewritten)
             boxes->expectMessage(Icon::Exclamation, t::Caption, t::ListOutdated);
         act(d, open);
         QVERIFY2(script.finished(), script.report());
+        QCOMPARE(passwordBox, !buttons.contains(u"Check2"_s));
         // The label at the top shows the logon name.
         QCOMPARE(seen, (QStringList{u"logon2"_s, u"office 2"_s, u"user2@x.cn"_s, u"pop2"_s, u"smtp2"_s, u"logon2"_s, u"pw2"_s, u"included"_s}));
         QList<MailBoxRec> expected = rewritten ? other : accounts(3);
@@ -320,7 +323,10 @@ private slots:
     {
         ModalScript script;
         walkWizard(script, 3);
-        script.on(u"frmMainBoxAdd4"_s, [](QWidget *w) {
+        bool greyed = false;  // the password box, once the password is not to be remembered
+        script.on(u"frmMainBoxAdd4"_s, [&greyed](QWidget *w) {
+            click(w, u"Check1"_s);
+            greyed = !w->findChild<QLineEdit *>(u"Text2"_s)->isEnabled();
             click(w, u"btnBackWard"_s);
             forms::MainBoxAdd3()->btnForWard->click();
         });
@@ -337,6 +343,7 @@ private slots:
         QVERIFY(EnsureMailBox());
         QVERIFY2(script.finished(), script.report());
         QCOMPARE(address, u"New.Office@Example.com"_s);
+        QVERIFY(greyed);
     }
 };
 

@@ -85,6 +85,7 @@ private slots:
         list->setCurrentRow(2);
         QTest::keyClick(list, Qt::Key_Delete);
         QCOMPARE(entries(list->model()), u"b.txt(2.00KB)|c.txt(0.50KB)"_s);
+        QVERIFY(list->height() < 3 * list->visualItemRect(list->item(0)).height());  // two rows at most
 
         act(e, {type(To, u"bob@y.com"_s), type(Cc, u"carol@z.com"_s), type(Subject, u"test"_s), type(Body, u"hello"_s), key("Return")});
         e->Text1->insertPlainText(u"第二行"_s);  // as an input method enters it

@@ -71,6 +71,9 @@ private slots:
             for (int c = 0; c < 3; ++c)
                 figures << w->ListView2->topLevelItem(r)->text(c);
         QCOMPARE(figures.join(u' '), u"收件箱 2 4 发件箱 0 2 已发送邮件 0 0 已删除邮件 1 3 草稿 0 0"_s);
+        // Names at the list's left edge, no room kept for branches; no grip in the status bar's corner.
+        QCOMPARE(w->ListView2->visualItemRect(w->ListView2->topLevelItem(0)).left(), 0);
+        QVERIFY(!w->StatusBar1->findChild<QSizeGrip *>());
         // Deleted Items opened here counts as unsent mail: recipient columns.
         clickRow(w->ListView2, 3);
         QCOMPARE(w->TreeView1->currentItem(), w->node(Node::DeletedItems));

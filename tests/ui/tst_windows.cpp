@@ -4,6 +4,7 @@
 #include "sendrecv/engine.h"
 #include "store/errors.h"
 #include "ui/common/application.h"
+#include "ui/common/icons.h"
 #include "windows.h"
 
 #include <QSignalSpy>
@@ -107,6 +108,8 @@ private slots:
         QVERIFY(r->lvAddfile->isVisible() && r->lvAddfile->count() == 2);
         // Sent to an account among others, the To line names the account, on the header's white.
         QCOMPARE(r->Label7->text(), u"a@x.com"_s);
+        QTest::mouseDClick(r->Label7, Qt::LeftButton, {}, QPoint(4, r->Label7->height() / 2));
+        QVERIFY(r->Label7->hasSelectedText());  // to be copied
         QCOMPARE(r->grab().toImage().pixelColor(r->Label7->mapTo(r, QPoint(-2, 1))), QColor(Qt::white));
         const QByteArray marker = "\"This is Quillpost Text\"\r\n";
         // The item chosen is offered as the name. Cancelled, nothing is written; then a new file; then onto
@@ -128,10 +131,10 @@ private slots:
     // An Outbox message to a recipient without @ ends the run with the name check; the Inbox row after.
     void sendReceiveCannotGoOn_data()
     {
-        QTest::addColumn<qint16>("mode");
+        QTest::addColumn<QString>("menu");
         QTest::addColumn<QString>("summary");
-        QTest::newRow("send only: ends at once") << qint16(2) << u"0 0"_s;
-        QTest::newRow("send and receive: received, then the name check") << qint16(0) << u"1 1"_s;
+        QTest::newRow("send only: ends at once") << u"mnuSendMail"_s << u"0 0"_s;
+        QTest::newRow("send and receive: received, then the name check") << u"mnuRSMail"_s << u"1 1"_s;
     }
 
     void sendReceiveCannotGoOn()
@@ -141,8 +144,8 @@ private slots:
         put(*dir, FolderFile::ServerQueue, {mail(u"2"_s, u"b@y.cn"_s, u"a@x.com"_s, u"q"_s, true)});
         frmMain *w = mainOn(Node::LocalFolders);
         boxes->expectMessage(Icon::Information, texts::NameCheckTitle, texts::NameCheckFailed);
-        QFETCH(qint16, mode);
-        frmSendAndReceive::start(mode, false);
+        QFETCH(QString, menu);
+        w->findChild<QAction *>(menu)->trigger();
 
         // The run ends by itself, its box after it; the summary shows the files, both figures of a row alike.
         QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
@@ -228,7 +231,7 @@ private slots:
     // 120 and 78 pixels right of and below the main window's corner (1, 2) and moved back inside the screen's
     // right edge. Then controls in their window: the accounts dialog's in its fixed pixel layout (the list's
     // top counted from the foot of the tabs, whose height the font decides), others as laid out with the fonts
-    // the build installs; of size 0 x 0, by the corner only; a tool button by its action, in its band.
+    // the build installs; of size 0 x 0, by the corner only; a tool button by its action.
     void geometry_data()
     {
         QTest::addColumn<QString>("window");
@@ -248,7 +251,12 @@ private slots:
         row("accounts: Close at the foot", "frmMailBox", "btnClose", {338, 298, 100, 24});
         row("wizard: Next, 84 pixels wide at least", "frmMainBoxAdd3", "btnForWard", {322, 304, 84, 24});
         row("properties: the name box, below the account's", "frmMailBoxProp", "Frm1Txt2", {136, 164, 282, 22});
-        row("main: the first tool button in the band's corner", "frmMain", "tbNewMail", {1, 1, 0, 0});
+        row("properties: the suffix after the server kind box", "frmMailBoxProp", "Label10", {260, 70, 0, 0});
+        row("wizard page 4: the SPA box under its note, high on the page", "frmMainBoxAdd4", "Check2", {24, 190, 0, 0});
+        row("main: the preview's body, below its header lines", "frmMain", "Text1", {184, 410, 716, 222});
+        row("main: the status bar's first panel, 4200 twips short of the window", "frmMain", "StatusPanel1", {2, 604, 620, 14});
+        row("main: the first tool button in the band's corner, below the menus", "frmMain", "tbNewMail", {1, 21, 0, 0});
+        row("read: the first tool button in the window's corner, no grip before it", "frmMailRead", "tbReply", {4, 25, 0, 0});
     }
     void geometry()
     {
@@ -260,6 +268,7 @@ private slots:
         const QHash<QString, std::function<QWidget *()>> open{
             {u"frmMailBox"_s, [] { return forms::MailBox(); }},
             {u"frmMainBoxAdd3"_s, [] { return forms::MainBoxAdd3(); }},
+            {u"frmMainBoxAdd4"_s, [] { return forms::MainBoxAdd4(); }},
             {u"frmMailBoxProp"_s, [] { return forms::MailBoxProp(); }},
             {u"frmMailEdit"_s, [] { frmMailEdit::openAs(Main::ComposeModes::New, {}); return forms::MailEdit(); }},
             {u"frmMailRead"_s, [] { frmMailRead::open({0, 0, stored(0).value(0)}); return forms::MailRead(); }},
@@ -273,18 +282,27 @@ private slots:
                 QCOMPARE(w->frameGeometry().topLeft(), rect.topLeft());
             return;
         }
-        const QWidget *c = w->findChild<QWidget *>(control), *in = w;
+        const QWidget *c = w->findChild<QWidget *>(control);
         if (!c) {
             const QToolBar *bar = w->findChild<QToolBar *>();
-            c = bar->widgetForAction(w->findChild<QAction *>(control)), in = bar->parentWidget();
+            c = bar->widgetForAction(w->findChild<QAction *>(control));
         }
-        QRect placed(c->mapTo(in, QPoint()), rect.size().isNull() ? rect.size() : c->size());
+        QRect placed(c->mapTo(w, QPoint()), rect.size().isNull() ? rect.size() : c->size());
         if (control == u"ListView1") {
             placed.setTop(placed.top() - forms::MailBox()->TabStrip1->geometry().bottom());
             for (int column = 0; column < 3; ++column)  // 1400 twips each
                 QCOMPARE(forms::MailBox()->ListView1->header()->sectionSize(column), 93);
         }
         QCOMPARE(placed, rect);
+    }
+
+    // Every size a window asks for is drawn from the file of that size, never scaled from another.
+    void iconsAtTheirSize()
+    {
+        const auto argb = [](const QImage &image) { return image.convertToFormat(QImage::Format_ARGB32_Premultiplied); };
+        for (int side : {16, 22, 24, 32})
+            QCOMPARE(argb(appIcon(u"mail-message-new"_s).pixmap(side).toImage()),
+                     argb(QImage(u":/icons/%1x%1/mail-message-new.png"_s.arg(side))));
     }
 
     // An error no command caught still ends in a box, and the program goes on.
