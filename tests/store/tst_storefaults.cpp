@@ -422,16 +422,20 @@ private slots:
     }
 
     // What a commit or an older version (NAME.dat.XXXXXX) left is removed; what a user
-    // keeps beside the data files, under names alike, is not.
+    // keeps beside the data files, under names alike, is not, nor is a file named as
+    // the journal's end line would be were it a name. The journal's one change is made.
     void startUpRemovesOnlyItsOwnLeftovers()
     {
         DataDir dir;
-        const QStringList users{u"draft.dat.202401"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
+        const QStringList users{u"draft.dat.202401"_s, u"end.new"_s, u"notes.txt"_s, u"receive_c.dat.backup"_s,
                                 u"send_s.dat.damaged-20240203-0405"_s};
-        for (const QString &name : users + u"send_c.dat.new|quillpost.journal.new|receive_c.dat.q3XbZ9"_s.split(u'|'))
+        for (const QString &name : users + u"draft.dat.new|quillpost.journal.new|receive_c.dat.q3XbZ9|send_c.dat.new"_s.split(u'|'))
             dir.writeBytes(name, "[email]\r\nnumber=0\r\n");
+        dir.writeBytes(QString::fromLatin1(JournalName), "quillpost-journal 1\nsend_c.dat\nend\n");
         RecoverDataFolder();
-        QCOMPARE(dir.entries(), users);
+        QStringList kept = users + QStringList{u"send_c.dat"_s};
+        kept.sort();
+        QCOMPARE(dir.entries(), kept);
     }
 };
 

@@ -122,6 +122,12 @@ private slots:
         QCOMPARE(shown(forms::Exercise()), u"未完成：1. a | 已完成：2. b | 已完成 1/2"_s);
         QVERIFY(forms::Exercise()->Note->isVisible());
         QCOMPARE(forms::Exercise()->Note->text(), t::Unreadable.arg(texts::SentItemsName));
+        // Opened, the folder says why once more, and only then.
+        boxes->expectMessage(Icon::Exclamation, texts::AppTitle, texts::OperationAbandoned + u"\r\r"_s + texts::CannotReadFile.arg(
+            dir->filePath(FolderFile::fileName(FolderFile::SentItems)), texts::ReasonIsFolder));
+        clickItem(w->TreeView1, w->node(Node::SentItems));
+        QTRY_VERIFY(boxes->done());
+        QCOMPARE(w->ListView1->model()->rowCount(), 0);
     }
 
     void aFileItCannotUse()
