@@ -41,7 +41,7 @@ void use(const DataDir &data, int machine) { SetAppDir(data.path()), SetMachineN
 [[noreturn]] void machineLoop(const DataDir &data, int machine, int trial, double writeChance)
 {
     use(data, machine);
-    QRandomGenerator random(quint32(::getpid()));
+    QRandomGenerator random{quint32(::getpid())};
     for (int counter = 0;; ++counter) {
         FolderSet set;
         if (random.generateDouble() < writeChance
