@@ -125,23 +125,25 @@ Run runProgram(const QString &program, const QStringList &args, const QList<std:
     return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
 }
 
-static QString describe(bool isConfirm, Prompter::Icon icon, const QString &title, const QString &text)
+// What a box shows; a question says too whether Enter answers it Yes.
+static QString describe(Prompter::Icon icon, const QString &title, const QString &text, const char *kind = "message")
 {
-    return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(isConfirm ? u"confirm"_s : u"message"_s).arg(int(icon))
+    return u"%1(icon %2, \"%3\", \"%4\")"_s.arg(QLatin1StringView(kind)).arg(int(icon))
         .arg(title, QString(text).replace(u"\r"_s, u"<CR>"_s));
 }
+static const char *question(Prompter::Default enter) { return enter == Prompter::Default::Yes ? "confirm, Enter Yes" : "confirm"; }
 
 ScriptedPrompter::ScriptedPrompter() { setPrompter(this); }
 ScriptedPrompter::~ScriptedPrompter() { if (&prompter() == this) setPrompter(nullptr); }
 
 void ScriptedPrompter::expectMessage(Icon icon, const QString &title, const QString &text)
 {
-    m_expected.append({describe(false, icon, title, text), false});
+    m_expected.append({describe(icon, title, text), false});
 }
 
-void ScriptedPrompter::expectConfirm(Icon icon, const QString &title, const QString &text, bool answerYes)
+void ScriptedPrompter::expectConfirm(Icon icon, const QString &title, const QString &text, bool answerYes, Default enter)
 {
-    m_expected.append({describe(true, icon, title, text), answerYes});
+    m_expected.append({describe(icon, title, text, question(enter)), answerYes});
 }
 
 bool ScriptedPrompter::take(const QString &box)
@@ -152,12 +154,11 @@ bool ScriptedPrompter::take(const QString &box)
     return want.first == box && want.second;
 }
 
-void ScriptedPrompter::message(Icon icon, const QString &title, const QString &text) { take(describe(false, icon, title, text)); }
+void ScriptedPrompter::message(Icon icon, const QString &title, const QString &text) { take(describe(icon, title, text)); }
 
 bool ScriptedPrompter::confirm(Icon icon, const QString &title, const QString &text, Default answer)
 {
-    m_defaults.append(answer);
-    return take(describe(true, icon, title, text));
+    return take(describe(icon, title, text, question(answer)));
 }
 
 QByteArray ScriptedPrompter::report() const

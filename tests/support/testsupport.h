@@ -70,8 +70,8 @@ struct Run { int exitCode = -1; QString out, err; };
 Run runProgram(const QString &program, const QStringList &args, const QList<std::pair<QString, QString>> &variables = {});
 
 // Expects boxes in order and answers them as scripted. Any box that was not
-// expected, or shown with another icon, title or text, fails the running
-// test; done() is false while an expected box never came.
+// expected, or shown with another icon, title, text or answer for Enter, fails
+// the running test; done() is false while an expected box never came.
 class ScriptedPrompter final : public Prompter
 {
 public:
@@ -79,22 +79,19 @@ public:
     ~ScriptedPrompter() override;  // goes back to the silent prompter
 
     void expectMessage(Icon icon, const QString &title, const QString &text);
-    void expectConfirm(Icon icon, const QString &title, const QString &text, bool answerYes);
+    void expectConfirm(Icon icon, const QString &title, const QString &text, bool answerYes, Default enter = Default::No);
 
     void message(Icon icon, const QString &title, const QString &text) override;
     bool confirm(Icon icon, const QString &title, const QString &text, Default answer) override;
 
     bool done() const { return m_expected.isEmpty() && m_wrong.isEmpty(); }
     QByteArray report() const;
-    // The answer each question offered to Enter, in order.
-    QList<Default> defaults() const { return m_defaults; }
 
 private:
     bool take(const QString &box);
 
     QList<QPair<QString, bool>> m_expected;  // a box described, and its answer
     QStringList m_wrong;
-    QList<Default> m_defaults;
 };
 
 }  // namespace testsupport

@@ -110,7 +110,6 @@ private slots:
         QTEST(d->btnDelete->isEnabled(), "buttons");
         QCOMPARE(d->btnProperty->isEnabled(), d->btnDelete->isEnabled());
         QCOMPARE(dir->readBytes(MailBoxFileName), AccountBytes(accounts(left)));
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
     // The second of three accounts opened in the properties; "x" typed at the end of every box it fills, then
@@ -314,7 +313,6 @@ private slots:
         for (const MailBoxRec &a : expected)
             logons << a.username;
         QVERIFY(forACommand || rows(forms::MailBox()) == logons);
-        QVERIFY(!boxes->defaults().contains(Prompter::Default::Yes));
     }
 
     // Next on page 3 while page 4, just left by Back, is still closing (a user typing ahead): page 4 returns.
