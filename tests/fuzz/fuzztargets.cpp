@@ -18,13 +18,7 @@ namespace {
 
 void check(bool promise, const char *what) { if (!promise) qFatal("broken: %s", what); }
 
-QStringList idsOf(const MailList &mails)
-{
-    QStringList ids;
-    for (const EmailRec &m : mails)
-        ids << m.id;
-    return ids;
-}
+QStringList idsOf(const MailList &mails) { return testsupport::fieldOf(mails, &EmailRec::id); }
 
 // Only the errors the loaders document end a load; anything else escapes.
 void loadQuietly(const std::function<void()> &load)

@@ -47,9 +47,7 @@ struct Machine
     QStringList inbox() const
     {
         use();
-        QStringList subjects;
-        for (const EmailRec &m : store::Folder(FolderFile::Inbox))
-            subjects.append(m.subject);
+        QStringList subjects = fieldOf(store::Folder(FolderFile::Inbox), &EmailRec::subject);
         return subjects.sort(), subjects;
     }
 };

@@ -361,12 +361,7 @@ private slots:
         put(dir, FolderFile::Inbox, mails(4, 4));
         const QString file = dir.filePath(u"receive_c.dat"_s);
         const QByteArray before = dir.readBytes(u"receive_c.dat"_s);
-        const auto isnew = [] {
-            QString flags;
-            for (const EmailRec &m : stored(FolderFile::Inbox))
-                flags += m.isnew;
-            return flags;
-        };
+        const auto isnew = [] { return fieldOf(stored(FolderFile::Inbox), &EmailRec::isnew).join(QString()); };
         QSemaphore entered, held;
         std::atomic<int> writes = 0;
         SetFileFault([&](FileOp op, const QString &name) {

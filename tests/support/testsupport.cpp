@@ -82,13 +82,15 @@ void putAccounts(const DataDir &dir, const QStringList &addresses)
 
 MailList stored(int folder) { return store::Folder(folder); }
 
-QString ids(int folder)
+QStringList fieldOf(const MailList &mails, QString EmailRec::*field)
 {
-    QStringList list;
-    for (const EmailRec &m : stored(folder))
-        list << m.id;
-    return list.join(u'|');
+    QStringList values;
+    for (const EmailRec &m : mails)
+        values << m.*field;
+    return values;
 }
+
+QString ids(int folder) { return fieldOf(stored(folder), &EmailRec::id).join(u'|'); }
 
 bool sameAsStored(const MailList &a, const MailList &b)
 {

@@ -56,6 +56,8 @@ MailList mails(int n, int unread = 0, int first = 20000000);
 // Writes a folder or the accounts (one per address) as the program would.
 void put(const DataDir &dir, int folder, const MailList &mails);
 void putAccounts(const DataDir &dir, const QStringList &addresses);
+// One field of each message, in order.
+QStringList fieldOf(const MailList &mails, QString EmailRec::*field);
 // What the store reads back, and the ids of it joined by "|".
 MailList stored(int folder);
 QString ids(int folder);

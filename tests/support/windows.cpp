@@ -1,5 +1,7 @@
 #include "windows.h"
 
+#include "ui/exercise/frmExercise.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace testsupport {
@@ -97,6 +99,25 @@ frmMain *mainOn(int node, int row)
     store::Flush();
     if (row >= 0 && row < w->ListView1->model()->rowCount())
         clickRow(w->ListView1, row);
+    return w;
+}
+
+QWidget *openWindow(const QString &name)
+{
+    const MailRef first{FolderFile::Inbox, 0, stored(FolderFile::Inbox).first()};
+    if (name == u"frmMailEdit")
+        frmMailEdit::openAs(2, first);
+    else if (name == u"frmMailRead")
+        frmMailRead::open(first);
+    else if (name == u"frmSendAndReceive")
+        frmSendAndReceive::start(1, false);
+    QWidget *w = name == u"frmMain" ? mainOn(Node::Inbox, 0) : nullptr;
+    for (QWidget *d : QWidgetList{forms::MailEdit(), forms::MailRead(), forms::SendAndReceive(), forms::MailBox(),
+                                  forms::About(), forms::MailBoxProp(), forms::MainBoxAdd1(), forms::MainBoxAdd2(),
+                                  forms::MainBoxAdd3(), forms::MainBoxAdd4(), forms::MainBoxAdd5(), forms::Exercise()})
+        w = d->objectName() == name ? d : w;
+    w->show();
+    QApplication::setActiveWindow(w);
     return w;
 }
 

@@ -60,6 +60,9 @@ void act(QWidget *window, const Steps &steps);
 
 // The main window shown, on a tree node and a previewed row when given.
 frmMain *mainOn(int node = 0, int row = -1);
+// A window by its objectName, shown and active in the state a user sees most of it in: the main window
+// on the Inbox, a message window on the Inbox's first message (the compose window replying to it).
+QWidget *openWindow(const QString &name);
 // "E" or "D" per context button of the main window's tool bar, "-" hidden.
 QString contextButtons(const frmMain *w);
 

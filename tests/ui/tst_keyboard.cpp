@@ -34,26 +34,6 @@ QList<QWidget *> inputs(QWidget *window)
     return found;
 }
 
-// Shows a window in the state a user sees most of it in.
-QWidget *shown(const QString &name)
-{
-    const MailRef first{FolderFile::Inbox, 0, stored(FolderFile::Inbox).first()};
-    if (name == u"frmMailEdit")
-        frmMailEdit::openAs(2, first);
-    else if (name == u"frmMailRead")
-        frmMailRead::open(first);
-    else if (name == u"frmSendAndReceive")
-        frmSendAndReceive::start(1, false);
-    QWidget *w = name == u"frmMain" ? mainOn(Node::Inbox, 0) : nullptr;
-    for (QWidget *d : QWidgetList{forms::MailEdit(), forms::MailRead(), forms::SendAndReceive(), forms::MailBox(),
-                                  forms::About(), forms::MailBoxProp(), forms::MainBoxAdd1(), forms::MainBoxAdd2(),
-                                  forms::MainBoxAdd3(), forms::MainBoxAdd4(), forms::MainBoxAdd5(), forms::Exercise()})
-        w = d->objectName() == name ? d : w;
-    w->show();
-    QApplication::setActiveWindow(w);
-    return w;
-}
-
 // The window the user returns to: offscreen, a closed modal window does
 // not hand the activation back by itself.
 bool activate(QWidget *window)
@@ -123,7 +103,7 @@ private slots:
         EmailRec m = mail(u"1"_s, u"b@y.cn"_s, u"a@x.com"_s, u"s"_s, true);
         m.attachment = u"a.doc(1.00kb)"_s;
         put(*dir, FolderFile::Inbox, {m});
-        QWidget *w = shown(window);
+        QWidget *w = openWindow(window);
         QVERIFY(w->objectName() == window && !(w->windowFlags() & Qt::WindowContextHelpButtonHint));
         const QList<QWidget *> all = inputs(w);
 

@@ -163,11 +163,8 @@ private slots:
         press(u"Ctrl+M"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!forms::SendAndReceive()->isVisible(), 20000);
         inbox.removeAt(15000);
-        QStringList kept;
-        for (const EmailRec &m : inbox + outbox)
-            kept << m.id;
         const QString now = ids(FolderFile::Inbox);
-        QCOMPARE(now, kept.join(u'|'));
+        QCOMPARE(now, fieldOf(inbox + outbox, &EmailRec::id).join(u'|'));
         QCOMPARE(u"%1 %2"_s.arg(w->ListView1->model()->rowCount()).arg(ids(FolderFile::DeletedItems)), u"20000 115000"_s);
         store::Forget();
         QCOMPARE(ids(FolderFile::Inbox), now);

@@ -264,18 +264,9 @@ private slots:
         QFETCH(QString, control);
         QFETCH(QRect, rect);
         put(*dir, FolderFile::Inbox, {mail(u"1"_s)});
-        mainOn(Node::Inbox);
-        const QHash<QString, std::function<QWidget *()>> open{
-            {u"frmMailBox"_s, [] { return forms::MailBox(); }},
-            {u"frmMainBoxAdd3"_s, [] { return forms::MainBoxAdd3(); }},
-            {u"frmMainBoxAdd4"_s, [] { return forms::MainBoxAdd4(); }},
-            {u"frmMailBoxProp"_s, [] { return forms::MailBoxProp(); }},
-            {u"frmMailEdit"_s, [] { frmMailEdit::openAs(Main::ComposeModes::New, {}); return forms::MailEdit(); }},
-            {u"frmMailRead"_s, [] { frmMailRead::open({0, 0, stored(0).value(0)}); return forms::MailRead(); }},
-            {u"frmMain"_s, [] { return forms::Main(); }},
-        };
-        QWidget *w = open[window]();
-        w->show();
+        putAccounts(*dir, {u"b@x.com"_s});
+        mainOn(Node::Inbox);  // the message windows are placed by it
+        QWidget *w = openWindow(window);
         if (control.isEmpty()) {
             QCOMPARE(w->size(), rect.size());
             if (rect.x() >= 0)
