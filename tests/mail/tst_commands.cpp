@@ -217,23 +217,6 @@ private slots:
         QTEST(changes(folders, start), "after");
     }
 
-    // A draft from another tool: a key the window does not show, a body longer
-    // than it shows. Saved again with a new subject, only the subject's line changes.
-    void draftSavedAgainKeepsWhatTheWindowDoesNotShow()
-    {
-        DataDir dir;
-        const QByteArray head = "[email]\r\nnumber=1\r\n\r\n[email-1]\r\n",
-                         section = "id=41\r\nX-Tag=exam\r\nsubject=old\r\ncontent=[" + QByteArray(5000, 'b') + "]\r\n";
-        dir.writeBytes(u"draft.dat"_s, head + section);
-        const EmailRec opened = stored(Drafts).first();
-        EmailRec edited = opened;  // as the window gives it back
-        edited.subject = u"new"_s, edited.origin = {};
-        bool created = true;
-        SaveDraft(edited, {Drafts, u"41"_s, 0, opened}, &created);
-        QVERIFY(!created);
-        QCOMPARE(dir.readBytes(u"draft.dat"_s), head + QByteArray(section).replace("old", "new"));
-    }
-
     // A reply's and a forward's subject and quoted text; the record the
     // window's fields make: lower-cased, the copy line right-trimmed, stamped
     // now; attachments as the list shows them.

@@ -165,9 +165,9 @@ private slots:
     // of the field it changed, the true count, and the rest of the file around them.
     void keepsWhatOtherToolsWrote_data()
     {
-        QTest::addColumn<QString>("command");      // read, delete or send
-        QTest::addColumn<QByteArray>("file");      // the Inbox; for send the Outbox
-        QTest::addColumn<QByteArray>("expected");  // the Inbox, Deleted Items or Sent Items
+        QTest::addColumn<QString>("command");      // read, delete, send or save
+        QTest::addColumn<QByteArray>("file");      // the Inbox; for send the Outbox, for save Drafts
+        QTest::addColumn<QByteArray>("expected");  // the Inbox, Deleted Items, Sent Items or Drafts
         const QByteArray plain = "id=1\r\nfrom=a@x.cn\r\nto=b@x.cn\r\nalsoto=\r\nsubject=s\r\n"
                                  "content=[c]\r\ndatetime=d\r\nattachment=\r\nisnew=1\r\n\r\n";
         const auto marked = [](QByteArray body) -> QByteArray { return body.replace("isnew=1", "isnew=0"); };
@@ -209,6 +209,9 @@ private slots:
         row("unknown keys, comments, capitals, a repeated key, a bare body, sent", "send",
             head("1") + sec(1, unknown),
             head("1") + sec(1, QByteArray(unknown).replace("yesterday", "24-02-03 04:05")));
+        const QByteArray draft = odd("X-Tag=exam\r\nsubject=old\r\ncontent=[" + QByteArray(5000, 'b') + "]\r\n");
+        row("a key the window does not show, a body longer than it shows: a draft saved with a new subject", "save",
+            head("1") + sec(1, draft), head("1") + sec(1, QByteArray(draft).replace("subject=old", "subject=new")));
         row("a field without a line gets one after the last line, sent", "send",
             head("1") + sec(1, "id=7\r\nto=b@x.cn\r\ncontent=[c]\r\n\r\n\r\n"),
             head("1") + sec(1, "id=7\r\nto=b@x.cn\r\ncontent=[c]\r\ndatetime=24-02-03 04:05\r\n\r\n\r\n"));
@@ -231,7 +234,7 @@ private slots:
         QFETCH(QString, command);
         QFETCH(QByteArray, file);
         DataDir dir;
-        const int from = command == u"send" ? FolderFile::Outbox : FolderFile::Inbox;
+        const int from = command == u"send" ? FolderFile::Outbox : command == u"save" ? FolderFile::Drafts : FolderFile::Inbox;
         dir.writeBytes(FolderFile::fileName(from), file);
         QElapsedTimer timer;
         timer.start();
@@ -239,11 +242,18 @@ private slots:
         const auto seven = std::find_if(shown.cbegin(), shown.cend(), [](const EmailRec &m) { return m.id == u"7"; });
         const int at = seven == shown.cend() ? 0 : int(seven - shown.cbegin());
         const MailRef ref{from, at, shown.at(at)};
-        if (command == u"send")
+        if (command == u"send") {
             QVERIFY(!RunSendReceive(SendReceiveModes::SendOnly).sendFailed());
-        else
+        } else if (command == u"save") {  // as the compose window gives it back, a new subject typed
+            EmailRec edited = ref.shown;
+            edited.subject = u"new"_s, edited.origin = {};
+            bool made = true;
+            SaveDraft(edited, {from, edited.id, at, ref.shown}, &made);
+            QVERIFY(!made);
+        } else {
             QVERIFY(command == u"read" ? MarkRead(ref) : MoveToDeletedItems(ref));
-        const int saved = command == u"read" ? FolderFile::Inbox
+        }
+        const int saved = command == u"read" || command == u"save" ? from
                           : command == u"delete" ? FolderFile::DeletedItems : FolderFile::SentItems;
         QTEST(dir.readBytes(FolderFile::fileName(saved)), "expected");
         QVERIFY2(timer.elapsed() < 20000, "unchanged messages are copied as bytes, not written anew");
@@ -285,7 +295,8 @@ private slots:
     }
 
     // A folder changed behind the program's back and read again, off the window's thread or on it: its
-    // unread count is counted again, and a save keeps the file's other lines as they now are.
+    // unread count is counted again, and a save keeps the file's other lines as they now are. So is one
+    // rewritten in place, with the same size, just after the program wrote it.
     void aFolderReadAgain()
     {
         DataDir dir;
@@ -296,13 +307,16 @@ private slots:
         dir.writeBytes(u"receive_c.dat"_s, note + folderFile(u"1"_s, {u"1|a|[x]"_s}));
         QVERIFY(store::ReadAhead(FolderFile::Inbox) && store::Flush());
         QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 1);
-        // Marked read, it keeps the lines around its messages as they now are.
         QVERIFY(MarkRead({FolderFile::Inbox, 0, stored(FolderFile::Inbox).first()}));
         QCOMPARE(dir.readBytes(u"receive_c.dat"_s), note + folderFile(u"1"_s, {u"1|a|[x]|0"_s}));
-        // And on the window's thread.
-        dir.writeBytes(u"receive_c.dat"_s, folderFile(u"3"_s, {u"1|a|[x]"_s, u"2|b|[y]"_s, u"3|c|[z]"_s}));
-        QCOMPARE(stored(FolderFile::Inbox).size(), 3);
-        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 3);
+        // And on the window's thread, what is read replacing what was written.
+        QFile f(dir.filePath(u"receive_c.dat"_s));
+        QVERIFY(f.open(QIODevice::ReadWrite));
+        const QByteArray changed = f.readAll().replace("id=1", "id=7").replace("isnew=0", "isnew=1");
+        QVERIFY(f.seek(0) && f.write(changed) == changed.size());
+        f.close();
+        QCOMPARE(ids(FolderFile::Inbox) + u' ' + ids(FolderFile::Inbox), u"7 7"_s);
+        QCOMPARE(store::Figures(FolderFile::Inbox)->unread, 1);
     }
 
     void notDataFilesAreSetAside_data()
@@ -397,23 +411,6 @@ private slots:
         QTEST(isnew(), "isnew");
         store::Forget();
         QTEST(isnew(), "isnew");
-    }
-
-    // Another program rewrites a folder the program just wrote, in place, at once and
-    // with the same size: the file's time cannot tell, its bytes do; and what is read
-    // replaces what was written.
-    void changesBehindTheProgramAreSeen()
-    {
-        DataDir dir;
-        FolderSet set;
-        set.change(FolderFile::Inbox) = {mail(u"11111111"_s)};
-        QVERIFY(set.commit().wait() && store::Flush());
-        QFile f(dir.filePath(u"receive_c.dat"_s));
-        QVERIFY(f.open(QIODevice::ReadWrite));
-        const QByteArray changed = f.readAll().replace("11111111", "22222222");
-        QVERIFY(f.seek(0) && f.write(changed) == changed.size());
-        f.close();
-        QCOMPARE(ids(FolderFile::Inbox) + u' ' + ids(FolderFile::Inbox), u"22222222 22222222"_s);
     }
 
     void encodesAsTheConverter()
