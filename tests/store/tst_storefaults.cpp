@@ -258,8 +258,6 @@ private slots:
             write("receive_c.dat", texts::ReasonReadOnly), "unchanged");
         row("a folder file that cannot be opened", "load", FileOp::Open, "receive_c.dat", EACCES,
             read(texts::ReasonNoPermission), "unchanged");
-        row("a folder file that cannot be read", "load", FileOp::Read, "receive_c.dat", EIO,
-            read(texts::ReasonIoError), "unchanged");
         row("any other error says what to try", "load", FileOp::Read, "receive_c.dat", EPROTO,
             read(texts::ReasonOther.arg(EPROTO)), "unchanged");
     }

@@ -264,7 +264,6 @@ private slots:
         const Steps cancel{click("btnCancel")};
         const QStringList closed{QString()}, none;
         QTest::newRow("no account: a cancelled wizard ends the command") << 0 << true << 2 << cancel << closed << false;
-        QTest::newRow("an account on file: no wizard") << 1 << true << 0 << Steps{} << none << false;
         QTest::newRow("from the menu, added after those on file") << 2 << false << 5 << Steps{} << none << true;
         QTest::newRow("21 accounts: a 22nd is refused") << 21 << false << 5 << Steps{} << none << false;
         QTest::newRow("Cancel on page 5 closes every page") << 1 << false << 5 << cancel << closed << false;

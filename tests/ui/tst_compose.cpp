@@ -117,45 +117,6 @@ private slots:
         QCOMPARE(stored(FolderFile::Drafts).value(0).content, body.left(1022));
     }
 
-    // The window stores its own message again, never the quoted one, never twice; sender and subject of each
-    // message in Drafts and Sent Items.
-    void storing_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<Steps>("steps");
-        QTest::addColumn<bool>("open");
-        QTest::addColumn<QStringList>("drafts");
-        QTest::addColumn<QStringList>("sent");
-        QTest::newRow("a reply saved twice is one draft")
-            << int(Main::ComposeModes::Reply) << Steps{trigger("Save"), type(Subject, u"more"_s), trigger("Save")} << true
-            << QStringList{u"a@x.com:re:hellomore"_s} << QStringList{};
-        QTest::newRow("a saved forward sent leaves Drafts")
-            << int(Main::ComposeModes::Forward) << Steps{type(To, u"x@y.cn"_s), trigger("Save"), trigger("tbSend")} << false
-            << QStringList{} << QStringList{u"a@x.com:fw:hello"_s};
-    }
-    void storing()
-    {
-        QFETCH(int, mode);
-        QFETCH(Steps, steps);
-        putAccounts(*dir, {u"a@x.com"_s});
-        put(*dir, FolderFile::Inbox, {quotedMail()});
-        const QByteArray inbox = dir->readBytes(FolderFile::fileName(FolderFile::Inbox));
-        boxes->expectMessage(Icon::Information, t::DraftSavedTitle, t::DraftSaved);  // once: the first save
-        frmMailEdit *e = openOn(FolderFile::Inbox, qint16(mode));
-        act(e, steps);
-        QTRY_VERIFY(!forms::SendAndReceive()->isVisible());
-        QTEST(e->isVisible(), "open");
-        const auto held = [](int folder) {
-            QStringList out;
-            for (const EmailRec &m : stored(folder))
-                out << m.from + u':' + m.subject;
-            return out;
-        };
-        QTEST(held(FolderFile::Drafts), "drafts");
-        QTEST(held(FolderFile::SentItems), "sent");
-        QCOMPARE(dir->readBytes(FolderFile::fileName(FolderFile::Inbox)), inbox);
-    }
-
     // The window opened on a message (its folder's first), then the user's steps, the box they bring, and
     // the window as it shows then; nothing is ever written. An opening fills the fields from the message. A
     // refusal says why and leaves the window as it was. A reply's text typed and neither sent nor saved is
