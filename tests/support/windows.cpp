@@ -1,5 +1,6 @@
 #include "windows.h"
 
+#include "sendrecv/engine.h"
 #include "ui/exercise/frmExercise.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -106,11 +107,11 @@ QWidget *openWindow(const QString &name)
 {
     const MailRef first{FolderFile::Inbox, 0, stored(FolderFile::Inbox).first()};
     if (name == u"frmMailEdit")
-        frmMailEdit::openAs(2, first);
+        frmMailEdit::openAs(Main::ComposeModes::Reply, first);
     else if (name == u"frmMailRead")
         frmMailRead::open(first);
     else if (name == u"frmSendAndReceive")
-        frmSendAndReceive::start(1, false);
+        frmSendAndReceive::start(SendReceiveModes::ReceiveOnly, false);
     QWidget *w = name == u"frmMain" ? mainOn(Node::Inbox, 0) : nullptr;
     for (QWidget *d : QWidgetList{forms::MailEdit(), forms::MailRead(), forms::SendAndReceive(), forms::MailBox(),
                                   forms::About(), forms::MailBoxProp(), forms::MainBoxAdd1(), forms::MainBoxAdd2(),

@@ -262,7 +262,7 @@ private slots:
         QFETCH(QString, control);
         QFETCH(QRect, rect);
         put(*dir, FolderFile::Inbox, {mail(u"1"_s)});
-        putAccounts(*dir, {u"b@x.com"_s});
+        putAccounts(*dir, {u"b@x.com"_s});  // a reply asks for an account
         mainOn(Node::Inbox);  // the message windows are placed by it
         QWidget *w = openWindow(window);
         if (control.isEmpty()) {
